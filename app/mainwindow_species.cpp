@@ -1,0 +1,201 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/mainwindow.h"
+
+#include "app/messagebox.h"
+#include "app/waitcursor.h"
+#include "species/jsonfile.h"
+#include "species/speciesfile.h"
+#include "species/speciesmodel.h"
+#include "spectrum/spectrumwindow.h"
+#include "ui_mainwindow.h"
+
+#include <QDataWidgetMapper>
+#include <QDropEvent>
+#include <QFile>
+#include <QFileDialog>
+#include <QMdiSubWindow>
+#include <QMimeData>
+#include <QPixmap>
+#include <QUrl>
+
+namespace
+{
+
+// The local path of the first file of a drag if it is to be opened, or an empty text.
+QString droppedSpeciesFile(const QMimeData *data)
+{
+    const QList<QUrl> urls = data->urls();
+    const QString path = urls.isEmpty() ? QString() : urls.first().toLocalFile();
+    const bool isJson = path.endsWith(QLatin1String(".json"), Qt::CaseInsensitive);
+    return isJson ? path : QString();
+}
+
+bool isDatasetKey(const QString &key)
+{
+    // "$" matches before a line feed at the end of the key too.
+    return MainWindow::reDataset.match(key).capturedLength() == key.size();
+}
+
+} // namespace
+
+void MainWindow::setupMapper()
+{
+    QWidget *const editors[] = {
+        ui->lineEditSpecies,   ui->textEditAliases, ui->lineEditMass, ui->lineEditSumFormula,
+        ui->lineEditInChI,     ui->lineEditCAS,     ui->lineEditCID,  ui->lineEditAIE,
+        ui->lineEditVIE,       ui->lineEditAIEComment, ui->lineEditVIEComment,
+    };
+    static_assert(std::size(editors) == speciesImageColumn, "every column but the image");
+    mapper->setModel(speciesModel);
+    connect(speciesModel, &QAbstractItemModel::dataChanged, this, &MainWindow::setModified);
+    int column = 0;
+    for (QWidget *editor : editors)
+        mapper->addMapping(editor, column++, "cleanedHtml");
+    mapper->toFirst();
+}
+
+void MainWindow::updateImageFromSpecies()
+{
+    const QImage image = speciesModel->getImage();
+    if (image.isNull()) {
+        ui->imageLabel->clear();
+        return;
+    }
+    ui->imageLabel->setPixmap(QPixmap::fromImage(image).scaled(
+        ui->imageLabel->size(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
+}
+
+void MainWindow::loadSpeciesFromFile()
+{
+    const QString path =
+        QFileDialog::getOpenFileName(this, tr("Open Species JSON File"), lastfolder(),
+                                     tr("JSON Files (*.json);;All Files (*)"));
+    if (!path.isEmpty())
+        loadSpeciesFile(path);
+}
+
+bool MainWindow::loadSpeciesFile(const QString &requested)
+{
+    // The caller may have passed the current file's path, which is cleared on the way.
+    const QString path = requested;
+    if (!promptToSaveChanges())
+        return false;
+    if (!QFile::exists(path)) {
+        showMessage(this, QMessageBox::Warning, tr("File Not Found"),
+                    tr("The file %1 does not exist.").arg(path));
+        return false;
+    }
+    if (!isValidSpeciesFile(path)) {
+        showMessage(this, QMessageBox::Warning, tr("Invalid Species File"),
+                    tr("The file %1 is not a valid species file.").arg(path));
+        return false;
+    }
+    modified = false;
+    cleanUp();
+    if (!loadJSONSpecies(path)) {
+        currentFile.clear();
+        return false;
+    }
+    currentFile = path;
+    updateWindowTitle(false);
+    setlastfolder(path);
+    return true;
+}
+
+bool MainWindow::isValidSpeciesFile(const QString &path) const
+{
+    return isSpeciesFile(path);
+}
+
+bool MainWindow::loadJSONSpecies(const QString &path)
+{
+    const std::optional<QJsonObject> file = readJsonObject(path);
+    if (!file) {
+        showMessage(this, QMessageBox::Warning, QStringLiteral("Error"),
+                    QStringLiteral("Could not open file for reading"));
+        return false;
+    }
+    if (!hasType(*file, speciesFileType)) {
+        showMessage(this, QMessageBox::Critical, QStringLiteral("Error"),
+                    QStringLiteral("Species not found in JSON file. Load aborted."));
+        return false;
+    }
+    const WaitCursor waitCursor;
+    speciesModel->loadFromJson(file->value(speciesKey).toObject());
+    for (auto member = file->begin(); member != file->end(); ++member) {
+        if (isDatasetKey(member.key()))
+            createNewSpectrumWindow(member.value().toObject());
+    }
+    const QList<QMdiSubWindow *> subWindows = ui->mdiArea->subWindowList();
+    if (!subWindows.isEmpty())
+        ui->mdiArea->setActiveSubWindow(subWindows.first());
+    return true;
+}
+
+void MainWindow::saveSpecies()
+{
+    if (currentFile.isEmpty())
+        saveSpeciesAs();
+    else
+        saveSpeciesToFile();
+}
+
+void MainWindow::saveSpeciesAs()
+{
+    const QString start = currentFile.isEmpty() ? lastfolder() : currentFile;
+    const QString path = QFileDialog::getSaveFileName(this, tr("Save Species JSON File"), start,
+                                                      tr("JSON Files (*.json);;All Files (*)"));
+    if (path.isEmpty())
+        return;
+    currentFile = path;
+    setlastfolder(path);
+    saveSpeciesToFile();
+}
+
+void MainWindow::saveSpeciesToFile()
+{
+    commitFocusedField();
+    QList<QJsonObject> datasets;
+    for (const SpectrumWindow *window : spectrumWindows())
+        datasets.append(window->toJson());
+    if (!writeJsonObject(currentFile, speciesFileObject(speciesModel->toJson(), datasets))) {
+        showMessage(this, QMessageBox::Warning, QStringLiteral("Error"),
+                    QStringLiteral("Could not open file for writing."));
+        return;
+    }
+    updateWindowTitle(false);
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!droppedSpeciesFile(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    const QString path = droppedSpeciesFile(event->mimeData());
+    if (path.isEmpty())
+        return;
+    // Never a move, after which the file manager would delete the file.
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    if (!promptToSaveChanges())
+        return;
+    modified = false;
+    cleanUp();
+    currentFile = loadJSONSpecies(path) ? path : QString();
+    updateWindowTitle(false);
+    setlastfolder(path);
+}
+
+bool MainWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::DragEnter)
+        dragEnterEvent(static_cast<QDragEnterEvent *>(event));
+    else if (event->type() == QEvent::Drop)
+        dropEvent(static_cast<QDropEvent *>(event));
+    else
+        return QMainWindow::eventFilter(watched, event);
+    return event->isAccepted();
+}

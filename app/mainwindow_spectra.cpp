@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/mainwindow.h"
+
+#include "app/messagebox.h"
+#include "species/jsonfile.h"
+#include "spectrum/spectrumfile.h"
+#include "spectrum/spectrumwindow.h"
+#include "ui_mainwindow.h"
+
+#include <QClipboard>
+#include <QFileDialog>
+#include <QJsonDocument>
+#include <QMdiSubWindow>
+
+namespace
+{
+
+constexpr QLatin1String errorTitle("Error");
+
+} // namespace
+
+QList<SpectrumWindow *> MainWindow::spectrumWindows() const
+{
+    QList<SpectrumWindow *> windows;
+    for (const QMdiSubWindow *subWindow : ui->mdiArea->subWindowList(QMdiArea::CreationOrder)) {
+        if (auto *window = qobject_cast<SpectrumWindow *>(subWindow->widget()))
+            windows.append(window);
+    }
+    return windows;
+}
+
+SpectrumWindow *MainWindow::currentSpectrumWindow() const
+{
+    // Not the active one: while a floating dock has the focus, none is active.
+    const QMdiSubWindow *subWindow = ui->mdiArea->currentSubWindow();
+    return subWindow ? qobject_cast<SpectrumWindow *>(subWindow->widget()) : nullptr;
+}
+
+void MainWindow::addSpectrumWindowToMdiArea(SpectrumWindow *w)
+{
+    QMdiSubWindow *subWindow = ui->mdiArea->addSubWindow(w);
+    subWindow->setAttribute(Qt::WA_DeleteOnClose);
+    w->show();
+    setModified();
+}
+
+void MainWindow::createNewSpectrumWindow()
+{
+    addSpectrumWindowToMdiArea(new SpectrumWindow(this));
+}
+
+void MainWindow::createNewSpectrumWindow(const QJsonObject &obj)
+{
+    addSpectrumWindowToMdiArea(new SpectrumWindow(obj, this));
+}
+
+void MainWindow::deleteCurrentSpectrum()
+{
+    QMdiSubWindow *subWindow = ui->mdiArea->currentSubWindow();
+    if (!subWindow)
+        return;
+    subWindow->close();
+    setModified();
+}
+
+bool MainWindow::loadJSONSpectrum()
+{
+    const QString fileName =
+        QFileDialog::getOpenFileName(this, tr("Open Spectrum JSON File"), lastfolder(),
+                                     tr("JSON Files (*.json);;All Files (*)"));
+    const std::optional<QJsonObject> spectrum = readJsonObject(fileName);
+    if (!spectrum) {
+        showMessage(this, QMessageBox::Warning, errorTitle, tr("Could not open file for reading"));
+        return false;
+    }
+    if (!hasType(*spectrum, spectrumFileType)) {
+        showMessage(this, QMessageBox::Critical, errorTitle,
+                    tr("Spectrum not found in JSON file. Load aborted."));
+        return false;
+    }
+    createNewSpectrumWindow(*spectrum);
+    setlastfolder(fileName);
+    return true;
+}
+
+void MainWindow::saveSpectrumToFile()
+{
+    SpectrumWindow *window = currentSpectrumWindow();
+    if (!window) {
+        showMessage(this, QMessageBox::Warning, errorTitle,
+                    tr("No active spectrum window to save."));
+        return;
+    }
+    const QString fileName =
+        QFileDialog::getSaveFileName(this, tr("Save Spectrum"), lastfolder(),
+                                     tr("JSON Files (*.json);;All Files (*)"));
+    if (fileName.isEmpty())
+        return;
+    window->commitFocusedField();
+    if (!writeJsonObject(fileName, spectrumFileObject(window->toJson()))) {
+        showMessage(this, QMessageBox::Warning, errorTitle, tr("Could not open file for writing"));
+        return;
+    }
+    setlastfolder(fileName);
+}
+
+void MainWindow::copySpectrumToClipboard()
+{
+    SpectrumWindow *window = currentSpectrumWindow();
+    if (!window) {
+        showMessage(this, QMessageBox::Warning, errorTitle, tr("No spectrum window is selected."));
+        return;
+    }
+    window->commitFocusedField();
+    const QJsonDocument document(spectrumFileObject(window->toJson()));
+    QGuiApplication::clipboard()->setText(
+        QString::fromUtf8(document.toJson(QJsonDocument::Compact)));
+}
+
+void MainWindow::pasteSpectrumFromClipboard()
+{
+    const QByteArray text = QGuiApplication::clipboard()->text().toUtf8();
+    const QJsonDocument document = QJsonDocument::fromJson(text);
+    if (!document.isObject()) {
+        showMessage(this, QMessageBox::Warning, errorTitle,
+                    tr("Clipboard does not contain a valid spectrum."));
+        return;
+    }
+    if (!hasType(document.object(), spectrumFileType)) {
+        showMessage(this, QMessageBox::Critical, errorTitle, tr("Format error, cannot paste."));
+        return;
+    }
+    createNewSpectrumWindow(document.object());
+}

@@ -1,0 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QMessageBox>
+
+// Shows a modal box with one OK button. The text is plain: the name of a file in it is never markup.
+void showMessage(QWidget *parent, QMessageBox::Icon icon, const QString &title,
+                 const QString &text);

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+
+// Whether two images show the same: equal size and equal pixels in one format. The pixel format, a
+// colour-space tag, the colour under full transparency and texts kept with the picture do not count.
+// Two null images are the same picture.
+[[nodiscard]] bool isSamePicture(const QImage &left, const QImage &right);
+
+// The image in the bytes of an image file of any format the toolkit reads, recognised by its content; a
+// null image if there is none or if it is too large to decode safely.
+[[nodiscard]] QImage decodePicture(const QByteArray &bytes);
+
+// The bytes of a PNG file of image; empty for a null image.
+[[nodiscard]] QByteArray encodePng(const QImage &image);

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "species/speciesmodel.h"
+
+#include "species/picture.h"
+
+#include <QJsonValue>
+#include <QRegularExpression>
+#include <QVariant>
+
+namespace
+{
+
+// The cell value for a JSON value of a field; an invalid one for a missing or unreadable image.
+QVariant cellValue(const QJsonValue &json, SpeciesFieldKind kind)
+{
+    switch (kind) {
+    case SpeciesFieldKind::Text:
+        return json.toString();
+    case SpeciesFieldKind::Lines:
+        return convertNewlinesToBr(json.toString());
+    case SpeciesFieldKind::Number:
+        return json.toDouble();
+    case SpeciesFieldKind::Image: {
+        const QImage image = decodePicture(QByteArray::fromBase64(json.toString().toUtf8()));
+        return image.isNull() ? QVariant() : QVariant::fromValue(image);
+    }
+    }
+    Q_UNREACHABLE();
+}
+
+bool holdsImage(const QVariant &value)
+{
+    return QMetaType::canConvert(value.metaType(), QMetaType::fromType<QImage>());
+}
+
+} // namespace
+
+QString cleanHtmlContent(const QString &text)
+{
+    static const QRegularExpression removeTags(
+        QStringLiteral("<(?!/?(sub|sup|br)\\b)[^>]*>"));
+    // No tag ends behind the last ">". Looking for one there would cost the square of the text's length
+    // in a text of many "<".
+    const qsizetype end = text.lastIndexOf(QLatin1Char('>')) + 1;
+    return text.first(end).remove(removeTags) + text.sliced(end);
+}
+
+QString convertNewlinesToBr(const QString &text)
+{
+    QString result = text;
+    result.replace(QLatin1String("\r\n"), QLatin1String("<br>"));
+    result.replace(QLatin1Char('\n'), QLatin1String("<br>"));
+    return result;
+}
+
+SpeciesModel::SpeciesModel(QObject *parent) : MyStandardItemModel(parent)
+{
+    setRowCount(1);
+    setColumnCount(static_cast<int>(speciesFields.size()));
+}
+
+void SpeciesModel::loadFromJson(const QJsonObject &species)
+{
+    int column = 0;
+    for (const SpeciesField &field : speciesFields) {
+        const QVariant value = cellValue(species.value(field.key), field.kind);
+        setData(index(0, column++), value, Qt::EditRole);
+    }
+}
+
+QJsonObject SpeciesModel::toJson() const
+{
+    QJsonObject species;
+    int column = 0;
+    for (const SpeciesField &field : speciesFields) {
+        const QVariant value = data(index(0, column++), Qt::DisplayRole);
+        switch (field.kind) {
+        case SpeciesFieldKind::Text:
+        case SpeciesFieldKind::Lines:
+            species.insert(field.key, cleanHtmlContent(value.toString()));
+            break;
+        case SpeciesFieldKind::Number:
+            species.insert(field.key, value.toDouble());
+            break;
+        case SpeciesFieldKind::Image:
+            if (holdsImage(value))
+                species.insert(field.key,
+                               QString::fromLatin1(encodePng(value.value<QImage>()).toBase64()));
+            break;
+        }
+    }
+    return species;
+}
+
+QImage SpeciesModel::getImage() const
+{
+    return data(index(0, speciesImageColumn), Qt::DisplayRole).value<QImage>();
+}
+
+bool SpeciesModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (role != Qt::EditRole)
+        return false;
+    if (index.column() == speciesImageColumn)
+        return setImage(index, value.value<QImage>());
+    return MyStandardItemModel::setData(index, value, Qt::EditRole);
+}
+
+bool SpeciesModel::setImage(const QModelIndex &index, const QImage &image)
+{
+    const auto current = data(index, Qt::DisplayRole).value<QImage>();
+    if (!isSamePicture(image, current)) {
+        QStandardItemModel::setData(index, QVariant::fromValue(image), Qt::EditRole);
+        emit imageChanged();
+    }
+    return true;
+}

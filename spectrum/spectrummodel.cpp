@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "spectrum/spectrummodel.h"
+
+#include "species/speciesmodel.h"
+#include "spectrum/points.h"
+#include "widgets/undoabletext.h"
+
+#include <QJsonArray>
+#include <QJsonValue>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QScopedValueRollback>
+#include <QSignalBlocker>
+#include <QTimer>
+
+#include <chrono>
+
+namespace
+{
+
+constexpr std::chrono::milliseconds readDelay(2000);
+
+constexpr QLatin1String typeColumnKey("SpectType");
+constexpr QLatin1String lineSpectrumKey("LineSpectrum");
+constexpr QLatin1String pointObjectsKey("Spectrum");
+constexpr QLatin1String energiesKey("E");
+constexpr QLatin1String intensitiesKey("I");
+
+bool belongsTo(SpectrumKind field, int type)
+{
+    const SpectrumKind spectrum =
+        type == simulationType ? SpectrumKind::Simulation : SpectrumKind::Experiment;
+    return field == SpectrumKind::Any || field == spectrum;
+}
+
+QStringList linesOfPointObjects(const QJsonArray &array)
+{
+    QStringList lines;
+    lines.reserve(array.size());
+    for (const QJsonValue &element : array) {
+        const QJsonObject point = element.toObject();
+        lines.append(loadedPointLine(point.value(energiesKey).toDouble(),
+                                     point.value(intensitiesKey).toDouble()));
+    }
+    return lines;
+}
+
+QStringList linesOfArrays(const QJsonArray &energies, const QJsonArray &intensities)
+{
+    QStringList lines;
+    if (energies.size() != intensities.size())
+        return lines;
+    lines.reserve(energies.size());
+    auto intensity = intensities.begin();
+    for (const QJsonValue &energy : energies)
+        lines.append(loadedPointLine(energy.toDouble(), (*intensity++).toDouble()));
+    return lines;
+}
+
+QStringList pointLinesOf(const QJsonObject &obj)
+{
+    if (obj.contains(pointObjectsKey))
+        return linesOfPointObjects(obj.value(pointObjectsKey).toArray());
+    return linesOfArrays(obj.value(energiesKey).toArray(), obj.value(intensitiesKey).toArray());
+}
+
+} // namespace
+
+SpectrumModel::SpectrumModel(QObject *parent, QPlainTextEdit *pointEditor)
+    : MyStandardItemModel(parent), debounceTimer(new QTimer(this)), textEdit(pointEditor)
+{
+    setRowCount(1);
+    setColumnCount(spectrumColumnCount);
+    debounceTimer->setInterval(readDelay);
+    debounceTimer->setSingleShot(true);
+    connect(debounceTimer, &QTimer::timeout, this, &SpectrumModel::emitSpectrumDataChanged);
+    if (textEdit) {
+        connect(textEdit, &QPlainTextEdit::textChanged, this, [this] {
+            if (!updatingText)
+                debounceTimer->start();
+        });
+    }
+}
+
+SpectrumModel::~SpectrumModel() = default;
+
+QVariant SpectrumModel::value(SpectrumColumn column) const
+{
+    return data(index(0, static_cast<int>(column)), Qt::EditRole);
+}
+
+bool SpectrumModel::setValue(SpectrumColumn column, const QVariant &value)
+{
+    return setData(index(0, static_cast<int>(column)), value, Qt::EditRole);
+}
+
+void SpectrumModel::loadFromJson(const QJsonObject &obj)
+{
+    const QSignalBlocker blocker(this);
+    const int type = obj.value(typeColumnKey).toInt();
+    setValue(SpectrumColumn::Type, type);
+    setValue(SpectrumColumn::LineSpectrum, obj.value(lineSpectrumKey).toBool());
+    for (const SpectrumTextField &field : spectrumTextFields) {
+        const bool present = belongsTo(field.kind, type);
+        setValue(field.column, present ? obj.value(field.key).toString() : QVariant());
+    }
+    pointLines = pointLinesOf(obj);
+    setTextEditText();
+}
+
+QJsonObject SpectrumModel::toJson() const
+{
+    QJsonObject obj;
+    const int type = value(SpectrumColumn::Type).toInt();
+    obj.insert(typeColumnKey, type);
+    obj.insert(lineSpectrumKey, value(SpectrumColumn::LineSpectrum).toBool());
+    for (const SpectrumTextField &field : spectrumTextFields) {
+        const QString text = value(field.column).toString();
+        // Only the fields that every spectrum has are cleaned of foreign tags.
+        if (field.kind == SpectrumKind::Any)
+            obj.insert(field.key, cleanHtmlContent(text));
+        else if (belongsTo(field.kind, type))
+            obj.insert(field.key, text);
+    }
+
+    QJsonArray energies;
+    QJsonArray intensities;
+    for (const QPointF &point : getXYVectors()) {
+        energies.append(point.x());
+        intensities.append(point.y());
+    }
+    obj.insert(energiesKey, energies);
+    obj.insert(intensitiesKey, intensities);
+    return obj;
+}
+
+QList<QPointF> SpectrumModel::getXYVectors() const
+{
+    return parsePoints(pointLines);
+}
+
+void SpectrumModel::setTextEditText()
+{
+    debounceTimer->stop();
+    if (!textEdit)
+        return;
+    const QScopedValueRollback guard(updatingText, true);
+    textEdit->setPlainText(pointLines.join(QLatin1Char('\n')));
+}
+
+void SpectrumModel::readPendingPoints()
+{
+    if (!debounceTimer->isActive())
+        return;
+    debounceTimer->stop();
+    emitSpectrumDataChanged();
+}
+
+void SpectrumModel::dropPendingPoints()
+{
+    debounceTimer->stop();
+}
+
+bool SpectrumModel::lastReadFoundChanges() const
+{
+    return readFoundChanges;
+}
+
+void SpectrumModel::normalizeSpectrum()
+{
+    constexpr int energyDecimals = 4;
+    constexpr int intensityDecimals = 2;
+    if (const std::optional<QList<QPointF>> points = normalised(getXYVectors()))
+        rewritePoints(fixedPointLines(*points, energyDecimals, intensityDecimals));
+}
+
+void SpectrumModel::makePointsSparser()
+{
+    constexpr int energyDecimals = 3;
+    constexpr int intensityDecimals = 2;
+    if (value(SpectrumColumn::LineSpectrum).toBool()) {
+        warn(QStringLiteral("Cannot resample line spectra"));
+        return;
+    }
+    const std::variant<QList<QPointF>, ResampleError> result = resampled(getXYVectors());
+    if (const auto *points = std::get_if<QList<QPointF>>(&result))
+        rewritePoints(fixedPointLines(*points, energyDecimals, intensityDecimals));
+    else if (std::get<ResampleError>(result) == ResampleError::GridTooLarge)
+        warn(QStringLiteral("Energy range too large to resample"));
+}
+
+void SpectrumModel::emitSpectrumDataChanged()
+{
+    readFoundChanges = false;
+    if (!updatingText && textEdit) {
+        QStringList lines = splitPointLines(textEdit->toPlainText());
+        readFoundChanges = lines != pointLines;
+        pointLines = std::move(lines);
+    }
+    emit spectrumDataChanged();
+}
+
+// Makes lines the points and the editor's text, as one step that the editor can undo.
+void SpectrumModel::rewritePoints(const QStringList &lines)
+{
+    debounceTimer->stop();
+    readFoundChanges = false;
+    pointLines = lines;
+    if (textEdit) {
+        const QScopedValueRollback guard(updatingText, true);
+        replaceTextUndoably(textEdit, lines.join(QLatin1Char('\n')));
+    }
+    emit spectrumDataChanged();
+}
+
+void SpectrumModel::warn(const QString &text)
+{
+    QMessageBox::warning(qobject_cast<QWidget *>(parent()), QStringLiteral("Error"), text,
+                         QMessageBox::Ok);
+}

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "species/mystandarditemmodel.h"
+
+#include <QJsonObject>
+#include <QLatin1String>
+#include <QList>
+#include <QPointF>
+#include <QStringList>
+
+#include <array>
+
+class QPlainTextEdit;
+class QTimer;
+
+enum class SpectrumColumn {
+    Title,
+    Uploader,
+    Doi,
+    Type, // int, index into the list of spectrum types
+    FurtherRefs,
+    Temperature, // K
+    FurtherComments,
+    CreatedDate, // yyyy-MM-dd
+    FacilityDate,
+    LineSpectrum, // bool
+    Source,
+    Resolution, // meV
+    Normalization,
+    LevelOfTheory,
+    ConvolutionFwhm, // meV
+    Aie,             // eV
+};
+
+// Which spectra a text field belongs to; that of the other kind is emptied on load and not written.
+enum class SpectrumKind { Any, Experiment, Simulation };
+
+struct SpectrumTextField {
+    SpectrumColumn column;
+    QLatin1String key;
+    SpectrumKind kind;
+};
+
+// The text fields of the record and their JSON keys. Columns Type and LineSpectrum are no texts.
+inline constexpr std::array spectrumTextFields{
+    SpectrumTextField{SpectrumColumn::Title, QLatin1String("Title"), SpectrumKind::Any},
+    SpectrumTextField{SpectrumColumn::Uploader, QLatin1String("Uploader"), SpectrumKind::Any},
+    SpectrumTextField{SpectrumColumn::Doi, QLatin1String("DOI"), SpectrumKind::Any},
+    SpectrumTextField{SpectrumColumn::FurtherRefs, QLatin1String("FurtherRefs"),
+                      SpectrumKind::Any},
+    SpectrumTextField{SpectrumColumn::Temperature, QLatin1String("T"), SpectrumKind::Any},
+    SpectrumTextField{SpectrumColumn::FurtherComments, QLatin1String("FurtherComments"),
+                      SpectrumKind::Any},
+    SpectrumTextField{SpectrumColumn::CreatedDate, QLatin1String("CreatedDate"),
+                      SpectrumKind::Any},
+    SpectrumTextField{SpectrumColumn::FacilityDate, QLatin1String("FacilityDate"),
+                      SpectrumKind::Any},
+    SpectrumTextField{SpectrumColumn::Source, QLatin1String("Source"), SpectrumKind::Experiment},
+    SpectrumTextField{SpectrumColumn::Resolution, QLatin1String("Resolution"),
+                      SpectrumKind::Experiment},
+    SpectrumTextField{SpectrumColumn::Normalization, QLatin1String("Normalization"),
+                      SpectrumKind::Experiment},
+    SpectrumTextField{SpectrumColumn::LevelOfTheory, QLatin1String("LevelOfTheory"),
+                      SpectrumKind::Simulation},
+    SpectrumTextField{SpectrumColumn::ConvolutionFwhm, QLatin1String("ConvolutionFWHM"),
+                      SpectrumKind::Simulation},
+    SpectrumTextField{SpectrumColumn::Aie, QLatin1String("AIE"), SpectrumKind::Simulation},
+};
+
+inline constexpr int spectrumColumnCount = 16;
+// The only type that is a simulation. Types that follow it in the list are experiments again.
+inline constexpr int simulationType = 4;
+
+// One spectrum of a species entry: sixteen metadata columns in one row, edited through the spectrum
+// window's data mapper, and the list of its point lines, kept in step with the text of a point editor
+// that it does not own and that may be null. The editor is read again two seconds after its last change;
+// until then the points are those from before the typing. Loading and writing never fail: a missing or
+// mistyped value is an empty text, 0, false or no point.
+class SpectrumModel : public MyStandardItemModel
+{
+    Q_OBJECT
+
+public:
+    SpectrumModel(QObject *parent, QPlainTextEdit *pointEditor);
+    ~SpectrumModel() override;
+
+    // Replaces the record and the point text and starts a fresh undo history of the point editor. Emits
+    // no signal of the model.
+    void loadFromJson(const QJsonObject &obj);
+    [[nodiscard]] QJsonObject toJson() const;
+
+    // The points as of the last reading: photon energies in eV and intensities, in line order.
+    [[nodiscard]] QList<QPointF> getXYVectors() const;
+    // Writes the point lines into the editor as its whole text, with a fresh undo history.
+    void setTextEditText();
+
+    // Reads the editor now if its last change has not been read yet, and not again later.
+    void readPendingPoints();
+    // Forgets a change that has not been read yet.
+    void dropPendingPoints();
+    // Whether the last reading of the editor found other lines than there were.
+    [[nodiscard]] bool lastReadFoundChanges() const;
+
+    // A value of the record, edit role.
+    [[nodiscard]] QVariant value(SpectrumColumn column) const;
+    bool setValue(SpectrumColumn column, const QVariant &value);
+
+signals:
+    // The points may have changed.
+    void spectrumDataChanged();
+
+public slots:
+    // Scales the intensities so that the largest becomes 1000. Drops lines that are not points.
+    void normalizeSpectrum();
+    // Resamples on a grid of 0.001 eV, by linear interpolation. Drops lines that are not points. Says in
+    // a box that a line spectrum, or one of too large a range, cannot be resampled.
+    void makePointsSparser();
+    void emitSpectrumDataChanged();
+
+private:
+    void rewritePoints(const QStringList &lines);
+    void warn(const QString &text);
+
+    QTimer *debounceTimer;
+    QPlainTextEdit *textEdit;
+    bool updatingText = false;
+    QStringList pointLines;
+    bool readFoundChanges = false;
+};

@@ -1,0 +1,271 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "spectrum/spectrumwindow.h"
+
+#include "spectrum/points.h"
+#include "spectrum/spectrummodel.h"
+#include "ui_spectrumwindow.h"
+#include "widgets/editorcommit.h"
+#include "widgets/undoabletext.h"
+
+#include <QChart>
+#include <QCloseEvent>
+#include <QDataWidgetMapper>
+#include <QDate>
+#include <QLineSeries>
+#include <QScopedValueRollback>
+#include <QValueAxis>
+
+namespace
+{
+
+QValueAxis *makeAxis(const QString &title)
+{
+    auto *axis = new QValueAxis;
+    axis->setTitleText(title);
+    axis->setLabelFormat(QStringLiteral("%.2f"));
+    return axis;
+}
+
+// The main window among the possible parents, known by its name only: nothing here includes it.
+QObject *documentOf(QWidget *parent)
+{
+    return parent && parent->inherits("MainWindow") ? parent : nullptr;
+}
+
+} // namespace
+
+SpectrumWindow::SpectrumWindow(QWidget *parent)
+    : QWidget(parent), ui(std::make_unique<Ui::SpectrumWindow>()),
+      mapper(new QDataWidgetMapper(this)), document(documentOf(parent))
+{
+    ui->setupUi(this);
+    initializeMappings();
+    model = new SpectrumModel(this, ui->textEditSpect);
+    mapper->setModel(model);
+    connectSignals();
+    buildChart();
+    model->setValue(SpectrumColumn::CreatedDate, QDate::currentDate().toString(Qt::ISODate));
+    onSpectrumTypeChanged(ui->comboBoxType->currentIndex());
+}
+
+SpectrumWindow::SpectrumWindow(const QJsonObject &spectrum, QWidget *parent)
+    : SpectrumWindow(parent)
+{
+    model->loadFromJson(spectrum);
+    onSpectrumTypeChanged(model->value(SpectrumColumn::Type).toInt());
+    updateChart();
+}
+
+SpectrumWindow::~SpectrumWindow() = default;
+
+QJsonObject SpectrumWindow::toJson() const
+{
+    return model->toJson();
+}
+
+bool SpectrumWindow::isSimulation() const
+{
+    return ui->comboBoxType->currentIndex() == simulationType;
+}
+
+void SpectrumWindow::commitFocusedField()
+{
+    commitFocusedEditor(mapper, this);
+}
+
+void SpectrumWindow::readPendingPoints()
+{
+    model->readPendingPoints();
+}
+
+void SpectrumWindow::initializeMappings()
+{
+    const QByteArray markup = "cleanedHtml";
+    const auto column = [](SpectrumColumn c) { return static_cast<int>(c); };
+    const auto both = [&](QWidget *widget, SpectrumColumn c, const QByteArray &property) {
+        mappings.append({widget, column(c), true, true, property});
+    };
+    const auto simulation = [&](QWidget *widget, SpectrumColumn c) {
+        mappings.append({widget, column(c), true, false, markup});
+    };
+    const auto experiment = [&](QWidget *widget, SpectrumColumn c) {
+        mappings.append({widget, column(c), false, true, markup});
+    };
+
+    both(ui->lineEditTitle, SpectrumColumn::Title, markup);
+    both(ui->lineEditUploader, SpectrumColumn::Uploader, markup);
+    both(ui->lineEditSpectDOI, SpectrumColumn::Doi, markup);
+    both(ui->textEditCitations, SpectrumColumn::FurtherRefs, markup);
+    both(ui->textEditComments, SpectrumColumn::FurtherComments, markup);
+    both(ui->comboBoxType, SpectrumColumn::Type, "currentIndex");
+    both(ui->labelCreated, SpectrumColumn::CreatedDate, "text");
+    both(ui->lineEditFacilityDate, SpectrumColumn::FacilityDate, markup);
+    both(ui->checkBoxLineSpectrum, SpectrumColumn::LineSpectrum, "checked");
+    both(ui->lineEditSourceT, SpectrumColumn::Temperature, markup);
+    simulation(ui->lineEditSource, SpectrumColumn::LevelOfTheory);
+    simulation(ui->lineEditResolution, SpectrumColumn::ConvolutionFwhm);
+    simulation(ui->lineEditFlux, SpectrumColumn::Aie);
+    experiment(ui->lineEditSource, SpectrumColumn::Source);
+    experiment(ui->lineEditResolution, SpectrumColumn::Resolution);
+    experiment(ui->lineEditFlux, SpectrumColumn::Normalization);
+}
+
+void SpectrumWindow::connectSignals()
+{
+    if (document) {
+        connect(model, SIGNAL(dataChanged(QModelIndex, QModelIndex, QList<int>)), document,
+                SLOT(setModified()));
+        connect(ui->textEditSpect, SIGNAL(textChanged()), document, SLOT(setModified()));
+    }
+    connect(ui->lineEditTitle, &QTextEdit::textChanged, this, &SpectrumWindow::updateWindowTitle);
+    connect(ui->comboBoxType, &QComboBox::currentIndexChanged, this,
+            &SpectrumWindow::onSpectrumTypeChanged);
+    connect(ui->buttonCommaToDot, &QPushButton::clicked, this,
+            &SpectrumWindow::onButtonCommaToDotClicked);
+    connect(ui->buttonNormalize, &QPushButton::clicked, model, &SpectrumModel::normalizeSpectrum);
+    connect(ui->buttonSparse, &QPushButton::clicked, model, &SpectrumModel::makePointsSparser);
+    connect(model, &SpectrumModel::spectrumDataChanged, this, &SpectrumWindow::updateChart);
+    connect(model, &SpectrumModel::spectrumDataChanged, this, &SpectrumWindow::onPointsRead);
+    connect(ui->checkBoxLineSpectrum, &QCheckBox::toggled, this,
+            &SpectrumWindow::onLineSpectrumToggled);
+    connect(ui->textEditSpect, &QPlainTextEdit::textChanged, this, &SpectrumWindow::showLineCount);
+}
+
+void SpectrumWindow::buildChart()
+{
+    auto *chart = new QChart;
+    chart->legend()->hide();
+    QValueAxis *axisX = makeAxis(tr("hν / eV"));
+    QValueAxis *axisY = makeAxis(tr("Intensity / arb. unit"));
+    chart->addAxis(axisX, Qt::AlignBottom);
+    chart->addAxis(axisY, Qt::AlignLeft);
+    auto *series = new QLineSeries;
+    chart->addSeries(series);
+    series->attachAxis(axisX);
+    series->attachAxis(axisY);
+
+    const std::unique_ptr<QChart> replaced(ui->chartSpectrum->chart());
+    ui->chartSpectrum->setChart(chart);
+    ui->chartSpectrum->setRenderHint(QPainter::Antialiasing);
+    ui->chartSpectrum->setRubberBand(QChartView::RectangleRubberBand);
+}
+
+void SpectrumWindow::setupMapper(int type)
+{
+    mapper->clearMapping();
+    for (const Mapping &mapping : std::as_const(mappings)) {
+        if (type == simulationType ? mapping.forSimulation : mapping.forExperiment)
+            mapper->addMapping(mapping.widget, mapping.column, mapping.property);
+    }
+}
+
+void SpectrumWindow::onSpectrumTypeChanged(int type)
+{
+    if (updating)
+        return;
+    // Binding the fields anew fills them afresh, which would lose what was just typed into one.
+    commitFocusedField();
+    const QScopedValueRollback guard(updating, true);
+    setTypeLabels(type == simulationType);
+    model->setValue(SpectrumColumn::Type, type);
+    setupMapper(type);
+    mapper->toFirst();
+}
+
+void SpectrumWindow::setTypeLabels(bool simulation)
+{
+    struct Text {
+        QLabel *label;
+        QString experiment;
+        QString simulation;
+    };
+    const Text texts[] = {
+        {ui->label_8, QStringLiteral("Source"), QStringLiteral("Level(s) of theory")},
+        {ui->label_9, QStringLiteral("Source T / K"), QStringLiteral("Vib. T / K")},
+        {ui->label_10, QStringLiteral("Resolution / meV"), QStringLiteral("Conv. FWHM / meV")},
+        {ui->label_11, QStringLiteral("Flux normalization"),
+         QStringLiteral("0-0 transition / eV")},
+        {ui->labelComments,
+         QStringLiteral("Comments: mass resolution, extraction field, details of spectral "
+                        "treatment, sample / isomeric purity etc."),
+         QStringLiteral("Comments: programs used, approximations, convergence, simulation issues "
+                        "etc.")},
+        {ui->labelCitations, QStringLiteral("Further citations (expt., source, light source etc.)"),
+         QStringLiteral("Further citations (program(s), theory etc.)")},
+    };
+    for (const Text &text : texts)
+        text.label->setText(simulation ? text.simulation : text.experiment);
+}
+
+void SpectrumWindow::updateWindowTitle()
+{
+    setWindowTitle(ui->lineEditTitle->toPlainText());
+}
+
+void SpectrumWindow::onButtonCommaToDotClicked()
+{
+    QString text = ui->textEditSpect->toPlainText();
+    text.replace(QLatin1Char(','), QLatin1Char('.'));
+    replaceTextUndoably(ui->textEditSpect, text);
+}
+
+void SpectrumWindow::onLineSpectrumToggled()
+{
+    if (updating)
+        return;
+    const QVariant type = model->value(SpectrumColumn::Type);
+    mapper->submit();
+    // A type from a file that is not in the list shows as no choice, which is not the user's choice.
+    if (ui->comboBoxType->currentIndex() < 0)
+        model->setValue(SpectrumColumn::Type, type);
+    updateChart();
+}
+
+void SpectrumWindow::updateChart()
+{
+    QChart *chart = ui->chartSpectrum->chart();
+    auto *series = qobject_cast<QLineSeries *>(chart->series().value(0));
+    if (!series)
+        return;
+    const QList<QPointF> points = model->getXYVectors();
+    const bool line = model->value(SpectrumColumn::LineSpectrum).toBool();
+    series->replace(line ? stickPlot(points) : points);
+
+    auto *axisX = qobject_cast<QValueAxis *>(chart->axes(Qt::Horizontal).value(0));
+    auto *axisY = qobject_cast<QValueAxis *>(chart->axes(Qt::Vertical).value(0));
+    const std::optional<PointRange> range = finiteRange(points);
+    if (axisX && axisY && range) {
+        axisX->setRange(range->minX, range->maxX);
+        axisY->setRange(range->minY, range->maxY);
+    }
+    chart->update();
+}
+
+// Points that were typed shortly before a save are not in the file: when they are read after it, the
+// document has changes again.
+void SpectrumWindow::onPointsRead()
+{
+    if (model->lastReadFoundChanges())
+        markModified();
+}
+
+void SpectrumWindow::showLineCount()
+{
+    ui->label_14->setText(
+        tr("Spectrum, I(hv / eV) (%1 lines)").arg(ui->textEditSpect->blockCount()));
+}
+
+void SpectrumWindow::closeEvent(QCloseEvent *event)
+{
+    // However the window goes, the next save leaves its spectrum out. Deleted it is only later, and a
+    // message box may run the event loop before that.
+    model->dropPendingPoints();
+    markModified();
+    QWidget::closeEvent(event);
+}
+
+void SpectrumWindow::markModified()
+{
+    if (document)
+        QMetaObject::invokeMethod(document, "setModified");
+}

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QList>
+#include <QPointer>
+#include <QWidget>
+
+#include <memory>
+
+class QDataWidgetMapper;
+class SpectrumModel;
+
+namespace Ui
+{
+class SpectrumWindow;
+}
+
+// Edits one spectrum: a form of metadata, the point editor and the chart over one SpectrumModel. The
+// main window shows it as a sub-window and must be the parent at construction: from then on every change
+// calls the parent's slot setModified(). With any other parent nothing is told.
+class SpectrumWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    // An empty spectrum, created today.
+    explicit SpectrumWindow(QWidget *parent = nullptr);
+    // The spectrum of a spectrum object; keys that are missing or mistyped are empty.
+    explicit SpectrumWindow(const QJsonObject &spectrum, QWidget *parent = nullptr);
+    ~SpectrumWindow() override;
+
+    [[nodiscard]] QJsonObject toJson() const;
+    [[nodiscard]] bool isSimulation() const;
+
+    // Writes what the user has typed into the focused field of the form, and has not left yet, into the
+    // model.
+    void commitFocusedField();
+    // Reads points that were typed within the last two seconds now.
+    void readPendingPoints();
+
+    void initializeMappings();
+    void setupMapper(int type);
+    void updateChart();
+
+public slots:
+    void onSpectrumTypeChanged(int index);
+    void updateWindowTitle();
+    void onButtonCommaToDotClicked();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    struct Mapping {
+        QWidget *widget;
+        int column;
+        bool forSimulation;
+        bool forExperiment;
+        QByteArray property;
+    };
+
+    void connectSignals();
+    void buildChart();
+    void setTypeLabels(bool simulation);
+    void onLineSpectrumToggled();
+    void onPointsRead();
+    void showLineCount();
+    void markModified();
+
+    std::unique_ptr<Ui::SpectrumWindow> ui;
+    SpectrumModel *model;
+    QDataWidgetMapper *mapper;
+    bool updating = false;
+    QList<Mapping> mappings;
+    QPointer<QObject> document; // the main window, or null
+};

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+
+// Files of the tests. Each fails the test where it cannot do its work.
+
+void writeFile(const QString &path, const QByteArray &bytes);
+void writeFile(const QString &path, const QJsonObject &object);
+[[nodiscard]] QByteArray fileBytes(const QString &path);
+[[nodiscard]] QJsonObject fileObject(const QString &path);

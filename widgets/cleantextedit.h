@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QTextEdit>
+
+// A multi-line rich-text editor whose content is restricted markup: plain characters and the tags sub,
+// sup and br, nothing else. Data mappers bind its property "cleanedHtml". Text is not escaped, neither
+// written nor read: a typed "<" is markup when the string is set again. Markup never makes it load
+// anything from the disk or the network.
+class CleanTextEdit : public QTextEdit
+{
+    Q_OBJECT
+    Q_PROPERTY(
+        QString cleanedHtml READ cleanedHtml WRITE setCleanedHtml NOTIFY cleanedHtmlChanged)
+
+public:
+    explicit CleanTextEdit(QWidget *parent = nullptr);
+
+    // The content as restricted markup; blocks and soft line breaks alike are written "<br>".
+    [[nodiscard]] QString cleanedHtml() const;
+    // Replaces the content and starts a fresh undo history. The toolkit parses html as it can.
+    void setCleanedHtml(const QString &html);
+
+    // The restricted markup of any document: every fragment in the pair of tags of its own alignment,
+    // neighbours not merged, all other formatting dropped.
+    [[nodiscard]] QString extractAllowedHtmlFromDocument(QTextDocument *document) const;
+
+    // Nothing: an entry may come from a stranger, so what its markup refers to is not fetched.
+    QVariant loadResource(int type, const QUrl &name) override;
+
+signals:
+    void cleanedHtmlChanged();
+
+private slots:
+    void onTextChanged();
+};

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "widgets/singlelinetextedit.h"
+
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QTextCursor>
+#include <QTextDocument>
+
+SingleLineTextEdit::SingleLineTextEdit(QWidget *parent) : CleanTextEdit(parent)
+{
+    // Rich text is taken so that the clipboard's text form is offered whatever it holds; only that text
+    // is inserted.
+    setAcceptRichText(true);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setFrameStyle(QFrame::NoFrame);
+    setLineWrapMode(QTextEdit::NoWrap);
+    setStyleSheet(QStringLiteral("background-color: white; border: 1px solid gray; padding: 2px;"));
+    adjustHeight();
+}
+
+void SingleLineTextEdit::adjustHeight()
+{
+    constexpr int heightMargin = 5;
+    document()->adjustSize();
+    setFixedHeight(static_cast<int>(document()->size().height()) + heightMargin);
+}
+
+void SingleLineTextEdit::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        event->ignore();
+        return;
+    }
+    CleanTextEdit::keyPressEvent(event);
+    adjustHeight();
+}
+
+void SingleLineTextEdit::insertFromMimeData(const QMimeData *source)
+{
+    QString text = source->text().simplified();
+    text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    text.replace(QLatin1Char('\r'), QLatin1Char(' '));
+    textCursor().insertText(text);
+    adjustHeight();
+}
