@@ -29,7 +29,13 @@ MainWindow::MainWindow(QWidget *parent)
     setAcceptDrops(true);
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow()
+{
+    // A field that loses the focus on its way out commits what it holds, which marks the document: that
+    // must still find the window whole.
+    delete ui->mdiArea;
+    delete ui->speciesDock;
+}
 
 void MainWindow::connectActions()
 {

@@ -148,6 +148,7 @@ void MainWindow::saveSpeciesAs()
     if (path.isEmpty())
         return;
     currentFile = path;
+    updateWindowTitle(modified);
     setlastfolder(path);
     saveSpeciesToFile();
 }
