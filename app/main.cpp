@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/interfacescale.h"
 #include "app/mainwindow.h"
 
 #include <QApplication>
@@ -7,8 +8,10 @@
 
 int main(int argc, char *argv[])
 {
-    qputenv("QT_SCALE_FACTOR", "0.85");
+    qputenv("QT_SCALE_FACTOR", QByteArray::number(interfaceScale));
+    const InterfaceShrink rest = prepareScreens(argc, argv);
     const QApplication application(argc, argv);
+    shrinkInterface(rest);
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zoravel.icns")));
 
     MainWindow window;

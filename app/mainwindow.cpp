@@ -13,6 +13,7 @@
 #include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QNetworkAccessManager>
+#include <QNetworkReply>
 
 const QRegularExpression MainWindow::reDataset(QStringLiteral("^Dataset\\d+$"));
 
@@ -23,10 +24,11 @@ MainWindow::MainWindow(QWidget *parent)
 {
     ui->setupUi(this);
     setCentralWidget(ui->mdiArea);
+    connectImage();
     connectActions();
-    connectDocument();
     setupMapper();
     setAcceptDrops(true);
+    takeDropsOnDock();
 }
 
 MainWindow::~MainWindow()
@@ -37,25 +39,44 @@ MainWindow::~MainWindow()
     delete ui->speciesDock;
 }
 
-void MainWindow::connectActions()
+void MainWindow::connectImage()
 {
-    connect(ui->actionExit, &QAction::triggered, this, &MainWindow::close);
-    connect(ui->actionLoadSpecies, &QAction::triggered, this, &MainWindow::loadSpeciesFromFile);
-    connect(ui->actionSaveSpecies, &QAction::triggered, this, &MainWindow::saveSpecies);
-    connect(ui->actionSaveSpeciesAs, &QAction::triggered, this, &MainWindow::saveSpeciesAs);
-    connect(ui->actionClean, &QAction::triggered, this, &MainWindow::cleanUp);
-    connect(ui->actionDelete, &QAction::triggered, this, &MainWindow::deleteCurrentSpectrum);
-    connect(ui->actionNew, &QAction::triggered, this, [this] { createNewSpectrumWindow(); });
-    connect(ui->actionLoadSpectrum, &QAction::triggered, this, &MainWindow::loadJSONSpectrum);
-    connect(ui->actionSaveSpectrumAs, &QAction::triggered, this, &MainWindow::saveSpectrumToFile);
-    connect(ui->actionCopy, &QAction::triggered, this, &MainWindow::copySpectrumToClipboard);
-    connect(ui->actionPaste, &QAction::triggered, this, &MainWindow::pasteSpectrumFromClipboard);
+    connect(ui->buttonDownload, &QPushButton::clicked, this, &MainWindow::onButtonDownloadClicked);
+    connect(networkManager, &QNetworkAccessManager::finished, this,
+            &MainWindow::onImageDownloaded);
+    ui->imageLabel->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(ui->imageLabel, &QWidget::customContextMenuRequested, this,
+            &MainWindow::showImageContextMenu);
 }
 
-void MainWindow::connectDocument()
+void MainWindow::connectActions()
 {
+    const auto on = [this](const QAction *action, auto &&member) {
+        connect(action, &QAction::triggered, this, member);
+    };
+    on(ui->actionExit, &MainWindow::close);
+    on(ui->actionLoadSpecies, &MainWindow::loadSpeciesFromFile);
+    on(ui->actionSaveSpecies, &MainWindow::saveSpecies);
+    on(ui->actionSaveSpeciesAs, &MainWindow::saveSpeciesAs);
+    on(ui->actionSubscript, &MainWindow::applySubscript);
+    on(ui->actionSuperscript, &MainWindow::applySuperscript);
+    on(ui->actionClean, &MainWindow::cleanUp);
+    on(ui->actionDelete, &MainWindow::deleteCurrentSpectrum);
+    on(ui->actionNew, [this] { createNewSpectrumWindow(); });
+    on(ui->actionLoadSpectrum, &MainWindow::loadJSONSpectrum);
+    on(ui->actionSaveSpectrumAs, &MainWindow::saveSpectrumToFile);
+    on(ui->actionCopy, &MainWindow::copySpectrumToClipboard);
+    on(ui->actionPaste, &MainWindow::pasteSpectrumFromClipboard);
+    on(ui->actionSelectFolder, &MainWindow::selectSpeciesFolder);
+    on(ui->actionPreviousFile, &MainWindow::loadPreviousSpeciesFile);
+    on(ui->actionNextFile, &MainWindow::loadNextSpeciesFile);
     connect(speciesModel, &SpeciesModel::imageChanged, this, &MainWindow::updateImageFromSpecies);
-    // A floating dock is a window of its own and gets the drops on it.
+    on(ui->actionCreateDatabase, &MainWindow::createSpeciesDatabase);
+}
+
+// A floating dock is a window of its own and gets the drops on it.
+void MainWindow::takeDropsOnDock()
+{
     ui->speciesDock->setAcceptDrops(true);
     ui->speciesDock->installEventFilter(this);
 }

@@ -9,7 +9,9 @@
 
 #include <memory>
 
+class CreateDatabase;
 class QDataWidgetMapper;
+class QDir;
 class QNetworkAccessManager;
 class QNetworkReply;
 class SpeciesModel;
@@ -27,6 +29,7 @@ class MainWindow;
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
+    Q_MOC_INCLUDE(<QNetworkReply>)
 
 public:
     explicit MainWindow(QWidget *parent = nullptr);
@@ -42,7 +45,6 @@ public:
 
     // The species form and its files (mainwindow_species.cpp)
     void setupMapper();
-    void updateImageFromSpecies();
     void loadSpeciesFromFile();
     // Asks to save, then loads the species file at path; says what is wrong with it in a box. True if it
     // is the document now.
@@ -54,6 +56,11 @@ public:
     void saveSpeciesAs();
     void saveSpeciesToFile();
 
+    // Stepping through a folder (mainwindow_navigation.cpp)
+    // Loads the first species file of a folder (step 0) or the one before (-1) or after (1) the file at
+    // path in its folder, round its ends. Says why in a box if there is none; false if none was loaded.
+    bool navigateSpeciesFiles(const QString &path, int step);
+
     // The spectrum sub-windows, their files and the clipboard (mainwindow_spectra.cpp)
     void createNewSpectrumWindow(const QJsonObject &obj);
     void addSpectrumWindowToMdiArea(SpectrumWindow *w);
@@ -62,16 +69,42 @@ public:
     void copySpectrumToClipboard();
     void pasteSpectrumFromClipboard();
 
+    // The database (mainwindow_database.cpp)
+    // Writes the species files as one database file at path and says which file is bad in a box. False
+    // if the database was not written; an existing one is as it was then.
+    bool compileSpeciesFiles(const QList<QString> &files, const QString &path,
+                             const QString &version, const QString &databaseName,
+                             const QString &title, bool compact);
+
+    // The structure image (mainwindow_image.cpp)
+    void updateImageFromSpecies();
+    [[nodiscard]] bool isValidCASNumber(const QString &cas) const;
+    // pos in coordinates of the image label.
+    void showImageContextMenu(const QPoint &pos);
+    void clearImage();
+    void pasteImageFromClipboard();
+
     // The top-level keys of a species file that hold a spectrum.
     static const QRegularExpression reDataset;
 
 public slots:
     void setModified();
 
+private slots:
+    void onButtonDownloadClicked();
+    void onImageDownloaded(QNetworkReply *reply);
+    void applySubscript();
+    void applySuperscript();
+    void applyTextFormatting(QTextCharFormat::VerticalAlignment alignment);
+
 public slots:
     void createNewSpectrumWindow();
     void cleanUp();
     void deleteCurrentSpectrum();
+    void createSpeciesDatabase();
+    void selectSpeciesFolder();
+    void loadPreviousSpeciesFile();
+    void loadNextSpeciesFile();
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -80,13 +113,21 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void connectDocument();
+    void connectImage();
     void connectActions();
+    void takeDropsOnDock();
     // The sub-windows' spectra in the order of their creation.
     [[nodiscard]] QList<SpectrumWindow *> spectrumWindows() const;
     // The spectrum that the user works on, or null.
     [[nodiscard]] SpectrumWindow *currentSpectrumWindow() const;
     void commitFocusedField();
+    // Fills the emptied document from a species file's object.
+    void loadSpeciesObject(const QJsonObject &file);
+    bool loadFirstOf(const QDir &folder, const QStringList &files);
+    bool loadNeighbour(const QDir &folder, const QStringList &files, qsizetype current, int step);
+    // The path of the first of files that is a species file, or an empty text.
+    [[nodiscard]] QString firstSpeciesFile(const QDir &folder, const QStringList &files) const;
+    void setImage(const QVariant &image);
 
     std::unique_ptr<Ui::MainWindow> ui;
     QNetworkAccessManager *networkManager;
@@ -94,4 +135,5 @@ private:
     QDataWidgetMapper *mapper;
     QString currentFile; // full path; empty for a document without a file
     bool modified = false;
+    CreateDatabase *createDatabaseDialog = nullptr; // made when it is first needed
 };

@@ -15,7 +15,6 @@
 #include <QFileDialog>
 #include <QMdiSubWindow>
 #include <QMimeData>
-#include <QPixmap>
 #include <QUrl>
 
 namespace
@@ -28,6 +27,12 @@ QString droppedSpeciesFile(const QMimeData *data)
     const QString path = urls.isEmpty() ? QString() : urls.first().toLocalFile();
     const bool isJson = path.endsWith(QLatin1String(".json"), Qt::CaseInsensitive);
     return isJson ? path : QString();
+}
+
+std::optional<QJsonObject> readBehindWaitCursor(const QString &path)
+{
+    const WaitCursor waitCursor;
+    return readJsonObject(path);
 }
 
 bool isDatasetKey(const QString &key)
@@ -54,17 +59,6 @@ void MainWindow::setupMapper()
     mapper->toFirst();
 }
 
-void MainWindow::updateImageFromSpecies()
-{
-    const QImage image = speciesModel->getImage();
-    if (image.isNull()) {
-        ui->imageLabel->clear();
-        return;
-    }
-    ui->imageLabel->setPixmap(QPixmap::fromImage(image).scaled(
-        ui->imageLabel->size(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
-}
-
 void MainWindow::loadSpeciesFromFile()
 {
     const QString path =
@@ -85,17 +79,15 @@ bool MainWindow::loadSpeciesFile(const QString &requested)
                     tr("The file %1 does not exist.").arg(path));
         return false;
     }
-    if (!isValidSpeciesFile(path)) {
+    const std::optional<QJsonObject> file = readBehindWaitCursor(path);
+    if (!file || !hasType(*file, speciesFileType)) {
         showMessage(this, QMessageBox::Warning, tr("Invalid Species File"),
                     tr("The file %1 is not a valid species file.").arg(path));
         return false;
     }
     modified = false;
     cleanUp();
-    if (!loadJSONSpecies(path)) {
-        currentFile.clear();
-        return false;
-    }
+    loadSpeciesObject(*file);
     currentFile = path;
     updateWindowTitle(false);
     setlastfolder(path);
@@ -109,7 +101,7 @@ bool MainWindow::isValidSpeciesFile(const QString &path) const
 
 bool MainWindow::loadJSONSpecies(const QString &path)
 {
-    const std::optional<QJsonObject> file = readJsonObject(path);
+    const std::optional<QJsonObject> file = readBehindWaitCursor(path);
     if (!file) {
         showMessage(this, QMessageBox::Warning, QStringLiteral("Error"),
                     QStringLiteral("Could not open file for reading"));
@@ -120,16 +112,22 @@ bool MainWindow::loadJSONSpecies(const QString &path)
                     QStringLiteral("Species not found in JSON file. Load aborted."));
         return false;
     }
+    loadSpeciesObject(*file);
+    return true;
+}
+
+void MainWindow::loadSpeciesObject(const QJsonObject &file)
+{
     const WaitCursor waitCursor;
-    speciesModel->loadFromJson(file->value(speciesKey).toObject());
-    for (auto member = file->begin(); member != file->end(); ++member) {
+    speciesModel->loadFromJson(file.value(speciesKey).toObject());
+    mapper->toFirst();
+    for (auto member = file.begin(); member != file.end(); ++member) {
         if (isDatasetKey(member.key()))
             createNewSpectrumWindow(member.value().toObject());
     }
     const QList<QMdiSubWindow *> subWindows = ui->mdiArea->subWindowList();
     if (!subWindows.isEmpty())
         ui->mdiArea->setActiveSubWindow(subWindows.first());
-    return true;
 }
 
 void MainWindow::saveSpecies()

@@ -3,6 +3,7 @@
 
 #include <QBuffer>
 #include <QColorSpace>
+#include <QImageReader>
 #include <QPixelFormat>
 
 namespace
@@ -35,9 +36,14 @@ bool isSamePicture(const QImage &left, const QImage &right)
 
 QImage decodePicture(const QByteArray &bytes)
 {
-    QImage image;
-    image.loadFromData(bytes);
-    return image;
+    constexpr qint64 largestPicture = 64'000'000; // pixels
+    QBuffer buffer;
+    buffer.setData(bytes);
+    QImageReader reader(&buffer);
+    const QSize size = reader.size();
+    if (qint64(size.width()) * size.height() > largestPicture)
+        return {};
+    return reader.read();
 }
 
 QByteArray encodePng(const QImage &image)

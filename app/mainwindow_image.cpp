@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/mainwindow.h"
+
+#include "app/messagebox.h"
+#include "app/structureimage.h"
+#include "species/casnumber.h"
+#include "species/picture.h"
+#include "species/speciesmodel.h"
+#include "ui_mainwindow.h"
+
+#include <QClipboard>
+#include <QMenu>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QPixmap>
+
+namespace
+{
+
+constexpr char tooLargeProperty[] = "bodyTooLarge";
+
+// A body that grows beyond the limit is not waited for.
+void refuseLargeBody(QNetworkReply *reply, qint64 received)
+{
+    if (received <= largestStructureImage)
+        return;
+    reply->setProperty(tooLargeProperty, true);
+    reply->abort();
+}
+
+} // namespace
+
+bool MainWindow::isValidCASNumber(const QString &cas) const
+{
+    return isValidCasNumber(cas);
+}
+
+void MainWindow::onButtonDownloadClicked()
+{
+    const QString cas = ui->lineEditCAS->toPlainText().trimmed();
+    if (!isValidCASNumber(cas)) {
+        showMessage(this, QMessageBox::Warning, tr("Invalid Input"),
+                    tr("Please enter a valid CAS number (e.g., 58-08-2)."));
+        return;
+    }
+    QNetworkReply *reply = networkManager->get(QNetworkRequest(structureImageUrl(cas)));
+    connect(reply, &QNetworkReply::downloadProgress, reply,
+            [reply](qint64 received) { refuseLargeBody(reply, received); });
+}
+
+void MainWindow::onImageDownloaded(QNetworkReply *reply)
+{
+    reply->deleteLater();
+    const bool tooLarge = reply->property(tooLargeProperty).toBool();
+    if (reply->error() != QNetworkReply::NoError && !tooLarge) {
+        showMessage(this, QMessageBox::Critical, tr("Download Failed"),
+                    tr("Failed to download the image."));
+        return;
+    }
+    const QByteArray body = tooLarge ? QByteArray() : reply->readAll();
+    const QImage image = body.size() > largestStructureImage ? QImage() : decodePicture(body);
+    if (image.isNull())
+        showMessage(this, QMessageBox::Critical, tr("Image Error"),
+                    tr("Failed to load the image data."));
+    else
+        setImage(image);
+}
+
+void MainWindow::updateImageFromSpecies()
+{
+    const QImage image = speciesModel->getImage();
+    if (image.isNull()) {
+        ui->imageLabel->clear();
+        return;
+    }
+    ui->imageLabel->setPixmap(QPixmap::fromImage(image).scaled(
+        ui->imageLabel->size(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
+}
+
+void MainWindow::showImageContextMenu(const QPoint &pos)
+{
+    QMenu menu(tr("Image Menu"), this);
+    const QAction *clear = menu.addAction(QStringLiteral("Clear Image"));
+    const QAction *paste = menu.addAction(QStringLiteral("Paste Image from Clipboard"));
+    const QAction *chosen = menu.exec(ui->imageLabel->mapToGlobal(pos));
+    if (!chosen)
+        return;
+    if (chosen == clear)
+        clearImage();
+    else if (chosen == paste)
+        pasteImageFromClipboard();
+}
+
+void MainWindow::clearImage()
+{
+    setImage(QVariant());
+}
+
+void MainWindow::pasteImageFromClipboard()
+{
+    const QImage image = QGuiApplication::clipboard()->image();
+    if (image.isNull()) {
+        showMessage(this, QMessageBox::Warning, tr("No Image"),
+                    tr("The clipboard does not contain an image."));
+        return;
+    }
+    setImage(image);
+}
+
+void MainWindow::setImage(const QVariant &image)
+{
+    speciesModel->setData(speciesModel->index(0, speciesImageColumn), image, Qt::EditRole);
+}

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QDate>
+#include <QJsonDocument>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+// The values of a database file's "Header".
+struct DatabaseHeader {
+    QString version;
+    QString database; // the data release
+    QString title;
+    QDate date; // the day of the compilation
+};
+
+struct CompileError {
+    enum Kind {
+        UnreadableInput, // file is the species file that cannot be read
+        InvalidInput,    // file is not a species file
+        UnwritableOutput,
+        Cancelled,
+    };
+    Kind kind;
+    QString file = {};
+};
+
+// Called before each species file with the count of those done and the path of the next one. Returning
+// false cancels.
+using CompileProgress = std::function<bool(int done, const QString &next)>;
+
+// Compiles species files into the database file at output: "Entry1", "Entry2", ... in the order of the
+// list, each the file's object without its "Type". Returns nothing on success. After an error nothing is
+// written and an existing database is untouched; of several bad species files the first in the list is
+// named. Memory is that of one species file: entries go to the new file as they are read.
+[[nodiscard]] std::optional<CompileError>
+compileDatabase(const QStringList &files, const QString &output, const DatabaseHeader &header,
+                QJsonDocument::JsonFormat format, const CompileProgress &progress = {});

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+
+class QFileDevice;
+
+// A file that is written piece by piece and replaces the one at its path as a whole on commit(), or not
+// at all: until then, and after any failure, the old file is as it was. Symbolic links are followed and
+// kept, and so is the file's mode. Where the folder cannot take a second file beside it, the pieces wait
+// in the temporary folder and the file is then written in place; if that fails, its old contents are put
+// back. A device or a pipe is written to directly.
+class ReplacementFile
+{
+    Q_DISABLE_COPY_MOVE(ReplacementFile)
+
+public:
+    explicit ReplacementFile(const QString &path);
+    ~ReplacementFile();
+
+    // False if no bytes can be taken. Call it once, first.
+    [[nodiscard]] bool open();
+    // False if the bytes were not taken; commit() fails then too.
+    bool write(const QByteArray &bytes);
+    // Puts the new contents in place. False if the file does not hold exactly them now.
+    [[nodiscard]] bool commit();
+
+private:
+    [[nodiscard]] bool flushed() const;
+
+    QString m_path;
+    std::unique_ptr<QFileDevice> m_file;
+    bool m_failed = false;
+};
