@@ -74,12 +74,14 @@ private slots:
             QCOMPARE(meta.method(i).methodType(), QMetaMethod::Slot);
             names.append(QString::fromLatin1(meta.method(i).methodSignature()));
         }
-        QCOMPARE(names.first(), QStringLiteral("setModified()"));
-        QVERIFY(names.contains(QStringLiteral("createNewSpectrumWindow()")));
-        QVERIFY(names.indexOf(QStringLiteral("createNewSpectrumWindow()"))
-                < names.indexOf(QStringLiteral("cleanUp()")));
-        QVERIFY(names.indexOf(QStringLiteral("cleanUp()"))
-                < names.indexOf(QStringLiteral("deleteCurrentSpectrum()")));
+        QCOMPARE(names.join(QLatin1Char(' ')),
+                 QStringLiteral("setModified() onButtonDownloadClicked() "
+                                "onImageDownloaded(QNetworkReply*) applySubscript() "
+                                "applySuperscript() "
+                                "applyTextFormatting(QTextCharFormat::VerticalAlignment) "
+                                "createNewSpectrumWindow() cleanUp() deleteCurrentSpectrum() "
+                                "createSpeciesDatabase() selectSpeciesFolder() "
+                                "loadPreviousSpeciesFile() loadNextSpeciesFile()"));
     }
 
     void everyActionHasItsTextShortcutIconAndToolTip_data()
@@ -109,6 +111,7 @@ private slots:
         row("actionSelectFolder", "Select Folder", "", true, true);
         row("actionPreviousFile", "Previous File", "", true, true);
         row("actionNextFile", "Next File", "", true, true);
+        row("actionCreateDatabase", "Create &database...", "", false, false);
     }
     void everyActionHasItsTextShortcutIconAndToolTip()
     {
@@ -159,12 +162,10 @@ private slots:
         QCOMPARE(bar->actions().size(), 2);
         QCOMPARE(bar->actions()[0]->text(), QStringLiteral("&Species"));
         QCOMPARE(bar->actions()[1]->text(), QStringLiteral("S&pectrum"));
-        QStringList species =
-            actionNames(window.findChild<QMenu *>(QStringLiteral("menuSpecies")));
-        species.removeAll(QStringLiteral("actionCreateDatabase"));
-        QCOMPARE(species.join(QLatin1Char(' ')),
+        QCOMPARE(actionNames(window.findChild<QMenu *>(QStringLiteral("menuSpecies")))
+                     .join(QLatin1Char(' ')),
                  QStringLiteral("actionLoadSpecies actionSaveSpecies actionSaveSpeciesAs - "
-                                "actionClean actionExit"));
+                                "actionClean actionCreateDatabase actionExit"));
         QCOMPARE(actionNames(window.findChild<QMenu *>(QStringLiteral("menuSpectrum")))
                      .join(QLatin1Char(' ')),
                  QStringLiteral("actionNew actionDelete - actionLoadSpectrum actionSaveSpectrumAs "

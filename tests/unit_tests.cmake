@@ -1,8 +1,24 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 foreach(test IN ITEMS
         tst_mainwindow
+        tst_mainwindow_database
         tst_mainwindow_document
+        tst_mainwindow_formatting
+        tst_mainwindow_image
+        tst_mainwindow_navigation
         tst_mainwindow_species
         tst_mainwindow_spectra)
     zoravel_test(${test} zoravel_windowfixture)
+endforeach()
+target_sources(tst_mainwindow_image PRIVATE support/httpsservice.cpp support/httpsservice.h)
+target_link_libraries(tst_mainwindow_image PRIVATE Qt6::Network)
+
+zoravel_test(tst_createdatabase zoravel_database)
+zoravel_test(tst_databasecompiler zoravel_database)
+
+zoravel_test(tst_speciesfolder zoravel_species)
+foreach(locale IN ITEMS C en_US.UTF-8 de_DE.UTF-8)
+    set(test tst_speciesfolder_${locale})
+    add_test(NAME ${test} COMMAND tst_speciesfolder -o -,txt)
+    zoravel_test_environment(${test} "QT_QPA_PLATFORM=offscreen" "LC_ALL=${locale}")
 endforeach()

@@ -8,14 +8,13 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 
 using namespace std::chrono_literals;
 
 Dialogs::Dialogs()
 {
-    m_poll.setInterval(5ms);
-    connect(&m_poll, &QTimer::timeout, this, &Dialogs::answerNext);
-    m_poll.start();
+    answerNext();
 }
 
 Dialogs::~Dialogs()
@@ -68,6 +67,9 @@ Dialogs &Dialogs::handle(std::function<void(QWidget *)> answer)
 
 void Dialogs::answerNext()
 {
+    // A timer of its own each time: one that is being delivered does not fire again for a dialog that
+    // comes up meanwhile.
+    QTimer::singleShot(5ms, this, &Dialogs::answerNext);
     QWidget *widget = QApplication::activeModalWidget();
     if (!widget || !widget->isVisible())
         return;

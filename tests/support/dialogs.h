@@ -5,7 +5,6 @@
 #include <QMessageBox>
 #include <QObject>
 #include <QString>
-#include <QTimer>
 
 #include <deque>
 #include <functional>
@@ -56,6 +55,5 @@ private:
     void note(QMessageBox *box);
     void note(QFileDialog *dialog);
 
-    QTimer m_poll;
     std::deque<std::function<void(QWidget *)>> m_answers;
 };
