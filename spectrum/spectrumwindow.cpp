@@ -11,6 +11,7 @@
 #include <QCloseEvent>
 #include <QDataWidgetMapper>
 #include <QDate>
+#include <QGraphicsLayout>
 #include <QLineSeries>
 #include <QScopedValueRollback>
 #include <QValueAxis>
@@ -135,6 +136,9 @@ void SpectrumWindow::buildChart()
 {
     auto *chart = new QChart;
     chart->legend()->hide();
+    // The window has little height to give: as much of it as possible is for the plot.
+    chart->setMargins(QMargins(4, 4, 4, 4));
+    chart->layout()->setContentsMargins(0, 0, 0, 0);
     QValueAxis *axisX = makeAxis(tr("hν / eV"));
     QValueAxis *axisY = makeAxis(tr("Intensity / arb. unit"));
     chart->addAxis(axisX, Qt::AlignBottom);

@@ -70,6 +70,12 @@ QString CleanTextEdit::extractAllowedHtmlFromDocument(QTextDocument *document) c
     return result;
 }
 
+QSize CleanTextEdit::minimumSizeHint() const
+{
+    const int margins = 2 * (frameWidth() + static_cast<int>(document()->documentMargin()));
+    return {QTextEdit::minimumSizeHint().width(), 2 * fontMetrics().lineSpacing() + margins};
+}
+
 QVariant CleanTextEdit::loadResource(int /*type*/, const QUrl & /*name*/)
 {
     return {};

@@ -25,6 +25,9 @@ public:
     // neighbours not merged, all other formatting dropped.
     [[nodiscard]] QString extractAllowedHtmlFromDocument(QTextDocument *document) const;
 
+    // Two lines high: a form of many fields has to fit on a small laptop's screen.
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
     // Nothing: an entry may come from a stranger, so what its markup refers to is not fetched.
     QVariant loadResource(int type, const QUrl &name) override;
 
