@@ -22,3 +22,11 @@ foreach(locale IN ITEMS C en_US.UTF-8 de_DE.UTF-8)
     add_test(NAME ${test} COMMAND tst_speciesfolder -o -,txt)
     zoravel_test_environment(${test} "QT_QPA_PLATFORM=offscreen" "LC_ALL=${locale}")
 endforeach()
+
+add_test(NAME tst_layering
+    COMMAND ${CMAKE_COMMAND} -DROOT=${PROJECT_SOURCE_DIR}
+        -P ${CMAKE_CURRENT_SOURCE_DIR}/tst_layering.cmake)
+add_test(NAME tst_consumer
+    COMMAND ${CMAKE_COMMAND} -DSOURCE=${CMAKE_CURRENT_SOURCE_DIR}/consumer
+        -DBUILD=${CMAKE_CURRENT_BINARY_DIR}/consumer
+        -P ${CMAKE_CURRENT_SOURCE_DIR}/tst_consumer.cmake)
