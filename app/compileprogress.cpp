@@ -11,7 +11,7 @@ CompileProgressDialog::CompileProgressDialog(int fileCount, QWidget *parent)
     m_label->setTextFormat(Qt::PlainText);
     setLabel(m_label);
     setWindowTitle(tr("Create database"));
-    setWindowModality(Qt::WindowModal);
+    setWindowModality(Qt::ApplicationModal);
     setMinimumDuration(1000);
     setRange(0, fileCount);
     setMinimumWidth(400);
