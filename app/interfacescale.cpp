@@ -1,19 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/interfacescale.h"
 
-#include <QAbstractAxis>
 #include <QApplication>
 #include <QChart>
 #include <QChartView>
 #include <QFont>
+#include <QFontInfo>
 #include <QMainWindow>
 #include <QScreen>
 #include <QTextEdit>
 #include <QWidget>
 
 #include <algorithm>
-#include <cmath>
-#include <utility>
+#include <limits>
 #include <vector>
 
 namespace
@@ -25,27 +24,31 @@ constexpr char screenFactorsVariable[] = "QT_SCREEN_SCALE_FACTORS";
 constexpr double fullFactor = 1 / interfaceScale;
 
 // Screens that may come later and are provided for, more than any desktop has.
-constexpr int listedScreens = 32;
+constexpr int spareScreens = 16;
 
-// Keeps a variable out of the environment for as long as it lives.
-class HiddenVariable
+// A font is not shrunk below this height, in pixels.
+constexpr double leastFontPixels = 9;
+
+// Gives a variable of the environment a value, or takes it out, for as long as it lives.
+class TemporaryVariable
 {
-    Q_DISABLE_COPY_MOVE(HiddenVariable)
+    Q_DISABLE_COPY_MOVE(TemporaryVariable)
 
 public:
-    explicit HiddenVariable(const char *name)
+    explicit TemporaryVariable(const char *name, const QByteArray &value = {})
         : m_name(name), m_set(qEnvironmentVariableIsSet(name)), m_value(qgetenv(name))
     {
-        qunsetenv(m_name);
+        assign(!value.isEmpty(), value);
     }
 
-    ~HiddenVariable()
-    {
-        if (m_set)
-            qputenv(m_name, m_value);
-    }
+    ~TemporaryVariable() { assign(m_set, m_value); }
 
 private:
+    void assign(bool set, const QByteArray &value)
+    {
+        set ? qputenv(m_name, value) : qunsetenv(m_name);
+    }
+
     const char *m_name;
     bool m_set;
     QByteArray m_value;
@@ -60,13 +63,55 @@ double factorOf(const ScreenRatio &screen, bool shrinking)
     return std::max(screen.ownFactor, 1.0) / interfaceScale;
 }
 
-QFont shrunkFont(QFont font, double scale)
+// What a short-lived application sees.
+struct Probe {
+    QList<ScreenRatio> screens;
+    double logicalDpi = 96; // of the first screen
+};
+
+Probe probeScreens(int argc, char **argv)
+{
+    // The session and the start-up notification are for the application to come.
+    const TemporaryVariable noScale("QT_SCALE_FACTOR");
+    const TemporaryVariable noSession("SESSION_MANAGER");
+    const TemporaryVariable noStartup("DESKTOP_STARTUP_ID");
+    std::vector<char *> arguments(argv, argv + argc);
+    arguments.push_back(nullptr);
+    const QGuiApplication application(argc, arguments.data());
+
+    Probe probe;
+    for (const QScreen *screen : QGuiApplication::screens())
+        probe.screens.append({screen->name(), screen->devicePixelRatio(), 1});
+    if (const QScreen *screen = QGuiApplication::primaryScreen())
+        probe.logicalDpi = screen->logicalDotsPerInch();
+    return probe;
+}
+
+// Zero and negative lengths have meanings of their own; a line must not vanish.
+int shrunk(int length)
+{
+    return length > 0 ? std::max(1, qRound(length * interfaceScale)) : length;
+}
+
+QSize shrunk(const QSize &size)
+{
+    return {shrunk(size.width()), shrunk(size.height())};
+}
+
+QFont shrunk(QFont font, double pointScale)
 {
     if (font.pixelSize() > 0)
-        font.setPixelSize(std::max(1, qRound(font.pixelSize() * scale)));
+        font.setPixelSize(shrunk(font.pixelSize()));
     else
-        font.setPointSizeF(font.pointSizeF() * scale);
+        font.setPointSizeF(font.pointSizeF() * pointScale);
     return font;
+}
+
+// A least or greatest size, whose height may be fixed by the font.
+QSize shrunkLimit(const QSize &limit, bool heightToo)
+{
+    const auto side = [](int length) { return length < QWIDGETSIZE_MAX ? shrunk(length) : length; };
+    return {side(limit.width()), heightToo ? side(limit.height()) : limit.height()};
 }
 
 bool isToolkitClass(const QWidget *widget)
@@ -74,113 +119,82 @@ bool isToolkitClass(const QWidget *widget)
     return widget->metaObject()->className()[0] == 'Q';
 }
 
-// Whether the widget's sizes come from a form of this program: the toolkit names none of the widgets
-// that it puts in by itself, or with its prefix.
+// Whether the widget's sizes come from a form of this program: the toolkit names none of the
+// widgets that it puts in by itself, or with its prefix.
 bool isDesigned(const QWidget *widget)
 {
     const QString name = widget->objectName();
-    return !isToolkitClass(widget->window()) && !name.isEmpty()
-           && !name.startsWith(QLatin1String("qt_"));
+    return !isToolkitClass(widget->window()) && !name.isEmpty() &&
+           !name.startsWith(QLatin1String("qt_"));
 }
 
 } // namespace
 
 bool needsShrinking(const QList<ScreenRatio> &screens)
 {
-    return std::any_of(screens.begin(), screens.end(), [](const ScreenRatio &screen) {
-        return screen.ratio * interfaceScale < 1;
-    });
+    return std::any_of(screens.begin(), screens.end(),
+                       [](const ScreenRatio &screen) { return screen.ratio * interfaceScale < 1; });
 }
 
-// Read by the toolkit whenever a screen is added: the factors without a name go to its screens in their
-// order, those with a name to the screen of that name, the last one counts. Each screen keeps its factor
-// by its name here, since the order changes when a screen comes or goes. A screen that is not known yet
-// gets the least factor of the known ones, which is exact on X11, where one setting is for all screens;
-// but never one with which it could not be drawn.
+// Whenever a screen is added, the toolkit goes through this list again: the factors without a name
+// are for its screens in their order then, those with a name for the screen of that name, and the
+// last one counts. So a screen keeps its factor by its name, wherever it stands in the order, and
+// the others are for those that are not known yet. These get the least factor that a known one has,
+// which is exact on X11, where one resolution is for all screens, but never one with which they
+// could not be drawn.
 QByteArray screenScaleFactors(const QList<ScreenRatio> &screens)
 {
     const bool shrinking = needsShrinking(screens);
-    QList<QByteArray> inOrder;
-    QList<QByteArray> byName;
-    double least = 0;
-    for (const ScreenRatio &screen : screens) {
-        const double factor = factorOf(screen, shrinking);
-        const QByteArray text = QByteArray::number(factor, 'g', 17);
-        least = least > 0 ? std::min(least, factor) : factor;
-        inOrder.append(text);
-        if (!screen.name.isEmpty())
-            byName.append(screen.name.toLocal8Bit() + '=' + text);
+    double least = std::numeric_limits<double>::infinity();
+    for (const ScreenRatio &screen : screens)
+        least = std::min(least, factorOf(screen, shrinking));
+    const double unknown = screens.isEmpty() ? fullFactor : std::max(least, fullFactor);
+
+    constexpr int allDigits = std::numeric_limits<double>::max_digits10;
+    QList<QByteArray> factors(screens.size() + spareScreens,
+                              QByteArray::number(unknown, 'g', allDigits));
+    for (qsizetype i = 0; i < screens.size(); ++i) {
+        const QByteArray name = screens[i].name.toLocal8Bit();
+        const QByteArray factor =
+            QByteArray::number(factorOf(screens[i], shrinking), 'g', allDigits);
+        if (name.isEmpty())
+            factors[i] = factor;
+        else
+            factors.append(name + '=' + factor);
     }
-    const QByteArray unknown = QByteArray::number(std::max(least, fullFactor), 'g', 17);
-    while (inOrder.size() < listedScreens)
-        inOrder.append(unknown);
-    return (inOrder + byName).join(';');
+    return factors.join(';');
 }
 
 InterfaceShrink prepareScreens(int argc, char **argv)
 {
-    QList<ScreenRatio> screens;
-    InterfaceShrink rest;
-    {
-        // The session and the start-up notification are for the application to come.
-        const HiddenVariable scale("QT_SCALE_FACTOR");
-        const HiddenVariable session("SESSION_MANAGER");
-        const HiddenVariable startup("DESKTOP_STARTUP_ID");
-        std::vector<char *> arguments(argv, argv + argc);
-        arguments.push_back(nullptr);
-        const QGuiApplication application(argc, arguments.data());
-        // There the window system has a ratio of its own for each screen, which the toolkit multiplies.
-        const QString platform = QGuiApplication::platformName();
-        const bool systemScales =
-            platform == QLatin1String("cocoa") || platform.startsWith(QLatin1String("wayland"));
-        for (const QScreen *screen : QGuiApplication::screens()) {
-            const double ratio = screen->devicePixelRatio();
-            screens.append({screen->name(), ratio, systemScales ? 1 : ratio});
-        }
-        if (const QScreen *screen = QGuiApplication::primaryScreen())
-            rest.logicalDpi = screen->logicalDotsPerInch();
+    Probe probe = probeScreens(argc, argv);
+    const auto isPlain = [](const ScreenRatio &screen) { return screen.ratio == 1; };
+    if (!std::all_of(probe.screens.begin(), probe.screens.end(), isPlain)) {
+        // A second look, without the toolkit's own factors, tells them from the window system's.
+        const TemporaryVariable noScaling("QT_ENABLE_HIGHDPI_SCALING", "0");
+        const TemporaryVariable noFactors(screenFactorsVariable);
+        const Probe system = probeScreens(argc, argv);
+        const qsizetype count = std::min(probe.screens.size(), system.screens.size());
+        for (qsizetype i = 0; i < count; ++i)
+            probe.screens[i].ownFactor = probe.screens[i].ratio / system.screens[i].ratio;
     }
-    qputenv(screenFactorsVariable, screenScaleFactors(screens));
-    if (needsShrinking(screens))
-        rest.scale = interfaceScale;
-    return rest;
+    qputenv(screenFactorsVariable, screenScaleFactors(probe.screens));
+    return {needsShrinking(probe.screens), probe.logicalDpi};
 }
 
-void shrinkInterface(const InterfaceShrink &rest)
+void shrinkInterface(const InterfaceShrink &shrink)
 {
-    if (rest.scale == 1)
-        return;
-    // Without high-resolution scaling, which a user can turn off, a screen's factor shrinks the fonts.
     const QScreen *screen = QGuiApplication::primaryScreen();
-    const double dpi = screen ? screen->logicalDotsPerInch() : rest.logicalDpi;
-    const double fontScale = rest.scale * rest.logicalDpi / dpi;
-    QApplication::setStyle(new ShrinkingStyle(rest.scale, fontScale));
-    // After the style, which sets the desktop's fonts of single classes again: this drops them.
-    QApplication::setFont(shrunkFont(QApplication::font(), fontScale));
-}
-
-ShrinkingStyle::ShrinkingStyle(double lengthScale, double fontScale)
-    : m_lengthScale(lengthScale), m_fontScale(fontScale)
-{
-}
-
-// Zero and negative lengths have meanings of their own; a line must not vanish.
-int ShrinkingStyle::shrunk(int length) const
-{
-    return length > 0 ? std::max(1, qRound(length * m_lengthScale)) : length;
-}
-
-QSize ShrinkingStyle::shrunk(const QSize &size) const
-{
-    return {shrunk(size.width()), shrunk(size.height())};
-}
-
-QSize ShrinkingStyle::shrunkLimit(const QSize &limit, bool heightToo) const
-{
-    const auto side = [this](int length) {
-        return length < QWIDGETSIZE_MAX ? shrunk(length) : length;
-    };
-    return {side(limit.width()), heightToo ? side(limit.height()) : limit.height()};
+    if (!shrink.needed || !screen)
+        return;
+    // With its high-resolution scaling turned off, the toolkit divides the resolution of fonts by
+    // the screen's factor, which must not count twice. And a user's small font must stay readable.
+    const double scale = interfaceScale * shrink.logicalDpi / screen->logicalDotsPerInch();
+    const double readable = leastFontPixels / QFontInfo(QApplication::font()).pixelSize();
+    const double pointScale = std::min(1.0, std::max(scale, readable));
+    QApplication::setStyle(new ShrinkingStyle);
+    // After the style, which brings the desktop's fonts of single classes back: this drops them.
+    QApplication::setFont(shrunk(QApplication::font(), pointScale));
 }
 
 int ShrinkingStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
@@ -202,8 +216,7 @@ QSize ShrinkingStyle::sizeFromContents(ContentsType type, const QStyleOption *op
     if (type != CT_PushButton)
         return QProxyStyle::sizeFromContents(type, option, contents, widget);
     // Styles fix a least width of buttons, which no metric tells.
-    const QSize full(std::lround(contents.width() / m_lengthScale),
-                     std::lround(contents.height() / m_lengthScale));
+    const QSize full = contents / interfaceScale;
     return shrunk(QProxyStyle::sizeFromContents(type, option, full, widget)).expandedTo(contents);
 }
 
@@ -218,7 +231,7 @@ void ShrinkingStyle::polish(QWidget *widget)
     shrinkFixedSizes(widget);
 }
 
-void ShrinkingStyle::shrinkFixedSizes(QWidget *widget) const
+void ShrinkingStyle::shrinkFixedSizes(QWidget *widget)
 {
     const bool isOneLineEditor =
         qobject_cast<QTextEdit *>(widget) && widget->minimumHeight() == widget->maximumHeight();
@@ -228,12 +241,7 @@ void ShrinkingStyle::shrinkFixedSizes(QWidget *widget) const
         window->setIconSize(shrunk(window->iconSize()));
     if (widget->isWindow() && widget->testAttribute(Qt::WA_Resized))
         widget->resize(shrunk(widget->size()));
-    if (auto *view = qobject_cast<QChartView *>(widget)) {
-        QChart *chart = view->chart();
-        chart->setMargins(chart->margins() * m_lengthScale);
-        for (QAbstractAxis *axis : chart->axes()) {
-            axis->setLabelsFont(shrunkFont(axis->labelsFont(), m_fontScale));
-            axis->setTitleFont(shrunkFont(axis->titleFont(), m_fontScale));
-        }
-    }
+    // Its fonts are the application's.
+    if (const auto *view = qobject_cast<QChartView *>(widget))
+        view->chart()->setMargins(view->chart()->margins() * interfaceScale);
 }

@@ -9,10 +9,11 @@
 // The scale at which the user sees the interface, of what the toolkit shows by itself.
 inline constexpr double interfaceScale = 0.85;
 
-// The toolkit takes this scale from QT_SCALE_FACTOR, but its painter never draws at less than one device
-// pixel per unit: where a screen has one, only windows and clips would shrink, and texts would be cut
-// off. There it is made to draw at the screen's own ratio, and the interface is shrunk by a style and a
-// font instead. All of it is for a program's start and does nothing to widgets that never see it.
+// The toolkit takes this scale from QT_SCALE_FACTOR, but its painter never draws at less than one
+// device pixel per unit: on a screen that has one, only windows and clips would shrink, and texts
+// would be cut off. There it is made to draw at the screen's own ratio, and a style and a smaller
+// font shrink the interface instead. All of it is for a program's start; widgets alone are as their
+// forms say.
 
 // A screen as the toolkit shows it without any scale of this program.
 struct ScreenRatio {
@@ -24,37 +25,36 @@ struct ScreenRatio {
 // Whether the toolkit cannot draw at interfaceScale on one of the screens.
 [[nodiscard]] bool needsShrinking(const QList<ScreenRatio> &screens);
 
-// The value of QT_SCREEN_SCALE_FACTORS for these screens with which no screen, known or not, is drawn at
-// less than one device pixel per unit while QT_SCALE_FACTOR is interfaceScale.
+// The value of QT_SCREEN_SCALE_FACTORS for these screens with which no screen, known or not, is
+// drawn at less than one device pixel per unit while QT_SCALE_FACTOR is interfaceScale.
 [[nodiscard]] QByteArray screenScaleFactors(const QList<ScreenRatio> &screens);
 
 // What the toolkit's own scale leaves to be done.
 struct InterfaceShrink {
-    double scale = 1;       // of lengths: 1 where the toolkit does it all
-    double logicalDpi = 96; // of the first screen before any scale: what font sizes have to be seen in
+    bool needed = false;    // whether the interface has to be shrunk to interfaceScale
+    double logicalDpi = 96; // pixels per inch of fonts on the first screen before any scale
 };
 
-// Asks a short-lived application, as the arguments would start it, for the screens and sets
-// QT_SCREEN_SCALE_FACTORS for the application to come. Call it while there is none, with QT_SCALE_FACTOR
-// set. Factors that the user has set count as the screens' own ratios.
+// Asks short-lived applications, started with the same arguments, for the screens and sets
+// QT_SCREEN_SCALE_FACTORS for the application to come. Call it while there is none. Factors that
+// the user has set by himself count as ratios of the screens. Without a display it ends the process
+// with the toolkit's message, as that application would.
 [[nodiscard]] InterfaceShrink prepareScreens(int argc, char **argv);
 
-// Gives the application the style and the font that do the rest of the scale. Call it before there are
-// widgets. Does nothing where nothing is left.
-void shrinkInterface(const InterfaceShrink &rest);
+// Gives the application the style and the font that shrink the interface, or does nothing if that
+// is not needed. Call it before there are widgets.
+void shrinkInterface(const InterfaceShrink &shrink);
 
-// The desktop's style with all its lengths shrunk. Shrinks what a form fixes, in pixels, too: when a
-// widget of one of this program's windows is first shown, its minimum and maximum size, a window's
-// initial size, its tool bars' icons and a chart's margins and fonts. The heights of one-line editors are
-// taken from their fonts and stay; so do the toolkit's own dialogs, which take theirs from the style.
+// The desktop's style with all its lengths, in pixels, shrunk. It shrinks what forms fix, too: when
+// a widget of one of this program's windows is first shown, its least and greatest size, a window's
+// initial size, the size of its tool bars' icons and a chart's margins. The heights of one-line
+// editors come from their fonts and stay; so do the sizes of the toolkit's own dialogs, which come
+// from the style.
 class ShrinkingStyle final : public QProxyStyle
 {
     Q_OBJECT
 
 public:
-    // Both between 0 and 1: of lengths in pixels, and of sizes of fonts that are given in points.
-    ShrinkingStyle(double lengthScale, double fontScale);
-
     int pixelMetric(PixelMetric metric, const QStyleOption *option,
                     const QWidget *widget) const override;
     int layoutSpacing(QSizePolicy::ControlType control1, QSizePolicy::ControlType control2,
@@ -66,11 +66,5 @@ public:
     void polish(QWidget *widget) override;
 
 private:
-    [[nodiscard]] int shrunk(int length) const;
-    [[nodiscard]] QSize shrunk(const QSize &size) const;
-    [[nodiscard]] QSize shrunkLimit(const QSize &limit, bool heightToo) const;
-    void shrinkFixedSizes(QWidget *widget) const;
-
-    double m_lengthScale;
-    double m_fontScale;
+    static void shrinkFixedSizes(QWidget *widget);
 };

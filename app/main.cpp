@@ -4,18 +4,35 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QScreen>
 #include <QTimer>
+
+namespace
+{
+
+// A window that does not fit on the screen fills it instead.
+void showOnScreen(QWidget &window)
+{
+    constexpr QSize frame(10, 30); // about what window managers put around a window
+    window.show();
+    const QSize needed = window.size() + frame;
+    const QSize available = window.screen()->availableSize();
+    if (needed.width() > available.width() || needed.height() > available.height())
+        window.showMaximized();
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
     qputenv("QT_SCALE_FACTOR", QByteArray::number(interfaceScale));
-    const InterfaceShrink rest = prepareScreens(argc, argv);
+    const InterfaceShrink shrink = prepareScreens(argc, argv);
     const QApplication application(argc, argv);
-    shrinkInterface(rest);
+    shrinkInterface(shrink);
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zoravel.icns")));
 
     MainWindow window;
-    window.show();
+    showOnScreen(window);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() > 1)
         QTimer::singleShot(0, &window, [&] { window.loadSpeciesFile(arguments[1]); });

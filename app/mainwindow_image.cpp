@@ -74,8 +74,12 @@ void MainWindow::updateImageFromSpecies()
         ui->imageLabel->clear();
         return;
     }
-    ui->imageLabel->setPixmap(QPixmap::fromImage(image).scaled(
-        ui->imageLabel->size(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    // In the screen's own pixels, so that it is sharp where several of them make one of the label's.
+    const qreal ratio = ui->imageLabel->devicePixelRatioF();
+    QPixmap pixmap = QPixmap::fromImage(image).scaled(
+        ui->imageLabel->size() * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    pixmap.setDevicePixelRatio(ratio);
+    ui->imageLabel->setPixmap(pixmap);
 }
 
 void MainWindow::showImageContextMenu(const QPoint &pos)
