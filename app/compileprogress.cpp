@@ -1,28 +1,41 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/compileprogress.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QLabel>
 
+#include <limits>
+
 CompileProgressDialog::CompileProgressDialog(int fileCount, QWidget *parent)
-    : QProgressDialog(parent), m_label(new QLabel(this))
+    : QProgressDialog(parent)
 {
+    auto *label = new QLabel(this);
     // The name of a file is never markup.
-    m_label->setTextFormat(Qt::PlainText);
-    setLabel(m_label);
+    label->setTextFormat(Qt::PlainText);
+    setLabel(label);
     setWindowTitle(tr("Create database"));
     setWindowModality(Qt::ApplicationModal);
-    setMinimumDuration(1000);
+    // Not by the dialog's own estimate of how long it will take.
+    setMinimumDuration(std::numeric_limits<int>::max());
+    setAutoReset(false);
+    setAutoClose(false);
     setRange(0, fileCount);
     setMinimumWidth(400);
-    setValue(0);
+    m_elapsed.start();
 }
 
-bool CompileProgressDialog::advance(int done, const QString &next)
+bool CompileProgressDialog::advance(int done, int number, const QString &next)
 {
-    setLabelText(tr("File %1 of %2: %3")
-                     .arg(QString::number(done + 1), QString::number(maximum()),
-                          QFileInfo(next).fileName()));
+    constexpr qint64 patience = 1000; // ms
+    if (!isVisible() && m_elapsed.elapsed() < patience)
+        return true;
+    setLabelText(
+        tr("File %1 of %2: %3")
+            .arg(QString::number(number), QString::number(maximum()), QFileInfo(next).fileName()));
     setValue(done);
+    if (!isVisible())
+        show();
+    QCoreApplication::processEvents();
     return !wasCanceled();
 }

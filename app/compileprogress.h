@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QElapsedTimer>
 #include <QProgressDialog>
-
-class QLabel;
 
 // Shows that a compilation is alive once it has run for a second, modally and with a Cancel button.
 class CompileProgressDialog final : public QProgressDialog
@@ -13,9 +12,10 @@ class CompileProgressDialog final : public QProgressDialog
 public:
     CompileProgressDialog(int fileCount, QWidget *parent);
 
-    // Shows the number and the name of the next file. False once the user has cancelled.
-    bool advance(int done, const QString &next);
+    // Shows how many files are done, and the number (from 1) and the name of the next one. False
+    // once the user has cancelled.
+    bool advance(int done, int number, const QString &next);
 
 private:
-    QLabel *m_label;
+    QElapsedTimer m_elapsed;
 };

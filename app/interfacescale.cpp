@@ -124,8 +124,8 @@ bool isToolkitClass(const QWidget *widget)
 bool isDesigned(const QWidget *widget)
 {
     const QString name = widget->objectName();
-    return !isToolkitClass(widget->window()) && !name.isEmpty() &&
-           !name.startsWith(QLatin1String("qt_"));
+    return !isToolkitClass(widget->window()) && !name.isEmpty()
+           && !name.startsWith(QLatin1String("qt_"));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "app/mainwindow.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QIcon>
 #include <QScreen>
 #include <QTimer>
@@ -34,7 +35,9 @@ int main(int argc, char *argv[])
     MainWindow window;
     showOnScreen(window);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() > 1)
-        QTimer::singleShot(0, &window, [&] { window.loadSpeciesFile(arguments[1]); });
+    if (arguments.size() > 1) {
+        const QString file = QFileInfo(arguments[1]).absoluteFilePath();
+        QTimer::singleShot(0, &window, [&window, file] { window.loadSpeciesFile(file); });
+    }
     return QApplication::exec();
 }

@@ -18,8 +18,10 @@
 const QRegularExpression MainWindow::reDataset(QStringLiteral("^Dataset\\d+$"));
 
 MainWindow::MainWindow(QWidget *parent)
-    : QMainWindow(parent), ui(std::make_unique<Ui::MainWindow>()),
-      networkManager(new QNetworkAccessManager(this)), speciesModel(new SpeciesModel(this)),
+    : QMainWindow(parent),
+      ui(std::make_unique<Ui::MainWindow>()),
+      networkManager(new QNetworkAccessManager(this)),
+      speciesModel(new SpeciesModel(this)),
       mapper(new QDataWidgetMapper(this))
 {
     ui->setupUi(this);
@@ -33,8 +35,8 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow()
 {
-    // A field that loses the focus on its way out commits what it holds, which marks the document: that
-    // must still find the window whole.
+    // A field that loses the focus on its way out commits what it holds, which marks the document:
+    // that must still find the window whole.
     delete ui->mdiArea;
     delete ui->speciesDock;
 }
@@ -42,8 +44,7 @@ MainWindow::~MainWindow()
 void MainWindow::connectImage()
 {
     connect(ui->buttonDownload, &QPushButton::clicked, this, &MainWindow::onButtonDownloadClicked);
-    connect(networkManager, &QNetworkAccessManager::finished, this,
-            &MainWindow::onImageDownloaded);
+    connect(networkManager, &QNetworkAccessManager::finished, this, &MainWindow::onImageDownloaded);
     ui->imageLabel->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(ui->imageLabel, &QWidget::customContextMenuRequested, this,
             &MainWindow::showImageContextMenu);
@@ -84,9 +85,10 @@ void MainWindow::takeDropsOnDock()
 void MainWindow::updateWindowTitle(bool isModified)
 {
     modified = isModified;
-    const QString name = currentFile.isEmpty() ? tr("(untitled)") : QFileInfo(currentFile).fileName();
+    const QString name =
+        currentFile.isEmpty() ? tr("(untitled)") : QFileInfo(currentFile).fileName();
     const QString mark = modified ? QStringLiteral(" *") : QString();
-    setWindowTitle(tr("ZORAVEL Entry Edit - ") + name + mark);
+    setWindowTitle(tr("ZORAVEL Entry Edit - %1%2").arg(name, mark));
 }
 
 void MainWindow::setModified()

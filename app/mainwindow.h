@@ -22,10 +22,11 @@ namespace Ui
 class MainWindow;
 }
 
-// The editor's one window and the owner of the one open document: a species record, shown in the dock,
-// and any number of spectra, each in a sub-window. It knows which file the document belongs to and
-// whether it has changes that are not in that file, and asks before such changes would be lost. Its
-// members ask, call the libraries below and show the outcome; formats and rules are theirs.
+// The editor's one window and the owner of the one open document: a species record, shown in the
+// dock, and any number of spectra, each in a sub-window. It knows which file the document belongs
+// to and whether it has changes that are not in that file, and asks before such changes would be
+// lost. Its members ask, call the libraries below and show the outcome; formats and rules are
+// theirs.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -37,8 +38,8 @@ public:
 
     // The document: title, save prompt, last folder (mainwindow.cpp)
     void updateWindowTitle(bool modified);
-    // Asks whether to save the changes, if there are any. False if the user wants to stay: the caller
-    // must not discard the document then. A save that fails does not keep the caller.
+    // Asks whether to save the changes, if there are any. False if the user wants to stay: the
+    // caller must not discard the document then. A save that fails does not keep the caller.
     [[nodiscard]] bool promptToSaveChanges();
     [[nodiscard]] QString lastfolder() const;
     void setlastfolder(const QString &path);
@@ -46,8 +47,8 @@ public:
     // The species form and its files (mainwindow_species.cpp)
     void setupMapper();
     void loadSpeciesFromFile();
-    // Asks to save, then loads the species file at path; says what is wrong with it in a box. True if it
-    // is the document now.
+    // Asks to save, then loads the species file at path; says what is wrong with it in a box. True
+    // if it is the document now.
     bool loadSpeciesFile(const QString &path);
     [[nodiscard]] bool isValidSpeciesFile(const QString &path) const;
     // Reads the file into the document, which must have been emptied.
@@ -57,8 +58,9 @@ public:
     void saveSpeciesToFile();
 
     // Stepping through a folder (mainwindow_navigation.cpp)
-    // Loads the first species file of a folder (step 0) or the one before (-1) or after (1) the file at
-    // path in its folder, round its ends. Says why in a box if there is none; false if none was loaded.
+    // Loads the first species file of a folder (step 0) or the one before (-1) or after (1) the
+    // file at path in its folder, round its ends. Says why in a box if there is none; false if none
+    // was loaded.
     bool navigateSpeciesFiles(const QString &path, int step);
 
     // The spectrum sub-windows, their files and the clipboard (mainwindow_spectra.cpp)
@@ -70,8 +72,8 @@ public:
     void pasteSpectrumFromClipboard();
 
     // The database (mainwindow_database.cpp)
-    // Writes the species files as one database file at path and says which file is bad in a box. False
-    // if the database was not written; an existing one is as it was then.
+    // Writes the species files as one database file at path and says which file is bad in a box.
+    // False if the database was not written; an existing one is as it was then.
     bool compileSpeciesFiles(const QList<QString> &files, const QString &path,
                              const QString &version, const QString &databaseName,
                              const QString &title, bool compact);

@@ -7,6 +7,8 @@
 #include "database/createdatabase.h"
 #include "database/databasecompiler.h"
 
+#include <QDate>
+
 void MainWindow::createSpeciesDatabase()
 {
     if (!createDatabaseDialog)
@@ -30,12 +32,10 @@ bool MainWindow::compileSpeciesFiles(const QList<QString> &files, const QString 
     const auto compile = [&] {
         const WaitCursor waitCursor;
         CompileProgressDialog progress(static_cast<int>(files.size()), this);
-        return compileDatabase(files, path,
-                               {version, databaseName, title, QDate::currentDate()},
-                               compact ? QJsonDocument::Compact : QJsonDocument::Indented,
-                               [&](int done, const QString &next) {
-                                   return progress.advance(done, next);
-                               });
+        return compileDatabase(
+            files, path, {version, databaseName, title, QDate::currentDate()},
+            compact ? QJsonDocument::Compact : QJsonDocument::Indented,
+            [&](int done, int index) { return progress.advance(done, index + 1, files[index]); });
     };
     const std::optional<CompileError> error = compile();
     if (error && error->kind == CompileError::UnreadableInput)

@@ -74,7 +74,8 @@ void MainWindow::updateImageFromSpecies()
         ui->imageLabel->clear();
         return;
     }
-    // In the screen's own pixels, so that it is sharp where several of them make one of the label's.
+    // In the screen's own pixels, so that it is sharp where several of them make one of the
+    // label's.
     const qreal ratio = ui->imageLabel->devicePixelRatioF();
     QPixmap pixmap = QPixmap::fromImage(image).scaled(
         ui->imageLabel->size() * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation);
@@ -107,6 +108,11 @@ void MainWindow::pasteImageFromClipboard()
     if (image.isNull()) {
         showMessage(this, QMessageBox::Warning, tr("No Image"),
                     tr("The clipboard does not contain an image."));
+        return;
+    }
+    if (!canBeReloaded(image)) {
+        showMessage(this, QMessageBox::Critical, tr("Image Error"),
+                    tr("Failed to load the image data."));
         return;
     }
     setImage(image);

@@ -8,6 +8,7 @@
 #include "species/speciesmodel.h"
 #include "spectrum/spectrumwindow.h"
 #include "ui_mainwindow.h"
+#include "widgets/textguarddelegate.h"
 
 #include <QDataWidgetMapper>
 #include <QDropEvent>
@@ -38,7 +39,8 @@ std::optional<QJsonObject> readBehindWaitCursor(const QString &path)
 bool isDatasetKey(const QString &key)
 {
     // "$" matches before a line feed at the end of the key too.
-    return MainWindow::reDataset.match(key).capturedLength() == key.size();
+    const QRegularExpressionMatch match = MainWindow::reDataset.match(key);
+    return match.hasMatch() && match.capturedLength() == key.size();
 }
 
 } // namespace
@@ -46,12 +48,13 @@ bool isDatasetKey(const QString &key)
 void MainWindow::setupMapper()
 {
     QWidget *const editors[] = {
-        ui->lineEditSpecies,   ui->textEditAliases, ui->lineEditMass, ui->lineEditSumFormula,
-        ui->lineEditInChI,     ui->lineEditCAS,     ui->lineEditCID,  ui->lineEditAIE,
-        ui->lineEditVIE,       ui->lineEditAIEComment, ui->lineEditVIEComment,
+        ui->lineEditSpecies, ui->textEditAliases,    ui->lineEditMass,       ui->lineEditSumFormula,
+        ui->lineEditInChI,   ui->lineEditCAS,        ui->lineEditCID,        ui->lineEditAIE,
+        ui->lineEditVIE,     ui->lineEditAIEComment, ui->lineEditVIEComment,
     };
     static_assert(std::size(editors) == speciesImageColumn, "every column but the image");
     mapper->setModel(speciesModel);
+    mapper->setItemDelegate(new TextGuardDelegate(mapper));
     connect(speciesModel, &QAbstractItemModel::dataChanged, this, &MainWindow::setModified);
     int column = 0;
     for (QWidget *editor : editors)
@@ -61,9 +64,8 @@ void MainWindow::setupMapper()
 
 void MainWindow::loadSpeciesFromFile()
 {
-    const QString path =
-        QFileDialog::getOpenFileName(this, tr("Open Species JSON File"), lastfolder(),
-                                     tr("JSON Files (*.json);;All Files (*)"));
+    const QString path = QFileDialog::getOpenFileName(
+        this, tr("Open Species JSON File"), lastfolder(), tr("JSON Files (*.json);;All Files (*)"));
     if (!path.isEmpty())
         loadSpeciesFile(path);
 }

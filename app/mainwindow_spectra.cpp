@@ -91,9 +91,8 @@ void MainWindow::saveSpectrumToFile()
                     tr("No active spectrum window to save."));
         return;
     }
-    const QString fileName =
-        QFileDialog::getSaveFileName(this, tr("Save Spectrum"), lastfolder(),
-                                     tr("JSON Files (*.json);;All Files (*)"));
+    const QString fileName = QFileDialog::getSaveFileName(this, tr("Save Spectrum"), lastfolder(),
+                                                          tr("JSON Files (*.json);;All Files (*)"));
     if (fileName.isEmpty())
         return;
     window->commitFocusedField();

@@ -3,6 +3,7 @@
 
 #include <QMessageBox>
 
-// Shows a modal box with one OK button. The text is plain: the name of a file in it is never markup.
+// Shows a modal box with one OK button. The text is plain: the name of a file in it is never
+// markup.
 void showMessage(QWidget *parent, QMessageBox::Icon icon, const QString &title,
                  const QString &text);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Compiling a database against the plain way (one document of everything in memory) and against jq. Each
-// way runs in a process of its own, so that its peak memory can be told.
+// Compiling a database against the plain way (one document of everything in memory) and against jq.
+// Each way runs in a process of its own, so that its peak memory can be told.
 #include "database/databasecompiler.h"
 
 #include <QCoreApplication>
@@ -53,9 +53,8 @@ Cost costOf(const std::function<int()> &job)
 Cost medianOf(std::vector<Cost> costs)
 {
     const auto middle = [&](auto member) {
-        std::sort(costs.begin(), costs.end(), [&](const Cost &a, const Cost &b) {
-            return a.*member < b.*member;
-        });
+        std::sort(costs.begin(), costs.end(),
+                  [&](const Cost &a, const Cost &b) { return a.*member < b.*member; });
         return costs[costs.size() / 2].*member;
     };
     return {middle(&Cost::seconds), middle(&Cost::megabytes)};
@@ -74,24 +73,25 @@ void writeSpecies(const QString &path, quint32 seed)
     const QJsonObject spectrum{{QStringLiteral("Title"), QStringLiteral("TPES")},
                                {QStringLiteral("E"), energies},
                                {QStringLiteral("I"), intensities}};
-    const QJsonObject species{{QStringLiteral("Type"), QStringLiteral("Species v1")},
-                              {QStringLiteral("Species"),
-                               QJsonObject{{QStringLiteral("Name"), QString::number(seed)}}},
-                              {QStringLiteral("Dataset1"), spectrum}};
+    const QJsonObject species{
+        {QStringLiteral("Type"), QStringLiteral("Species v1")},
+        {QStringLiteral("Species"), QJsonObject{{QStringLiteral("Name"), QString::number(seed)}}},
+        {QStringLiteral("Dataset1"), spectrum}};
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(species).toJson()) < 0)
         std::exit(1);
 }
 
-int compilePlainly(const QStringList &files, const QString &output, QJsonDocument::JsonFormat format)
+int compilePlainly(const QStringList &files, const QString &output,
+                   QJsonDocument::JsonFormat format)
 {
     QJsonObject database{
         {QStringLiteral("Type"), QStringLiteral("Database v1")},
-        {QStringLiteral("Header"), QJsonObject{{QStringLiteral("Version"), header.version},
-                                               {QStringLiteral("Database"), header.database},
-                                               {QStringLiteral("Title"), header.title},
-                                               {QStringLiteral("Date"),
-                                                header.date.toString(Qt::ISODate)}}}};
+        {QStringLiteral("Header"),
+         QJsonObject{{QStringLiteral("Version"), header.version},
+                     {QStringLiteral("Database"), header.database},
+                     {QStringLiteral("Title"), header.title},
+                     {QStringLiteral("Date"), header.date.toString(Qt::ISODate)}}}};
     int number = 0;
     for (const QString &path : files) {
         QFile file(path);
@@ -151,9 +151,7 @@ int main(int argc, char *argv[])
     const QString plain = folder.filePath(QStringLiteral("plain"));
     const QString jq = folder.filePath(QStringLiteral("jq"));
     const auto compile = [&](const QStringList &list, QJsonDocument::JsonFormat format) {
-        return costOf([&] {
-            return compileDatabase(list, ours, header, format) ? 1 : 0;
-        });
+        return costOf([&] { return compileDatabase(list, ours, header, format) ? 1 : 0; });
     };
 
     for (const auto format : {QJsonDocument::Indented, QJsonDocument::Compact}) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Listing a folder of species files in natural order against reading the folder, and testing whether a
-// file is a species file against reading and parsing it.
+// Listing a folder of species files in natural order against reading the folder, and testing
+// whether a file is a species file against reading and parsing it.
 #include "benchmarks/ratio.h"
 #include "species/speciesfile.h"
 #include "species/speciesfolder.h"

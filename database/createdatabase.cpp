@@ -86,9 +86,8 @@ void CreateDatabase::accept()
         QMessageBox::warning(this, tr("Error"),
                              tr("At least one species has to be added to the database."));
     } else if (m_output.isEmpty()) {
-        QMessageBox::warning(
-            this, tr("Error"),
-            tr("Where shall I save the database to? (Click on Set database)"));
+        QMessageBox::warning(this, tr("Error"),
+                             tr("Where shall I save the database to? (Click on Set database)"));
     } else {
         QDialog::accept();
     }

@@ -12,8 +12,8 @@ namespace Ui
 class CreateDatabase;
 }
 
-// The dialog in which the user chooses the species files of a database, the file to write and the values
-// of its header. It is made once and shown again: what was chosen stays until clearAll().
+// The dialog in which the user chooses the species files of a database, the file to write and the
+// values of its header. It is made once and shown again: what was chosen stays until clearAll().
 class CreateDatabase : public QDialog
 {
     Q_OBJECT
@@ -35,8 +35,8 @@ public slots:
     void setDatabase();
     void setFileList();
     void clearAll();
-    // Closes the dialog if there is something to compile and a file to write it to; says what is missing
-    // otherwise.
+    // Closes the dialog if there is something to compile and a file to write it to; says what is
+    // missing otherwise.
     void accept() override;
 
 private:

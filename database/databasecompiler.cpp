@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -69,8 +70,8 @@ public:
         m_first = false;
         // An object of this one member, less its braces, is the member as it stands in the whole.
         const QJsonDocument member(QJsonObject{{key, value}});
-        QByteArray text = member.toJson(m_indented ? QJsonDocument::Indented
-                                                   : QJsonDocument::Compact);
+        QByteArray text =
+            member.toJson(m_indented ? QJsonDocument::Indented : QJsonDocument::Compact);
         text.chop(m_indented ? sizeof "\n}\n" - 1 : sizeof "}" - 1);
         text.replace(0, 1, separator);
         return m_file.write(text);
@@ -110,10 +111,11 @@ std::optional<CompileError> compileDatabase(const QStringList &files, const QStr
     MemberWriter writer(file, format);
     int done = 0;
     for (const int index : keyOrder(files.size())) {
-        if (progress && !progress(done++, files[index]))
+        if (progress && !progress(done++, index))
             return CompileError{CompileError::Cancelled};
         const auto entry = readEntry(files[index]);
-        // Entries are written in the order of their keys, but the first bad file of the list is named.
+        // Entries are written in the order of their keys, but the first bad file of the list is
+        // named.
         if (const auto *error = std::get_if<CompileError>(&entry))
             return firstBadInput(files.first(index)).value_or(*error);
         if (!writer.write(entryKey(index), std::get<QJsonObject>(entry)))

@@ -28,14 +28,15 @@ struct CompileError {
     QString file = {};
 };
 
-// Called before each species file with the count of those done and the path of the next one. Returning
-// false cancels.
-using CompileProgress = std::function<bool(int done, const QString &next)>;
+// Called before each species file with the count of those done and the index of the next one in the
+// list: files are read in the order of their entries' keys. Returning false cancels.
+using CompileProgress = std::function<bool(int done, int index)>;
 
-// Compiles species files into the database file at output: "Entry1", "Entry2", ... in the order of the
-// list, each the file's object without its "Type". Returns nothing on success. After an error nothing is
-// written and an existing database is untouched; of several bad species files the first in the list is
-// named. Memory is that of one species file: entries go to the new file as they are read.
+// Compiles species files into the database file at output: "Entry1", "Entry2", ... in the order of
+// the list, each the file's object without its "Type". Returns nothing on success. After an error
+// nothing is written and an existing database is untouched; of several bad species files the first
+// in the list is named. Memory is that of one species file: entries go to the new file as they are
+// read.
 [[nodiscard]] std::optional<CompileError>
 compileDatabase(const QStringList &files, const QString &output, const DatabaseHeader &header,
                 QJsonDocument::JsonFormat format, const CompileProgress &progress = {});

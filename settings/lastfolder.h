@@ -9,6 +9,6 @@
 // The stored folder, or the user's home folder if none was stored. It may no longer exist.
 [[nodiscard]] QString lastFolder();
 
-// Stores the absolute path of the folder that contains the file filePath, which need not exist. For the
-// path of a folder that is its parent.
+// Stores the absolute path of the folder that contains the file filePath, which need not exist. For
+// the path of a folder that is its parent.
 void setLastFolder(const QString &filePath);

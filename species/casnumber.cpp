@@ -11,8 +11,8 @@ bool isValidCasNumber(const QString &cas)
     if (cas.endsWith(QLatin1Char('\n')) || !form.match(cas).hasMatch())
         return false;
 
-    // Check digit of the CAS Registry: the digits before it, read from the right, times 1, 2, 3, ...,
-    // summed up modulo 10.
+    // Check digit of the CAS Registry: the digits before it, read from the right, times 1, 2, 3,
+    // ..., summed up modulo 10.
     const QStringList parts = cas.split(QLatin1Char('-'));
     const QString digits = parts[0] + parts[1];
     int sum = 0;

@@ -3,6 +3,7 @@
 
 #include "species/filebytes.h"
 
+#include <QFileInfo>
 #include <QJsonDocument>
 
 bool hasType(const QJsonObject &object, QLatin1String type)
@@ -12,6 +13,8 @@ bool hasType(const QJsonObject &object, QLatin1String type)
 
 std::optional<QJsonObject> readJsonObject(const QString &path)
 {
+    if (QFileInfo(path).size() > largestJsonFile)
+        return std::nullopt;
     const std::optional<QByteArray> bytes = readFileBytes(path);
     if (!bytes)
         return std::nullopt;

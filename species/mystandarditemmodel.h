@@ -3,9 +3,10 @@
 
 #include <QStandardItemModel>
 
-// The item model under both records. A write that changes nothing visible is refused: it returns false,
-// stores nothing and emits nothing, so that leaving a field untouched does not modify the document.
-// Values of different types differ unless both are numbers; empty text equals an unset cell.
+// The item model under both records. A write that changes nothing visible is refused: it returns
+// false, stores nothing and emits nothing, so that leaving a field untouched does not modify the
+// document. Values of different types differ unless both are numbers; empty text equals an unset
+// cell.
 class MyStandardItemModel : public QStandardItemModel
 {
     Q_OBJECT

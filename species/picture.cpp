@@ -9,6 +9,9 @@
 namespace
 {
 
+constexpr qint64 largestPicture = 64'000'000; // pixels
+constexpr qint64 megabyte = 1024 * 1024;
+
 // More than eight bits a channel.
 bool isDeep(const QImage &image)
 {
@@ -23,10 +26,11 @@ bool isSamePicture(const QImage &left, const QImage &right)
         return false;
     if (left.isNull())
         return true;
-    // Premultiplied, since a picture that went through a pixmap has lost the colour under transparency.
-    const QImage::Format common = isDeep(left) || isDeep(right)
-        ? QImage::Format_RGBA64_Premultiplied
-        : QImage::Format_ARGB32_Premultiplied;
+    // Premultiplied, since a picture that went through a pixmap has lost the colour under
+    // transparency; deep ones do not go through pixmaps, and files hold them as they are compared
+    // here.
+    const QImage::Format common =
+        isDeep(left) || isDeep(right) ? QImage::Format_RGBA64 : QImage::Format_ARGB32_Premultiplied;
     QImage first = left.convertToFormat(common);
     QImage second = right.convertToFormat(common);
     first.setColorSpace({});
@@ -34,12 +38,21 @@ bool isSamePicture(const QImage &left, const QImage &right)
     return first == second;
 }
 
+bool canBeReloaded(const QImage &image)
+{
+    const qint64 pixels = qint64(image.width()) * image.height();
+    const qint64 bytes = pixels * (isDeep(image) ? 8 : 4);
+    return pixels <= largestPicture && bytes <= QImageReader::allocationLimit() * megabyte;
+}
+
 QImage decodePicture(const QByteArray &bytes)
 {
-    constexpr qint64 largestPicture = 64'000'000; // pixels
     QBuffer buffer;
     buffer.setData(bytes);
     QImageReader reader(&buffer);
+    // Drawings in XML can be bombs of any size and refer to files of the machine that shows them.
+    if (reader.format().startsWith("svg") || bytes.startsWith("\x1f\x8b"))
+        return {};
     const QSize size = reader.size();
     if (qint64(size.width()) * size.height() > largestPicture)
         return {};
@@ -51,7 +64,9 @@ QByteArray encodePng(const QImage &image)
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    if (!image.save(&buffer, "PNG"))
+    // The encoder keeps sixteen bits a channel, but not ten.
+    const bool isRounded = isDeep(image) && image.format() != QImage::Format_Grayscale16;
+    if (!(isRounded ? image.convertToFormat(QImage::Format_RGBA64) : image).save(&buffer, "PNG"))
         return {};
     return bytes;
 }

@@ -5,12 +5,16 @@
 #include <QImage>
 
 // Whether two images show the same: equal size and equal pixels in one format. The pixel format, a
-// colour-space tag, the colour under full transparency and texts kept with the picture do not count.
-// Two null images are the same picture.
+// colour-space tag, the colour under full transparency and texts kept with the picture do not
+// count. Two null images are the same picture.
 [[nodiscard]] bool isSamePicture(const QImage &left, const QImage &right);
 
-// The image in the bytes of an image file of any format the toolkit reads, recognised by its content; a
-// null image if there is none or if it is too large to decode safely.
+// Whether decodePicture() takes what encodePng() makes of image: one that it would refuse as too
+// large would be lost with the next load.
+[[nodiscard]] bool canBeReloaded(const QImage &image);
+
+// The image in the bytes of an image file of any format the toolkit reads, recognised by its
+// content; a null image if there is none or if it is too large to decode safely.
 [[nodiscard]] QImage decodePicture(const QByteArray &bytes);
 
 // The bytes of a PNG file of image; empty for a null image.

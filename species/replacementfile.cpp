@@ -6,6 +6,9 @@
 #include <QSaveFile>
 #include <QTemporaryFile>
 
+#include <filesystem>
+#include <system_error>
+
 namespace
 {
 
@@ -22,16 +25,40 @@ bool copyBytes(QIODevice &from, QFile &to)
     return to.flush() && to.error() == QFileDevice::NoError && to.resize(from.size());
 }
 
+// A pipe would wait for a reader that may never come; symbolic links in a circle lead nowhere.
+bool waitsOrLoops(const QFileInfo &target)
+{
+    std::error_code error;
+    const auto status = std::filesystem::status(target.filesystemFilePath(), error);
+    return error == std::errc::too_many_symbolic_link_levels || std::filesystem::is_fifo(status);
+}
+
+// Whether a second file beside it can have the file's name and a suffix. That is found out too late
+// otherwise: the second file has no name until it replaces the first.
+bool canBeLengthened(const QFileInfo &target)
+{
+    constexpr qsizetype longestName = 255; // bytes, on the usual file systems
+    constexpr qsizetype suffix = sizeof ".XXXXXX" - 1;
+    const QString final = target.exists() ? target.canonicalFilePath() : target.filePath();
+    return QFile::encodeName(QFileInfo(final).fileName()).size() + suffix <= longestName;
+}
+
 // Overwrites the file at path with what contents holds; puts its old bytes back if that fails.
 bool writeInPlace(const QString &path, QIODevice &contents)
 {
     QFile file(path);
-    if (!file.exists())
-        return file.open(QIODevice::WriteOnly)
-            && (copyBytes(contents, file) || (file.remove(), false));
+    if (!file.exists()) {
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+            return false;
+        const bool complete = copyBytes(contents, file);
+        if (!complete)
+            file.remove();
+        return complete;
+    }
 
     QTemporaryFile old;
-    if (!file.open(QIODevice::ReadWrite) || !old.open() || !copyBytes(file, old))
+    if (!file.open(QIODevice::ReadWrite | QIODevice::Unbuffered) || !old.open()
+        || !copyBytes(file, old))
         return false;
     if (copyBytes(contents, file))
         return true;
@@ -42,7 +69,7 @@ bool writeInPlace(const QString &path, QIODevice &contents)
 
 } // namespace
 
-ReplacementFile::ReplacementFile(const QString &path) : m_path(path) { }
+ReplacementFile::ReplacementFile(const QString &path) : m_path(path) {}
 
 ReplacementFile::~ReplacementFile() = default;
 
@@ -50,6 +77,8 @@ bool ReplacementFile::open()
 {
     // A device or a pipe must be written to, never be replaced by a file.
     const QFileInfo target(m_path);
+    if (waitsOrLoops(target))
+        return false;
     if (target.exists() && !target.isFile()) {
         m_file = std::make_unique<QFile>(m_path);
         return m_file->open(QIODevice::WriteOnly);
@@ -57,11 +86,11 @@ bool ReplacementFile::open()
     if (target.exists() && !target.isWritable())
         return false;
     m_file = std::make_unique<QSaveFile>(m_path);
-    if (m_file->open(QIODevice::WriteOnly))
+    if (canBeLengthened(target) && m_file->open(QIODevice::WriteOnly))
         return true;
 
-    // No second file beside it: the folder may be read-only, or the name too long to be lengthened. Find
-    // out now whether the file itself can be written.
+    // No second file beside it: the folder may be read-only, or the name too long. Find out now
+    // whether the file itself can be written.
     const bool existed = target.exists();
     QFile file(m_path);
     if (!file.open(existed ? QIODevice::ReadWrite : QIODevice::WriteOnly))
@@ -87,7 +116,8 @@ bool ReplacementFile::commit()
 {
     const bool complete = !m_failed && flushed();
     if (auto *second = qobject_cast<QSaveFile *>(m_file.get())) {
-        // Its commit() reports success after a failed flush or a short write, with the old file gone.
+        // Its commit() reports success after a failed flush or a short write, with the old file
+        // gone.
         if (!complete)
             second->cancelWriting();
         return complete && second->commit();

@@ -8,11 +8,11 @@
 
 class QFileDevice;
 
-// A file that is written piece by piece and replaces the one at its path as a whole on commit(), or not
-// at all: until then, and after any failure, the old file is as it was. Symbolic links are followed and
-// kept, and so is the file's mode. Where the folder cannot take a second file beside it, the pieces wait
-// in the temporary folder and the file is then written in place; if that fails, its old contents are put
-// back. A device or a pipe is written to directly.
+// A file that is written piece by piece and replaces the one at its path as a whole on commit(), or
+// not at all: until then, and after any failure, the old file is as it was. Symbolic links are
+// followed and kept, and so is the file's mode. Where the folder cannot take a second file beside
+// it, the pieces wait in the temporary folder and the file is then written in place; if that fails,
+// its old contents are put back. A device is written to directly; a pipe is refused.
 class ReplacementFile
 {
     Q_DISABLE_COPY_MOVE(ReplacementFile)

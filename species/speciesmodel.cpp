@@ -7,6 +7,8 @@
 #include <QRegularExpression>
 #include <QVariant>
 
+#include <cmath>
+
 namespace
 {
 
@@ -28,6 +30,13 @@ QVariant cellValue(const QJsonValue &json, SpeciesFieldKind kind)
     Q_UNREACHABLE();
 }
 
+// JSON has no numbers that are not finite.
+double finiteNumber(const QVariant &value)
+{
+    const double number = value.toDouble();
+    return std::isfinite(number) ? number : 0.0;
+}
+
 bool holdsImage(const QVariant &value)
 {
     return QMetaType::canConvert(value.metaType(), QMetaType::fromType<QImage>());
@@ -37,12 +46,21 @@ bool holdsImage(const QVariant &value)
 
 QString cleanHtmlContent(const QString &text)
 {
-    static const QRegularExpression removeTags(
-        QStringLiteral("<(?!/?(sub|sup|br)\\b)[^>]*>"));
-    // No tag ends behind the last ">". Looking for one there would cost the square of the text's length
-    // in a text of many "<".
+    static const QRegularExpression removeTags(QStringLiteral("<(?!/?(sub|sup|br)\\b)[^>]*>"));
+    // No tag ends behind the last ">". Looking for one there would cost the square of the text's
+    // length in a text of many "<".
     const qsizetype end = text.lastIndexOf(QLatin1Char('>')) + 1;
-    return text.first(end).remove(removeTags) + text.sliced(end);
+    // The expression does not match in a text with half a surrogate pair: it sees a copy in which
+    // another character stands for it.
+    const QString subject = QString::fromUtf8(QStringView(text).first(end).toUtf8());
+    QString result;
+    qsizetype kept = 0;
+    for (auto matches = removeTags.globalMatch(subject); matches.hasNext();) {
+        const QRegularExpressionMatch tag = matches.next();
+        result += QStringView(text).sliced(kept, tag.capturedStart() - kept);
+        kept = tag.capturedEnd();
+    }
+    return result + QStringView(text).sliced(kept);
 }
 
 QString convertNewlinesToBr(const QString &text)
@@ -80,7 +98,7 @@ QJsonObject SpeciesModel::toJson() const
             species.insert(field.key, cleanHtmlContent(value.toString()));
             break;
         case SpeciesFieldKind::Number:
-            species.insert(field.key, value.toDouble());
+            species.insert(field.key, finiteNumber(value));
             break;
         case SpeciesFieldKind::Image:
             if (holdsImage(value))

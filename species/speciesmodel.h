@@ -46,9 +46,9 @@ inline constexpr int speciesImageColumn = 11;
 // A copy of text with every CR LF and every other LF turned into "<br>"; a lone CR stays.
 [[nodiscard]] QString convertNewlinesToBr(const QString &text);
 
-// The profile of one chemical species: one row, one column a field of speciesFields. The main window
-// owns the one instance and its form edits it through a data mapper. Loading and writing never fail: a
-// missing or mistyped value is an empty text, 0 or no image.
+// The profile of one chemical species: one row, one column a field of speciesFields. The main
+// window owns the one instance and its form edits it through a data mapper. Loading and writing
+// never fail: a missing or mistyped value is an empty text, 0 or no image.
 class SpeciesModel : public MyStandardItemModel
 {
     Q_OBJECT
@@ -63,8 +63,8 @@ public:
     // The structure image; null if there is none.
     [[nodiscard]] QImage getImage() const;
 
-    // Only Qt::EditRole is taken. An image is stored if it shows something else than the present one;
-    // a value that is no image clears it. Returns true for the image column in any case.
+    // Only Qt::EditRole is taken. An image is stored if it shows something else than the present
+    // one; a value that is no image clears it. Returns true for the image column in any case.
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
 
 signals:

@@ -3,8 +3,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cfloat>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <utility>
 
 namespace
 {
@@ -16,7 +21,8 @@ constexpr double normalisedMaximum = 1000.0;
 // What the pattern class [,;\s] matches: Unicode's other white space does not separate.
 constexpr bool isSeparator(char16_t c)
 {
-    return c == u',' || c == u';' || c == u' ' || (c >= u'\t' && c <= u'\r');
+    constexpr std::uint64_t set = 1ull << u',' | 1ull << u';' | 1ull << u' ' | 0x1full << u'\t';
+    return c < 64 && (set >> c & 1);
 }
 
 constexpr bool isDigit(char16_t c)
@@ -24,8 +30,22 @@ constexpr bool isDigit(char16_t c)
     return c >= u'0' && c <= u'9';
 }
 
-// The value of a plain token such as "12.345" or "-1.5e-05" by the fast converter; nothing for whatever
-// is unusual (signs, infinities, overflow, other scripts, ...), which is not to say that it is no number.
+const char16_t *skipSeparators(const char16_t *c, const char16_t *end)
+{
+    while (c != end && isSeparator(*c))
+        ++c;
+    return c;
+}
+
+const char16_t *skipToken(const char16_t *c, const char16_t *end)
+{
+    while (c != end && !isSeparator(*c))
+        ++c;
+    return c;
+}
+
+// The value of a plain token by the fast converter; nothing for whatever is unusual (signs,
+// infinities, overflow, other scripts, ...), which is not to say that it is no number.
 std::optional<double> plainNumber(QStringView token)
 {
     std::array<char, 32> narrow;
@@ -46,6 +66,7 @@ std::optional<double> plainNumber(QStringView token)
     return value;
 }
 
+// The number of one token, which is not empty.
 std::optional<double> number(QStringView token)
 {
     if (const std::optional<double> plain = plainNumber(token))
@@ -55,14 +76,73 @@ std::optional<double> number(QStringView token)
     return ok ? std::optional(value) : std::nullopt;
 }
 
-// Takes the next token off the front of rest; an empty one when there is none.
-QStringView takeToken(QStringView &rest)
+// Appends the digits at c to those of a number; returns where they end.
+const char16_t *takeDigits(const char16_t *c, const char16_t *end, std::int64_t &digits)
 {
-    const char16_t *const end = rest.utf16() + rest.size();
-    const char16_t *const begin = std::find_if_not(rest.utf16(), end, isSeparator);
-    const char16_t *const stop = std::find_if(begin, end, isSeparator);
-    rest = QStringView(stop, end);
-    return QStringView(begin, stop);
+    for (; c != end && isDigit(*c); ++c)
+        digits = 10 * digits + (*c - u'0');
+    return c;
+}
+
+// Takes a number such as -12.345 or 1.5e-05 off the front of c and returns its value, if it is the
+// whole token and has so few digits that they and the power of ten are exact doubles; else leaves
+// c. The one operation on the two gives the double next to the number, as a converter does, but
+// several times as fast.
+std::optional<double> takeShortNumber(const char16_t *&c, const char16_t *end)
+{
+    constexpr std::ptrdiff_t mostDigits = 15;
+    constexpr std::ptrdiff_t mostExponentDigits = 3;
+    constexpr std::array powersOfTen{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                     1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                     1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    const auto upTo = [&](const char16_t *from, std::ptrdiff_t most) {
+        return from + std::min(end - from, most);
+    };
+
+    const bool negative = c != end && *c == u'-';
+    const char16_t *const begin = c + negative;
+    const char16_t *const farthest = upTo(begin, mostDigits + 1);
+    std::int64_t digits = 0;
+    const char16_t *at = takeDigits(begin, farthest, digits);
+    std::ptrdiff_t count = at - begin;
+    std::int64_t power = 0;
+    if (at != farthest && *at == u'.') {
+        const char16_t *const first = at + 1;
+        at = takeDigits(first, farthest, digits);
+        count += at - first;
+        power = first - at;
+    }
+    if (count < 1 || count > mostDigits)
+        return std::nullopt;
+    if (at != end && (*at == u'e' || *at == u'E')) {
+        ++at;
+        const bool isNegative = at != end && *at == u'-';
+        at += isNegative || (at != end && *at == u'+');
+        const char16_t *const first = at;
+        std::int64_t exponent = 0;
+        at = takeDigits(first, upTo(first, mostExponentDigits), exponent);
+        if (at == first)
+            return std::nullopt;
+        power += isNegative ? -exponent : exponent;
+    }
+    const std::size_t magnitude = static_cast<std::size_t>(std::abs(power));
+    if ((at != end && !isSeparator(*at)) || magnitude >= powersOfTen.size() || FLT_EVAL_METHOD != 0)
+        return std::nullopt;
+    c = at;
+    const auto exact = static_cast<double>(digits);
+    const double value =
+        power < 0 ? exact / powersOfTen[magnitude] : exact * powersOfTen[magnitude];
+    return negative ? -value : value;
+}
+
+// Takes the next token off the front of c; nothing if there is none or if it is no number.
+std::optional<double> takeNumber(const char16_t *&c, const char16_t *end)
+{
+    c = skipSeparators(c, end);
+    if (const std::optional<double> value = takeShortNumber(c, end))
+        return value;
+    const char16_t *const begin = std::exchange(c, skipToken(c, end));
+    return begin != c ? number(QStringView(begin, c)) : std::nullopt;
 }
 
 } // namespace
@@ -74,13 +154,13 @@ QStringList splitPointLines(const QString &text)
 
 std::optional<QPointF> parsePoint(QStringView line)
 {
-    const QStringView first = takeToken(line);
-    const QStringView second = takeToken(line);
-    if (second.isEmpty() || !takeToken(line).isEmpty())
+    const char16_t *c = line.utf16();
+    const char16_t *const end = c + line.size();
+    const std::optional<double> x = takeNumber(c, end);
+    const std::optional<double> y = x ? takeNumber(c, end) : std::nullopt;
+    if (!y || skipSeparators(c, end) != end)
         return std::nullopt;
-    const std::optional<double> x = number(first);
-    const std::optional<double> y = x ? number(second) : std::nullopt;
-    return y ? std::optional(QPointF(*x, *y)) : std::nullopt;
+    return QPointF(*x, *y);
 }
 
 QList<QPointF> parsePoints(const QStringList &lines)
@@ -97,7 +177,7 @@ QList<QPointF> parsePoints(const QStringList &lines)
 QString loadedPointLine(double energyEv, double intensity)
 {
     return QString::number(energyEv, 'g', 6) + QLatin1String("; ")
-        + QString::number(intensity, 'g', 6);
+           + QString::number(intensity, 'g', 6);
 }
 
 QStringList fixedPointLines(const QList<QPointF> &points, int energyDecimals, int intensityDecimals)
@@ -137,8 +217,8 @@ std::variant<QList<QPointF>, ResampleError> resampled(const QList<QPointF> &poin
         return ResampleError::GridTooLarge;
 
     QList<QPointF> grid;
-    // The first segment that ends at or above a grid energy never lies before that of the energy before
-    // it, whatever the order of the points, so one walk over them serves the whole grid.
+    // The first segment that ends at or above a grid energy never lies before that of the energy
+    // before it, whatever the order of the points, so one walk over them serves the whole grid.
     qsizetype j = 0;
     for (double i = 0; i <= steps; ++i) {
         const double x = std::fma(i, gridStepEv, start);

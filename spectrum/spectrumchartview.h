@@ -6,8 +6,8 @@
 class QLabel;
 class QPointF;
 
-// A chart view with a rubber-band zoom, reset by the right button, and a small label in its lower right
-// corner that reads out the point under the mouse: photon energy in eV and intensity.
+// A chart view with a rubber-band zoom, reset by the right button, and a small label in its lower
+// right corner that reads out the point under the mouse: photon energy in eV and intensity.
 class SpectrumChartView : public QChartView
 {
     Q_OBJECT

@@ -47,13 +47,11 @@ inline constexpr std::array spectrumTextFields{
     SpectrumTextField{SpectrumColumn::Title, QLatin1String("Title"), SpectrumKind::Any},
     SpectrumTextField{SpectrumColumn::Uploader, QLatin1String("Uploader"), SpectrumKind::Any},
     SpectrumTextField{SpectrumColumn::Doi, QLatin1String("DOI"), SpectrumKind::Any},
-    SpectrumTextField{SpectrumColumn::FurtherRefs, QLatin1String("FurtherRefs"),
-                      SpectrumKind::Any},
+    SpectrumTextField{SpectrumColumn::FurtherRefs, QLatin1String("FurtherRefs"), SpectrumKind::Any},
     SpectrumTextField{SpectrumColumn::Temperature, QLatin1String("T"), SpectrumKind::Any},
     SpectrumTextField{SpectrumColumn::FurtherComments, QLatin1String("FurtherComments"),
                       SpectrumKind::Any},
-    SpectrumTextField{SpectrumColumn::CreatedDate, QLatin1String("CreatedDate"),
-                      SpectrumKind::Any},
+    SpectrumTextField{SpectrumColumn::CreatedDate, QLatin1String("CreatedDate"), SpectrumKind::Any},
     SpectrumTextField{SpectrumColumn::FacilityDate, QLatin1String("FacilityDate"),
                       SpectrumKind::Any},
     SpectrumTextField{SpectrumColumn::Source, QLatin1String("Source"), SpectrumKind::Experiment},
@@ -73,10 +71,10 @@ inline constexpr int spectrumColumnCount = 16;
 inline constexpr int simulationType = 4;
 
 // One spectrum of a species entry: sixteen metadata columns in one row, edited through the spectrum
-// window's data mapper, and the list of its point lines, kept in step with the text of a point editor
-// that it does not own and that may be null. The editor is read again two seconds after its last change;
-// until then the points are those from before the typing. Loading and writing never fail: a missing or
-// mistyped value is an empty text, 0, false or no point.
+// window's data mapper, and the list of its point lines, kept in step with the text of a point
+// editor that it does not own and that may be null. The editor is read again two seconds after its
+// last change; until then the points are those from before the typing. Loading and writing never
+// fail: a missing or mistyped value is an empty text, 0, false or no point.
 class SpectrumModel : public MyStandardItemModel
 {
     Q_OBJECT
@@ -85,8 +83,8 @@ public:
     SpectrumModel(QObject *parent, QPlainTextEdit *pointEditor);
     ~SpectrumModel() override;
 
-    // Replaces the record and the point text and starts a fresh undo history of the point editor. Emits
-    // no signal of the model.
+    // Replaces the record and the point text and starts a fresh undo history of the point editor.
+    // Emits no signal of the model.
     void loadFromJson(const QJsonObject &obj);
     [[nodiscard]] QJsonObject toJson() const;
 
@@ -113,8 +111,8 @@ signals:
 public slots:
     // Scales the intensities so that the largest becomes 1000. Drops lines that are not points.
     void normalizeSpectrum();
-    // Resamples on a grid of 0.001 eV, by linear interpolation. Drops lines that are not points. Says in
-    // a box that a line spectrum, or one of too large a range, cannot be resampled.
+    // Resamples on a grid of 0.001 eV, by linear interpolation. Drops lines that are not points.
+    // Says in a box that a line spectrum, or one of too large a range, cannot be resampled.
     void makePointsSparser();
     void emitSpectrumDataChanged();
 

@@ -5,6 +5,7 @@
 #include "spectrum/spectrummodel.h"
 #include "ui_spectrumwindow.h"
 #include "widgets/editorcommit.h"
+#include "widgets/textguarddelegate.h"
 #include "widgets/undoabletext.h"
 
 #include <QChart>
@@ -36,13 +37,16 @@ QObject *documentOf(QWidget *parent)
 } // namespace
 
 SpectrumWindow::SpectrumWindow(QWidget *parent)
-    : QWidget(parent), ui(std::make_unique<Ui::SpectrumWindow>()),
-      mapper(new QDataWidgetMapper(this)), document(documentOf(parent))
+    : QWidget(parent),
+      ui(std::make_unique<Ui::SpectrumWindow>()),
+      mapper(new QDataWidgetMapper(this)),
+      document(documentOf(parent))
 {
     ui->setupUi(this);
     initializeMappings();
     model = new SpectrumModel(this, ui->textEditSpect);
     mapper->setModel(model);
+    mapper->setItemDelegate(new TextGuardDelegate(mapper));
     connectSignals();
     buildChart();
     model->setValue(SpectrumColumn::CreatedDate, QDate::currentDate().toString(Qt::ISODate));
@@ -157,7 +161,11 @@ void SpectrumWindow::buildChart()
 void SpectrumWindow::setupMapper(int type)
 {
     mapper->clearMapping();
+    const bool isListed = type >= 0 && type < ui->comboBoxType->count();
     for (const Mapping &mapping : std::as_const(mappings)) {
+        // A type from a file that is not in the list shows as no choice, which must not be written.
+        if (mapping.widget == ui->comboBoxType && !isListed)
+            continue;
         if (type == simulationType ? mapping.forSimulation : mapping.forExperiment)
             mapper->addMapping(mapping.widget, mapping.column, mapping.property);
     }
@@ -173,6 +181,7 @@ void SpectrumWindow::onSpectrumTypeChanged(int type)
     setTypeLabels(type == simulationType);
     model->setValue(SpectrumColumn::Type, type);
     setupMapper(type);
+    ui->comboBoxType->setCurrentIndex(type);
     mapper->toFirst();
 }
 
@@ -187,8 +196,7 @@ void SpectrumWindow::setTypeLabels(bool simulation)
         {ui->label_8, QStringLiteral("Source"), QStringLiteral("Level(s) of theory")},
         {ui->label_9, QStringLiteral("Source T / K"), QStringLiteral("Vib. T / K")},
         {ui->label_10, QStringLiteral("Resolution / meV"), QStringLiteral("Conv. FWHM / meV")},
-        {ui->label_11, QStringLiteral("Flux normalization"),
-         QStringLiteral("0-0 transition / eV")},
+        {ui->label_11, QStringLiteral("Flux normalization"), QStringLiteral("0-0 transition / eV")},
         {ui->labelComments,
          QStringLiteral("Comments: mass resolution, extraction field, details of spectral "
                         "treatment, sample / isomeric purity etc."),
@@ -217,11 +225,7 @@ void SpectrumWindow::onLineSpectrumToggled()
 {
     if (updating)
         return;
-    const QVariant type = model->value(SpectrumColumn::Type);
     mapper->submit();
-    // A type from a file that is not in the list shows as no choice, which is not the user's choice.
-    if (ui->comboBoxType->currentIndex() < 0)
-        model->setValue(SpectrumColumn::Type, type);
     updateChart();
 }
 
@@ -239,14 +243,16 @@ void SpectrumWindow::updateChart()
     auto *axisY = qobject_cast<QValueAxis *>(chart->axes(Qt::Vertical).value(0));
     const std::optional<PointRange> range = finiteRange(points);
     if (axisX && axisY && range) {
+        // Else the chart would go back to the range from before the zoom later.
+        chart->zoomReset();
         axisX->setRange(range->minX, range->maxX);
         axisY->setRange(range->minY, range->maxY);
     }
     chart->update();
 }
 
-// Points that were typed shortly before a save are not in the file: when they are read after it, the
-// document has changes again.
+// Points that were typed shortly before a save are not in the file: when they are read after it,
+// the document has changes again.
 void SpectrumWindow::onPointsRead()
 {
     if (model->lastReadFoundChanges())
@@ -261,8 +267,8 @@ void SpectrumWindow::showLineCount()
 
 void SpectrumWindow::closeEvent(QCloseEvent *event)
 {
-    // However the window goes, the next save leaves its spectrum out. Deleted it is only later, and a
-    // message box may run the event loop before that.
+    // However the window goes, the next save leaves its spectrum out. Deleted it is only later, and
+    // a message box may run the event loop before that.
     model->dropPendingPoints();
     markModified();
     QWidget::closeEvent(event);

@@ -17,9 +17,9 @@ namespace Ui
 class SpectrumWindow;
 }
 
-// Edits one spectrum: a form of metadata, the point editor and the chart over one SpectrumModel. The
-// main window shows it as a sub-window and must be the parent at construction: from then on every change
-// calls the parent's slot setModified(). With any other parent nothing is told.
+// Edits one spectrum: a form of metadata, the point editor and the chart over one SpectrumModel.
+// The main window shows it as a sub-window and must be the parent at construction: from then on
+// every change calls the parent's slot setModified(). With any other parent nothing is told.
 class SpectrumWindow : public QWidget
 {
     Q_OBJECT
@@ -34,8 +34,8 @@ public:
     [[nodiscard]] QJsonObject toJson() const;
     [[nodiscard]] bool isSimulation() const;
 
-    // Writes what the user has typed into the focused field of the form, and has not left yet, into the
-    // model.
+    // Writes what the user has typed into the focused field of the form, and has not left yet, into
+    // the model.
     void commitFocusedField();
     // Reads points that were typed within the last two seconds now.
     void readPendingPoints();

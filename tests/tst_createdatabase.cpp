@@ -108,8 +108,7 @@ private slots:
         add(dialog, dialogs, "a.json");
         add(dialog, dialogs, "a.json");
         QCOMPARE(dialog.myfiles(), (QList<QString>{path("a.json"), path("a.json")}));
-        QCOMPARE(listed(dialog),
-                 (QStringList{QStringLiteral("a.json"), QStringLiteral("a.json")}));
+        QCOMPARE(listed(dialog), (QStringList{QStringLiteral("a.json"), QStringLiteral("a.json")}));
     }
 
     void theListShowsNamesWhileTheFilesAreFullPathsInTheSameOrder()
@@ -119,8 +118,7 @@ private slots:
         Dialogs dialogs;
         add(dialog, dialogs, "b.json");
         add(dialog, dialogs, "a.json");
-        QCOMPARE(listed(dialog),
-                 (QStringList{QStringLiteral("b.json"), QStringLiteral("a.json")}));
+        QCOMPARE(listed(dialog), (QStringList{QStringLiteral("b.json"), QStringLiteral("a.json")}));
         QCOMPARE(dialog.myfiles(), (QList<QString>{path("b.json"), path("a.json")}));
         QCOMPARE(dialogs.fileDialogTitles.value(0),
                  QStringLiteral("Select JSON Files to be added to the database"));
@@ -175,10 +173,9 @@ private slots:
         do {
             QWidget *focused = QApplication::focusWidget();
             reached.append(focused->objectName());
-            QVERIFY2(!QAccessible::queryAccessibleInterface(focused)
-                          ->text(QAccessible::Name)
-                          .isEmpty(),
-                     qPrintable(focused->objectName()));
+            QVERIFY2(
+                !QAccessible::queryAccessibleInterface(focused)->text(QAccessible::Name).isEmpty(),
+                qPrintable(focused->objectName()));
             QTest::keyClick(focused, Qt::Key_Tab);
         } while (QApplication::focusWidget() != first && reached.size() < 50);
         for (const char *name : {"lineEdit", "lineEdit_2", "lineEdit_3", "pushButton",

@@ -82,8 +82,8 @@ int report(int argc, char **argv)
     QJsonArray ratios;
     for (const QScreen *screen : QGuiApplication::screens())
         ratios.append(screen->devicePixelRatio());
-    const double pixels = QFontInfo(QApplication::font()).pixelSize() *
-                          QGuiApplication::primaryScreen()->devicePixelRatio();
+    const double pixels = QFontInfo(QApplication::font()).pixelSize()
+                          * QGuiApplication::primaryScreen()->devicePixelRatio();
     const QJsonObject result{{QStringLiteral("ratios"), ratios},
                              {QStringLiteral("shrunk"), shrink.needed},
                              {QStringLiteral("font"), pixels}};

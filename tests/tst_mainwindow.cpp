@@ -216,12 +216,11 @@ private slots:
     {
         const MainWindow window;
         const auto *form = window.findChild<QFormLayout *>(QStringLiteral("formLayout"));
-        const QStringList labels{
-            QStringLiteral("Name"),         QStringLiteral("Aliases"),
-            QStringLiteral("Mass / amu"),   QStringLiteral("Sum formula"),
-            QStringLiteral("InChI"),        QStringLiteral("CAS number"),
-            QStringLiteral("PubChem CID"),  QString(),
-            QStringLiteral("AIE"),          QStringLiteral("VIE")};
+        const QStringList labels{QStringLiteral("Name"),        QStringLiteral("Aliases"),
+                                 QStringLiteral("Mass / amu"),  QStringLiteral("Sum formula"),
+                                 QStringLiteral("InChI"),       QStringLiteral("CAS number"),
+                                 QStringLiteral("PubChem CID"), QString(),
+                                 QStringLiteral("AIE"),         QStringLiteral("VIE")};
         QCOMPARE(form->rowCount(), labels.size());
         for (int row = 0; row < labels.size(); ++row) {
             const QLayoutItem *item = form->itemAt(row, QFormLayout::LabelRole);
@@ -267,8 +266,8 @@ private slots:
         const MainWindow window;
         QStringList names;
         for (const QString &field : speciesFields) {
-            QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(
-                window.findChild<CleanTextEdit *>(field));
+            QAccessibleInterface *interface =
+                QAccessible::queryAccessibleInterface(window.findChild<CleanTextEdit *>(field));
             const QString name = interface->text(QAccessible::Name);
             QVERIFY2(!name.isEmpty(), qPrintable(field));
             QVERIFY2(!names.contains(name), qPrintable(name));

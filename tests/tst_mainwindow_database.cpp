@@ -57,10 +57,7 @@ private slots:
         checkInvalid(bytes);
     }
 
-    void aFileThatIsNoJsonIsSaidTheSameWay()
-    {
-        checkInvalid("not JSON at all");
-    }
+    void aFileThatIsNoJsonIsSaidTheSameWay() { checkInvalid("not JSON at all"); }
 
     void theDateIsTheDayOfTheCompilation()
     {
@@ -83,8 +80,8 @@ private slots:
     {
         MainWindowFixture fixture;
         const QStringList files = makeSpecies(fixture, 1);
-        QVERIFY(fixture.window.compileSpeciesFiles(files, output(fixture), one, three, title,
-                                                   false));
+        QVERIFY(
+            fixture.window.compileSpeciesFiles(files, output(fixture), one, three, title, false));
         QJsonObject expected = fileObject(files[0]);
         expected.remove(QLatin1String("Type"));
         QVERIFY(expected.contains(QLatin1String("Dataset1")));
@@ -98,8 +95,8 @@ private slots:
         writeFile(output(fixture), QByteArray("old"));
         Dialogs dialogs;
         dialogs.press();
-        QVERIFY(!fixture.window.compileSpeciesFiles({gone}, output(fixture), one, three, title,
-                                                    false));
+        QVERIFY(
+            !fixture.window.compileSpeciesFiles({gone}, output(fixture), one, three, title, false));
         QCOMPARE(dialogs.boxes.value(0).icon, QMessageBox::Warning);
         QCOMPARE(dialogs.boxes.value(0).title, QStringLiteral("Error"));
         QCOMPARE(dialogs.boxes.value(0).text, QStringLiteral("Could not open file: ") + gone);
@@ -112,8 +109,8 @@ private slots:
         MainWindowFixture fixture;
         const Dialogs none;
         QVERIFY(!fixture.window.compileSpeciesFiles(makeSpecies(fixture, 1),
-                                                    fixture.path(QStringLiteral("no/db.json")),
-                                                    one, three, title, false));
+                                                    fixture.path(QStringLiteral("no/db.json")), one,
+                                                    three, title, false));
     }
 
     void theMenuEntryRunsTheDialogAndSaysTheOutcome()
@@ -134,7 +131,8 @@ private slots:
                  QStringLiteral("Species database created successfully."));
         QCOMPARE(nameIn(fileObject(output(fixture)), "Entry1"), QStringLiteral("s0"));
 
-        // The dialog keeps its choices, so that OK alone compiles again: now from a file that is gone.
+        // The dialog keeps its choices, so that OK alone compiles again: now from a file that is
+        // gone.
         QVERIFY(QFile::remove(files[0]));
         dialogs.handle([](QWidget *dialog) {
             dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
@@ -144,8 +142,7 @@ private slots:
         QCOMPARE(dialogs.boxes.value(1).text, QStringLiteral("Could not open file: ") + files[0]);
         QCOMPARE(dialogs.boxes.value(2).icon, QMessageBox::Warning);
         QCOMPARE(dialogs.boxes.value(2).title, QStringLiteral("Error"));
-        QCOMPARE(dialogs.boxes.value(2).text,
-                 QStringLiteral("Failed to create species database."));
+        QCOMPARE(dialogs.boxes.value(2).text, QStringLiteral("Failed to create species database."));
     }
 
     void cancellingTheDialogCompilesNothing()
@@ -180,8 +177,8 @@ private slots:
             QCOMPARE(buttons.size(), 1);
             buttons.first()->click();
         });
-        QVERIFY(!fixture.window.compileSpeciesFiles(files, output(fixture), one, three, title,
-                                                    true));
+        QVERIFY(
+            !fixture.window.compileSpeciesFiles(files, output(fixture), one, three, title, true));
         QVERIFY2(label.startsWith(QLatin1String("File ")), qPrintable(label));
         QVERIFY2(label.contains(QLatin1String(" of 5000: i>.json"))
                      || label.contains(QFileInfo(file).fileName()),
@@ -221,8 +218,8 @@ private:
         writeFile(files[1], bytes);
         Dialogs dialogs;
         dialogs.press();
-        QVERIFY(!fixture.window.compileSpeciesFiles(files, output(fixture), one, three, title,
-                                                    false));
+        QVERIFY(
+            !fixture.window.compileSpeciesFiles(files, output(fixture), one, three, title, false));
         QCOMPARE(dialogs.boxes.value(0).icon, QMessageBox::Critical);
         QCOMPARE(dialogs.boxes.value(0).title, QStringLiteral("Error"));
         QCOMPARE(dialogs.boxes.value(0).text,

@@ -36,8 +36,8 @@ void store(const QString &folder)
 
 } // namespace
 
-// What the window knows of the document: its file, whether it has changes, the prompt that guards them,
-// and the folder that its dialogs start in.
+// What the window knows of the document: its file, whether it has changes, the prompt that guards
+// them, and the folder that its dialogs start in.
 class TestMainWindowDocument : public QObject
 {
     Q_OBJECT
@@ -90,8 +90,7 @@ private slots:
         } else if (way == "drop") {
             QVERIFY(dropFiles(&fixture.window, {second}));
         } else if (way == "step") {
-            if (!fixture.window.findChild<QAction *>(QStringLiteral("actionNextFile"))
-                     ->isEnabled())
+            if (!fixture.window.findChild<QAction *>(QStringLiteral("actionNextFile"))->isEnabled())
                 QFAIL("stepping is disabled");
             fixture.trigger(QStringLiteral("actionNextFile"));
         } else {
@@ -159,8 +158,7 @@ private slots:
         Dialogs dialogs;
         dialogs.choose(file);
         fixture.trigger(QStringLiteral("actionSaveSpecies"));
-        QCOMPARE(fixture.window.windowTitle(),
-                 QStringLiteral("ZORAVEL Entry Edit - Benzene.JSON"));
+        QCOMPARE(fixture.window.windowTitle(), QStringLiteral("ZORAVEL Entry Edit - Benzene.JSON"));
         fixture.window.setModified();
         QCOMPARE(fixture.window.windowTitle(),
                  QStringLiteral("ZORAVEL Entry Edit - Benzene.JSON *"));

@@ -118,8 +118,8 @@ private slots:
     {
         MainWindowFixture fixture;
         fixture.trigger(QStringLiteral("actionNew"));
-        CleanTextEdit *title = MainWindowFixture::field(fixture.spectra().value(0),
-                                                        QStringLiteral("lineEditTitle"));
+        CleanTextEdit *title =
+            MainWindowFixture::field(fixture.spectra().value(0), QStringLiteral("lineEditTitle"));
         title->setFocus();
         QTest::keyClicks(title, QStringLiteral("H2O"));
         select(title, 1, 2);

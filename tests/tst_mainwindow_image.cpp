@@ -127,9 +127,9 @@ private slots:
         const QImage picture = drawing();
         const QString file = fixture.path(QStringLiteral("a.json"));
         QJsonObject object = speciesFileWith(QStringLiteral("x"));
-        object[QLatin1String("Species")] = QJsonObject{
-            {QStringLiteral("StructuralFormula"),
-             QString::fromLatin1(encoded(picture, "PNG").toBase64())}};
+        object[QLatin1String("Species")] =
+            QJsonObject{{QStringLiteral("StructuralFormula"),
+                         QString::fromLatin1(encoded(picture, "PNG").toBase64())}};
         writeFile(file, object);
         QVERIFY(fixture.window.loadSpeciesFile(file));
         m_service->answerWith({HttpsService::response(ok, encoded(picture, "BMP"))});
@@ -178,10 +178,9 @@ private slots:
         }} << failed << failedText;
         QTest::newRow("no answer")
             << Answers{[](QSslSocket *socket) { socket->abort(); }} << failed << failedText;
-        QTest::newRow("redirected to plain http")
-            << Answers{HttpsService::response("302 Found", {},
-                                              "Location: http://127.0.0.1:9/image\r\n")}
-            << failed << failedText;
+        QTest::newRow("redirected to plain http") << Answers{HttpsService::response(
+            "302 Found", {}, "Location: http://127.0.0.1:9/image\r\n")}
+                                                  << failed << failedText;
         QTest::newRow("web page") << Answers{HttpsService::response(ok, "<html>none</html>")}
                                   << image << imageText;
         QTest::newRow("empty") << Answers{HttpsService::response(ok, {})} << image << imageText;
@@ -190,6 +189,9 @@ private slots:
         QTest::newRow("more than 16 MB")
             << Answers{HttpsService::response(ok, png + QByteArray(17 << 20, 'x'))} << image
             << imageText;
+        QTest::newRow("drawing in XML that refers to files") << Answers{HttpsService::response(
+            ok, "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>")}
+                                                             << image << imageText;
         QImage large(10000, 10000, QImage::Format_Mono);
         large.fill(1);
         QTest::newRow("more than 64 megapixels")
@@ -217,9 +219,8 @@ private slots:
     void aRedirectionWithinHttpsIsFollowed()
     {
         MainWindowFixture fixture;
-        m_service->answerWith(
-            {HttpsService::response("302 Found", {}, "Location: /elsewhere\r\n"),
-             HttpsService::response(ok, encoded(drawing(), "PNG"))});
+        m_service->answerWith({HttpsService::response("302 Found", {}, "Location: /elsewhere\r\n"),
+                               HttpsService::response(ok, encoded(drawing(), "PNG"))});
         download(fixture, QStringLiteral("58-08-2"));
         QTRY_VERIFY(!image(fixture).isNull());
         QVERIFY(m_service->requests.value(1).startsWith("GET /elsewhere "));
@@ -280,6 +281,20 @@ private slots:
                  QStringLiteral("The clipboard does not contain an image."));
         QCOMPARE(image(fixture).size(), QSize(40, 30));
         QVERIFY(!fixture.isModified());
+    }
+
+    void aPictureTooLargeToBeLoadedAgainIsNotPasted()
+    {
+        MainWindowFixture fixture;
+        QImage large(6000, 6000, QImage::Format_RGB32);
+        large.fill(Qt::white);
+        QGuiApplication::clipboard()->setImage(large);
+        Dialogs dialogs;
+        dialogs.press();
+        fixture.window.pasteImageFromClipboard();
+        QCOMPARE(dialogs.boxes.value(0).title, QStringLiteral("Image Error"));
+        QVERIFY(image(fixture).isNull());
+        QGuiApplication::clipboard()->clear();
     }
 
     void theMenuHasItsTwoEntriesAndClears()

@@ -68,7 +68,8 @@ private slots:
     {
         MainWindowFixture fixture;
         makeSpecies(fixture, {QStringLiteral("a.json"), QStringLiteral("z.json")});
-        writeFile(fixture.path(QStringLiteral("b.json")), QByteArray("{\"Type\": \"Spectrum v1\"}"));
+        writeFile(fixture.path(QStringLiteral("b.json")),
+                  QByteArray("{\"Type\": \"Spectrum v1\"}"));
         writeFile(fixture.path(QStringLiteral("c.json")), QByteArray("{\"Type\": \"Spec"));
         writeFile(fixture.path(QStringLiteral("d.json")), QByteArray());
         writeFile(fixture.path(QStringLiteral("e.json")), QByteArray("\0\xff\x12", 3));
@@ -121,8 +122,7 @@ private slots:
         Dialogs dialogs;
         dialogs.escape();
         fixture.trigger(QStringLiteral("actionSelectFolder"));
-        QCOMPARE(dialogs.fileDialogFolders,
-                 QStringList{fixture.folder() + QStringLiteral("/sub")});
+        QCOMPARE(dialogs.fileDialogFolders, QStringList{fixture.folder() + QStringLiteral("/sub")});
     }
 
     void steppingAsksToSaveOnlyOnceANeighbourIsFoundAndCancelStays()
@@ -167,8 +167,7 @@ private slots:
         Dialogs dialogs;
         dialogs.press();
         QVERIFY(!fixture.window.navigateSpeciesFiles(fixture.folder(), 0));
-        checkBox(dialogs.boxes.value(0), QMessageBox::Information,
-                 QStringLiteral("No JSON Files"),
+        checkBox(dialogs.boxes.value(0), QMessageBox::Information, QStringLiteral("No JSON Files"),
                  QStringLiteral("No JSON files found in the directory."), fixture);
         writeFile(fixture.path(QStringLiteral("a.json")), QByteArray("{}"));
         dialogs.press();

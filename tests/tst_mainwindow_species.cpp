@@ -173,8 +173,7 @@ private slots:
     void theSamePictureInAnotherFormatChangesNothing()
     {
         MainWindowFixture fixture;
-        loadInto(fixture,
-                 {{QStringLiteral("StructuralFormula"), base64Png(plainImage(30, 20))}});
+        loadInto(fixture, {{QStringLiteral("StructuralFormula"), base64Png(plainImage(30, 20))}});
         auto *model = fixture.window.findChild<SpeciesModel *>();
         const QSignalSpy images(model, &SpeciesModel::imageChanged);
         model->setData(model->index(0, 11),
@@ -188,8 +187,7 @@ private slots:
     void savingWithTheFocusInATypedFieldWritesItAndKeepsFocusCursorAndSelection()
     {
         MainWindowFixture fixture;
-        const QString file =
-            loadInto(fixture, {{QStringLiteral("Name"), QStringLiteral("water")}});
+        const QString file = loadInto(fixture, {{QStringLiteral("Name"), QStringLiteral("water")}});
         auto *name = fixture.field(nameField);
         name->setFocus();
         QTest::keyClicks(name, QStringLiteral("heavy "));
@@ -247,8 +245,8 @@ private slots:
     void spectraAreNumberedInTheOrderOfCreationWithoutGaps()
     {
         MainWindowFixture fixture;
-        const QString file = loadInto(
-            fixture, {}, {QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C")});
+        const QString file =
+            loadInto(fixture, {}, {QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C")});
         fixture.trigger(QStringLiteral("actionSaveSpecies"));
         QCOMPARE(datasetTitle(file, QStringLiteral("Dataset1")), QStringLiteral("A"));
         QCOMPARE(datasetTitle(file, QStringLiteral("Dataset2")), QStringLiteral("B"));
@@ -393,9 +391,8 @@ private slots:
         QFETCH(QByteArray, bytes);
         QFETCH(QString, title);
         MainWindowFixture fixture;
-        const QString good =
-            loadInto(fixture, {{QStringLiteral("Name"), QStringLiteral("water")}},
-                     {QStringLiteral("one")});
+        const QString good = loadInto(fixture, {{QStringLiteral("Name"), QStringLiteral("water")}},
+                                      {QStringLiteral("one")});
         const QString bad = fixture.path(QStringLiteral("<b>bad</b>.json"));
         if (!bytes.isEmpty()) {
             QDir().mkpath(QFileInfo(bad).path());
@@ -470,9 +467,8 @@ private slots:
             QDir().rmdir(fixture.path(QStringLiteral("taken.json")));
             dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))
                 ->setText(fixture.path(QStringLiteral("taken.json")));
-            QObject::connect(qobject_cast<QDialog *>(dialog), &QDialog::finished, [&] {
-                QDir().mkpath(fixture.path(QStringLiteral("taken.json")));
-            });
+            QObject::connect(qobject_cast<QDialog *>(dialog), &QDialog::finished,
+                             [&] { QDir().mkpath(fixture.path(QStringLiteral("taken.json"))); });
             qobject_cast<QDialog *>(dialog)->accept();
         });
         dialogs.press();
@@ -480,8 +476,7 @@ private slots:
         QCOMPARE(dialogs.boxes.value(0).title, QStringLiteral("Error"));
         QCOMPARE(dialogs.boxes.value(0).text, QStringLiteral("Could not open file for writing."));
         QCOMPARE(dialogs.boxes.value(0).icon, QMessageBox::Warning);
-        QCOMPARE(fixture.window.windowTitle(),
-                 QStringLiteral("ZORAVEL Entry Edit - taken.json *"));
+        QCOMPARE(fixture.window.windowTitle(), QStringLiteral("ZORAVEL Entry Edit - taken.json *"));
     }
 
     void afterALoadTheFirstSpectrumIsActiveAndTheTitleUnmarked()
@@ -494,11 +489,81 @@ private slots:
         QVERIFY(!fixture.isModified());
     }
 
+    void loadingAndLookingRewriteNoTextThatCannotBeShown()
+    {
+        MainWindowFixture fixture;
+        const QString text = QStringLiteral("at T<Tc,  5 K");
+        const QString file =
+            loadInto(fixture, {{QStringLiteral("Name"), text}}, {text, text, text});
+        QVERIFY(!fixture.isModified());
+        for (const char *name : {"lineEditSpecies", "lineEditInChI"}) {
+            auto *field = fixture.field(QLatin1String(name));
+            field->setFocus();
+            QTRY_VERIFY(field->hasFocus());
+        }
+        QVERIFY(!fixture.isModified());
+        fixture.trigger(QStringLiteral("actionSaveSpecies"));
+        QCOMPARE(speciesOf(file)[QLatin1String("Name")].toString(), text);
+        for (const char *key : {"Dataset1", "Dataset2", "Dataset3"})
+            QCOMPARE(datasetTitle(file, QLatin1String(key)), text);
+    }
+
+    void savingInTheMiddleOfTypingKeepsWhatIsTypedAndItsUndo()
+    {
+        MainWindowFixture fixture;
+        const QString file = loadInto(fixture, {});
+        auto *name = fixture.field(nameField);
+        name->setFocus();
+        QTest::keyClicks(name, QStringLiteral("T<Tc,  5"));
+        fixture.trigger(QStringLiteral("actionSaveSpecies"));
+        QTest::keyClicks(name, QStringLiteral(" K"));
+        fixture.trigger(QStringLiteral("actionSaveSpecies"));
+        QCOMPARE(speciesOf(file)[QLatin1String("Name")].toString(), QStringLiteral("T<Tc,  5 K"));
+        QVERIFY(name->document()->isUndoAvailable());
+    }
+
+    void anEmptyKeyIsNoDataset()
+    {
+        MainWindowFixture fixture;
+        const QString file = fixture.path(QStringLiteral("a.json"));
+        writeFile(file, QByteArray("{\"\": {}, \"Type\": \"Species v1\"}"));
+        QVERIFY(fixture.window.loadSpeciesFile(file));
+        QVERIFY(fixture.spectra().isEmpty());
+    }
+
+    void aFileTooLargeToParseIsRefused()
+    {
+        MainWindowFixture fixture;
+        const QString path = fixture.path(QStringLiteral("a.json"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.resize(qint64(1) << 30));
+        file.close();
+        Dialogs dialogs;
+        dialogs.press();
+        QVERIFY(!fixture.window.loadSpeciesFile(path));
+        QCOMPARE(dialogs.boxes.value(0).title, QStringLiteral("Invalid Species File"));
+    }
+
+    void aDateFromAFileIsNeverMarkup()
+    {
+        MainWindowFixture fixture;
+        const QString file = fixture.path(QStringLiteral("a.json"));
+        QJsonObject object = speciesFileWith(QStringLiteral("x"));
+        object[QLatin1String("Dataset1")] =
+            QJsonObject{{QStringLiteral("CreatedDate"), QStringLiteral("<b>2026</b>")}};
+        writeFile(file, object);
+        QVERIFY(fixture.window.loadSpeciesFile(file));
+        const auto *label =
+            fixture.spectra().value(0)->findChild<QLabel *>(QStringLiteral("labelCreated"));
+        QCOMPARE(label->text(), QStringLiteral("<b>2026</b>"));
+        QCOMPARE(label->textFormat(), Qt::PlainText);
+    }
+
     void loadingTheOpenFileAgainByItsOwnPathWorks()
     {
         MainWindowFixture fixture;
-        const QString file =
-            loadInto(fixture, {{QStringLiteral("Name"), QStringLiteral("water")}});
+        const QString file = loadInto(fixture, {{QStringLiteral("Name"), QStringLiteral("water")}});
         // The title's path and the argument share their text as long as nobody copies it.
         QVERIFY(fixture.window.loadSpeciesFile(file));
         QCOMPARE(fixture.field(nameField)->cleanedHtml(), QStringLiteral("water"));
@@ -535,8 +600,8 @@ private slots:
                                 "Source", "Resolution", "Normalization", "E", "I"})
             spectrum += "\"" + QByteArray(key) + "\": " + json + ",";
         writeFile(file, "{\"Type\": \"Species v1\", \"Species\": {" + species
-                            + "\"x\": 1}, \"Dataset1\": {" + spectrum + "\"x\": 1}, \"Dataset2\": "
-                            + json + "}");
+                            + "\"x\": 1}, \"Dataset1\": {" + spectrum
+                            + "\"x\": 1}, \"Dataset2\": " + json + "}");
         QVERIFY(fixture.window.loadSpeciesFile(file));
         QCOMPARE(fixture.spectra().size(), 2);
         QVERIFY(!fixture.isModified());

@@ -253,8 +253,8 @@ private slots:
     {
         MainWindowFixture fixture;
         fixture.trigger(QStringLiteral("actionNew"));
-        auto *field = MainWindowFixture::field(fixture.spectra().value(0),
-                                               QStringLiteral("lineEditTitle"));
+        auto *field =
+            MainWindowFixture::field(fixture.spectra().value(0), QStringLiteral("lineEditTitle"));
         field->setFocus();
         QTest::keyClicks(field, QStringLiteral("PES of water"));
         fixture.trigger(QStringLiteral("actionCopy"));

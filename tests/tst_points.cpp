@@ -26,8 +26,8 @@ using Resampled = std::variant<QList<QPointF>, ResampleError>;
 // Equal to the last bit, signs of zeros included; all NaNs are one.
 bool same(double left, double right)
 {
-    return std::bit_cast<std::uint64_t>(left) == std::bit_cast<std::uint64_t>(right) ||
-           (std::isnan(left) && std::isnan(right));
+    return std::bit_cast<std::uint64_t>(left) == std::bit_cast<std::uint64_t>(right)
+           || (std::isnan(left) && std::isnan(right));
 }
 
 bool same(const QPointF &left, const QPointF &right)
@@ -59,8 +59,8 @@ QByteArray text(const QList<QPointF> &points)
 {
     QByteArray result;
     for (const QPointF &point : points)
-        result += '(' + QByteArray::number(point.x(), 'g', 17) + ", " +
-                  QByteArray::number(point.y(), 'g', 17) + ") ";
+        result += '(' + QByteArray::number(point.x(), 'g', 17) + ", "
+                  + QByteArray::number(point.y(), 'g', 17) + ") ";
     return result;
 }
 
@@ -181,9 +181,8 @@ QString randomToken(QRandomGenerator &random)
     static const QStringList troublesome = troublesomeTokens();
     static const QString plain = QStringLiteral("00112233445566778899..--++eEeE");
     static const QString strange =
-        QStringLiteral(
-            "0123456789.-+eExXpPinfatyNAIF'_\u00A0\u0661\uFF11\u0085\u2028\u066B\u2212") +
-        QChar() + QChar(0xD800) + QChar(0xDFFF);
+        QStringLiteral("0123456789.-+eExXpPinfatyNAIF'_\u00A0\u0661\uFF11\u0085\u2028\u066B\u2212")
+        + QChar() + QChar(0xD800) + QChar(0xDFFF);
     switch (random.bounded(6)) {
     case 0:
     case 1:
@@ -285,8 +284,8 @@ private slots:
         row("halfway between two doubles", QStringLiteral("9007199254740993 9007199254740995"),
             9007199254740992.0, 9007199254740996.0);
         row("more digits than a double holds",
-            QStringLiteral("0.1000000000000000055511151231257827021181583404541015625 ") +
-                QString(400, QLatin1Char('0')) + QLatin1Char('3'),
+            QStringLiteral("0.1000000000000000055511151231257827021181583404541015625 ")
+                + QString(400, QLatin1Char('0')) + QLatin1Char('3'),
             0.1, 3);
     }
 
@@ -433,7 +432,8 @@ private slots:
                                    QStringLiteral("-0.0000 1000000000000000000000.00"),
                                    QStringLiteral("nan inf")};
         QCOMPARE(fixedPointLines(points, 4, 2), expected);
-        QCOMPARE(fixedPointLines({{10.0006, 0.26}}, 3, 1), QStringList{QStringLiteral("10.001 0.3")});
+        QCOMPARE(fixedPointLines({{10.0006, 0.26}}, 3, 1),
+                 QStringList{QStringLiteral("10.001 0.3")});
         QCOMPARE(fixedPointLines({}, 4, 2), QStringList());
     }
 

@@ -10,8 +10,8 @@
 
 #include <algorithm>
 
-// The files of a folder in natural order. Run under several locales: the collator of the C locales does
-// not know numbers, and the order must be natural there too.
+// The files of a folder in natural order. Run under several locales: the collator of the C locales
+// does not know numbers, and the order must be natural there too.
 class TestSpeciesFolder : public QObject
 {
     Q_OBJECT

@@ -187,10 +187,10 @@ private slots:
         const Fixture f(fullSpectrum(type));
         const QJsonObject written = f.model.toJson();
         QStringList keys =
-            keysOf(SpectrumKind::Any) +
-            keysOf(simulation ? SpectrumKind::Simulation : SpectrumKind::Experiment) +
-            QStringList{QStringLiteral("SpectType"), QStringLiteral("LineSpectrum"),
-                        QStringLiteral("E"), QStringLiteral("I")};
+            keysOf(SpectrumKind::Any)
+            + keysOf(simulation ? SpectrumKind::Simulation : SpectrumKind::Experiment)
+            + QStringList{QStringLiteral("SpectType"), QStringLiteral("LineSpectrum"),
+                          QStringLiteral("E"), QStringLiteral("I")};
         keys.sort();
         QCOMPARE(keys.size(), 15);
         QCOMPARE(written.keys(), keys);
@@ -242,8 +242,8 @@ private slots:
         f.model.loadFromJson({});
         const QJsonObject written = f.model.toJson();
         for (const QJsonValue &value : written) {
-            QVERIFY2(value == QJsonValue(QString()) || value == QJsonValue(0) ||
-                         value == QJsonValue(false) || value == QJsonValue(QJsonArray()),
+            QVERIFY2(value == QJsonValue(QString()) || value == QJsonValue(0)
+                         || value == QJsonValue(false) || value == QJsonValue(QJsonArray()),
                      qPrintable(value.toVariant().toString()));
         }
         QCOMPARE(f.editor.toPlainText(), QString());
@@ -363,11 +363,21 @@ private slots:
         QCOMPARE(f.model.getXYVectors(), (Points{{1, 0}, {0, 5}, {0, 0}}));
     }
 
+    void arraysOfDifferentLengthsLoadNoPointsWithoutAMessage_data()
+    {
+        QTest::addColumn<QByteArray>("spectrum");
+        QTest::newRow("more energies") << QByteArray(R"({"E": [1, 2], "I": [3]})");
+        QTest::newRow("more intensities") << QByteArray(R"({"E": [1], "I": [3, 4]})");
+        QTest::newRow("no energies") << QByteArray(R"({"E": [], "I": [3]})");
+        QTest::newRow("a missing array") << QByteArray(R"({"E": [1, 2]})");
+    }
+
     void arraysOfDifferentLengthsLoadNoPointsWithoutAMessage()
     {
+        QFETCH(QByteArray, spectrum);
         const Dialogs none;
         Fixture f(withPoints({{1, 1}}));
-        f.model.loadFromJson(json(R"({"E": [1, 2], "I": [3]})"));
+        f.model.loadFromJson(json(spectrum.constData()));
         QCOMPARE(f.editor.toPlainText(), QString());
         QCOMPARE(f.model.getXYVectors(), Points());
         QCOMPARE(none.boxes.size(), 0);

@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/cleantextedit.h"
 
+#include <QImage>
+#include <QRegularExpression>
+#include <QSet>
 #include <QTextBlock>
+#include <QTextCharFormat>
 #include <QTextDocument>
 #include <QTextFragment>
 #include <QUrl>
 #include <QVariant>
+
+#include <algorithm>
 
 namespace
 {
@@ -28,11 +34,62 @@ QString markupOf(const QTextFragment &fragment)
 {
     const int alignment = fragment.charFormat().intProperty(QTextFormat::TextVerticalAlignment);
     QString text = fragment.text();
+    text.remove(QChar::ObjectReplacementCharacter); // stands for a picture
     text.replace(QChar::LineSeparator, QLatin1Char('\n'));
     QStringList parts = text.split(QLatin1Char('\n'));
     for (QString &part : parts)
         part = wrapped(part, alignment);
     return parts.join(lineBreakTag);
+}
+
+// The name of the tag at the start of text, in lower case, with "/" in front if it closes.
+QString tagName(QStringView tag)
+{
+    const auto end = std::find_if_not(tag.begin() + 1, tag.end(), [](QChar c) {
+        return c == QLatin1Char('/') || c.isLetterOrNumber();
+    });
+    return QStringView(tag.begin() + 1, end).toString().toLower();
+}
+
+// Whether tags are nested so deeply that laying them out would take very long or overflow the
+// stack: the toolkit's time doubles with each nested table and grows with the square of other
+// nesting.
+bool isTooDeep(const QString &html)
+{
+    constexpr int mostTables = 4;
+    constexpr int mostTags = 200;
+    static const QSet<QString> neverClosed{
+        QStringLiteral("br"), QStringLiteral("p"),   QStringLiteral("li"),  QStringLiteral("dt"),
+        QStringLiteral("dd"), QStringLiteral("tr"),  QStringLiteral("td"),  QStringLiteral("th"),
+        QStringLiteral("hr"), QStringLiteral("img"), QStringLiteral("meta")};
+    int tables = 0;
+    int tags = 0;
+    for (qsizetype at = html.indexOf(QLatin1Char('<')); at >= 0;) {
+        const qsizetype end = html.indexOf(QLatin1Char('>'), at);
+        if (end < 0)
+            break;
+        const QString name = tagName(QStringView(html).sliced(at, end - at));
+        const bool closes = name.startsWith(QLatin1Char('/'));
+        const int change = closes ? -1 : 1;
+        if (name.endsWith(QLatin1String("table")))
+            tables = std::max(0, tables + change);
+        if (!neverClosed.contains(closes ? name.sliced(1) : name))
+            tags = std::max(0, tags + change);
+        if (tables > mostTables || tags > mostTags)
+            return true;
+        at = html.indexOf(QLatin1Char('<'), end);
+    }
+    return false;
+}
+
+// The markup as it stands, or, where it is nested beyond reason, without any tag but line breaks.
+QString tamed(const QString &html)
+{
+    if (!isTooDeep(html))
+        return html;
+    static const QRegularExpression tags(QStringLiteral("<(?!br\\b)[^>]*>"));
+    const qsizetype end = html.lastIndexOf(QLatin1Char('>')) + 1;
+    return html.first(end).remove(tags) + html.sliced(end);
 }
 
 } // namespace
@@ -51,7 +108,7 @@ QString CleanTextEdit::cleanedHtml() const
 
 void CleanTextEdit::setCleanedHtml(const QString &html)
 {
-    setHtml(html);
+    setHtml(tamed(html));
 }
 
 QString CleanTextEdit::extractAllowedHtmlFromDocument(QTextDocument *document) const
@@ -76,9 +133,14 @@ QSize CleanTextEdit::minimumSizeHint() const
     return {QTextEdit::minimumSizeHint().width(), 2 * fontMetrics().lineSpacing() + margins};
 }
 
-QVariant CleanTextEdit::loadResource(int /*type*/, const QUrl & /*name*/)
+QVariant CleanTextEdit::loadResource(int type, const QUrl & /*name*/)
 {
-    return {};
+    // Not nothing at all, for which the document would look by itself.
+    if (type != QTextDocument::ImageResource)
+        return QString(QLatin1String(""));
+    QImage transparent(1, 1, QImage::Format_ARGB32);
+    transparent.fill(Qt::transparent);
+    return transparent;
 }
 
 void CleanTextEdit::onTextChanged()

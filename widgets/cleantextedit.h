@@ -3,26 +3,26 @@
 
 #include <QTextEdit>
 
-// A multi-line rich-text editor whose content is restricted markup: plain characters and the tags sub,
-// sup and br, nothing else. Data mappers bind its property "cleanedHtml". Text is not escaped, neither
-// written nor read: a typed "<" is markup when the string is set again. Markup never makes it load
-// anything from the disk or the network.
+// A multi-line rich-text editor whose content is restricted markup: plain characters and the tags
+// sub, sup and br, nothing else. Data mappers bind its property "cleanedHtml". Text is not escaped,
+// neither written nor read: a typed "<" is markup when the string is set again. Markup never makes
+// it load anything from the disk or the network.
 class CleanTextEdit : public QTextEdit
 {
     Q_OBJECT
-    Q_PROPERTY(
-        QString cleanedHtml READ cleanedHtml WRITE setCleanedHtml NOTIFY cleanedHtmlChanged)
+    Q_PROPERTY(QString cleanedHtml READ cleanedHtml WRITE setCleanedHtml NOTIFY cleanedHtmlChanged)
 
 public:
     explicit CleanTextEdit(QWidget *parent = nullptr);
 
     // The content as restricted markup; blocks and soft line breaks alike are written "<br>".
     [[nodiscard]] QString cleanedHtml() const;
-    // Replaces the content and starts a fresh undo history. The toolkit parses html as it can.
+    // Replaces the content and starts a fresh undo history. The toolkit parses html as it can; of
+    // markup that is nested beyond reason only text and line breaks are taken.
     void setCleanedHtml(const QString &html);
 
-    // The restricted markup of any document: every fragment in the pair of tags of its own alignment,
-    // neighbours not merged, all other formatting dropped.
+    // The restricted markup of any document: every fragment in the pair of tags of its own
+    // alignment, neighbours not merged, all other formatting dropped.
     [[nodiscard]] QString extractAllowedHtmlFromDocument(QTextDocument *document) const;
 
     // Two lines high: a form of many fields has to fit on a small laptop's screen.

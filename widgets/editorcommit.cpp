@@ -5,51 +5,8 @@
 #include <QDataWidgetMapper>
 #include <QGuiApplication>
 #include <QInputMethod>
-#include <QScrollBar>
-#include <QTextCursor>
 #include <QTextDocument>
 #include <QTextEdit>
-
-#include <algorithm>
-
-namespace
-{
-
-// Puts cursor, selection and scroll position back: after a write to the model the mapper fills the
-// editor afresh, with the cursor at its start.
-class ViewKeeper
-{
-    Q_DISABLE_COPY_MOVE(ViewKeeper)
-
-public:
-    explicit ViewKeeper(QTextEdit *editor)
-        : m_editor(editor), m_anchor(editor->textCursor().anchor()),
-          m_position(editor->textCursor().position()),
-          m_horizontal(editor->horizontalScrollBar()->value()),
-          m_vertical(editor->verticalScrollBar()->value())
-    {
-    }
-
-    ~ViewKeeper()
-    {
-        const int last = m_editor->document()->characterCount() - 1;
-        QTextCursor cursor = m_editor->textCursor();
-        cursor.setPosition(std::min(m_anchor, last));
-        cursor.setPosition(std::min(m_position, last), QTextCursor::KeepAnchor);
-        m_editor->setTextCursor(cursor);
-        m_editor->horizontalScrollBar()->setValue(m_horizontal);
-        m_editor->verticalScrollBar()->setValue(m_vertical);
-    }
-
-private:
-    QTextEdit *m_editor;
-    int m_anchor;
-    int m_position;
-    int m_horizontal;
-    int m_vertical;
-};
-
-} // namespace
 
 void commitFocusedEditor(QDataWidgetMapper *mapper, const QWidget *form)
 {
@@ -62,9 +19,14 @@ void commitFocusedEditor(QDataWidgetMapper *mapper, const QWidget *form)
     if (!editor->document()->isModified())
         return;
 
-    const ViewKeeper keeper(editor);
     QAbstractItemModel *model = mapper->model();
     const QModelIndex index = model->index(mapper->currentIndex(), column, mapper->rootIndex());
-    model->setData(index, editor->property(mapper->mappedPropertyName(editor).constData()),
-                   Qt::EditRole);
+    const QByteArray property = mapper->mappedPropertyName(editor);
+    // Unmapped meanwhile, so that the mapper does not fill the editor afresh: that would move the
+    // cursor, end the undo history and, in the middle of typing, drop blanks and what looks like
+    // markup so far.
+    mapper->removeMapping(editor);
+    model->setData(index, editor->property(property.constData()), Qt::EditRole);
+    mapper->addMapping(editor, column, property);
+    editor->document()->setModified(false);
 }

@@ -8,8 +8,8 @@
 
 SingleLineTextEdit::SingleLineTextEdit(QWidget *parent) : CleanTextEdit(parent)
 {
-    // Rich text is taken so that the clipboard's text form is offered whatever it holds; only that text
-    // is inserted.
+    // Rich text is taken so that the clipboard's text form is offered whatever it holds; only that
+    // text is inserted.
     setAcceptRichText(true);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

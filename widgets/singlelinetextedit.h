@@ -4,8 +4,9 @@
 #include "widgets/cleantextedit.h"
 
 // A CleanTextEdit for one line: Return goes to the parent widget, what is pasted or dropped becomes
-// plain text on one line in the format at the cursor. Its height is that of its document plus 5 pixels,
-// taken anew after key presses and insertions only; content that is set from outside leaves it alone.
+// plain text on one line in the format at the cursor. Its height is that of its document plus 5
+// pixels, taken anew after key presses and insertions only; content that is set from outside leaves
+// it alone.
 class SingleLineTextEdit : public CleanTextEdit
 {
     Q_OBJECT

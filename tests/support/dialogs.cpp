@@ -67,8 +67,8 @@ Dialogs &Dialogs::handle(std::function<void(QWidget *)> answer)
 
 void Dialogs::answerNext()
 {
-    // A timer of its own each time: one that is being delivered does not fire again for a dialog that
-    // comes up meanwhile.
+    // A timer of its own each time: one that is being delivered does not fire again for a dialog
+    // that comes up meanwhile.
     QTimer::singleShot(5ms, this, &Dialogs::answerNext);
     QWidget *widget = QApplication::activeModalWidget();
     if (!widget || !widget->isVisible())
@@ -102,6 +102,5 @@ void Dialogs::note(QFileDialog *dialog)
     fileDialogTitles.append(dialog->windowTitle());
     fileDialogFolders.append(dialog->directory().absolutePath());
     fileDialogFilters.append(dialog->nameFilters().join(QLatin1String(";;")));
-    fileDialogNames.append(
-        dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->text());
+    fileDialogNames.append(dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->text());
 }

@@ -23,9 +23,9 @@ struct SeenBox {
     QWidget *parent;
 };
 
-// Answers the modal dialogs that come up while it lives, in the order in which the answers were given,
-// and keeps what they showed. A dialog without an answer fails the test and is closed; so does, at the
-// end, an answer that no dialog asked for.
+// Answers the modal dialogs that come up while it lives, in the order in which the answers were
+// given, and keeps what they showed. A dialog without an answer fails the test and is closed; so
+// does, at the end, an answer that no dialog asked for.
 class Dialogs : public QObject
 {
     Q_OBJECT

@@ -13,14 +13,13 @@ HttpsService::HttpsService(const QString &host, const QString &folder)
     const QString key = QDir(folder).filePath(QStringLiteral("key.pem"));
     const QString certificate = QDir(folder).filePath(QStringLiteral("certificate.pem"));
     QProcess openssl;
-    openssl.start(
-        QStringLiteral("openssl"),
-        {QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"),
-         QStringLiteral("rsa:2048"), QStringLiteral("-nodes"), QStringLiteral("-batch"),
-         QStringLiteral("-days"), QStringLiteral("2"), QStringLiteral("-subj"),
-         QStringLiteral("/CN=") + host, QStringLiteral("-addext"),
-         QStringLiteral("subjectAltName=DNS:") + host, QStringLiteral("-keyout"), key,
-         QStringLiteral("-out"), certificate});
+    openssl.start(QStringLiteral("openssl"),
+                  {QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"),
+                   QStringLiteral("rsa:2048"), QStringLiteral("-nodes"), QStringLiteral("-batch"),
+                   QStringLiteral("-days"), QStringLiteral("2"), QStringLiteral("-subj"),
+                   QStringLiteral("/CN=") + host, QStringLiteral("-addext"),
+                   QStringLiteral("subjectAltName=DNS:") + host, QStringLiteral("-keyout"), key,
+                   QStringLiteral("-out"), certificate});
     if (!openssl.waitForFinished() || openssl.exitCode() != 0)
         QTest::qFail("openssl cannot make a certificate", __FILE__, __LINE__);
     m_certificate = QSslCertificate(fileBytes(certificate));
@@ -38,9 +37,9 @@ HttpsService::Answer HttpsService::response(const QByteArray &status, const QByt
                                             const QByteArray &headers)
 {
     return [=](QSslSocket *socket) {
-        socket->write("HTTP/1.1 " + status + "\r\nContent-Length: "
-                      + QByteArray::number(body.size()) + "\r\nConnection: close\r\n" + headers
-                      + "\r\n" + body);
+        socket->write("HTTP/1.1 " + status
+                      + "\r\nContent-Length: " + QByteArray::number(body.size())
+                      + "\r\nConnection: close\r\n" + headers + "\r\n" + body);
         socket->disconnectFromHost();
     };
 }

@@ -11,9 +11,9 @@
 
 class QSslSocket;
 
-// A real HTTPS server for any host, reached as the proxy of a network access manager: the client asks it
-// for a tunnel to the host and then speaks TLS to it, checking the certificate for that host. Lives on
-// the loopback address.
+// A real HTTPS server for any host, reached as the proxy of a network access manager: the client
+// asks it for a tunnel to the host and then speaks TLS to it, checking the certificate for that
+// host. Lives on the loopback address.
 class HttpsService : public QTcpServer
 {
     Q_OBJECT

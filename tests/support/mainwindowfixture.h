@@ -14,8 +14,8 @@ class QMdiSubWindow;
 class QPlainTextEdit;
 class SpectrumWindow;
 
-// A main window that is shown and active, and a folder for its files. Reaches everything by object name,
-// as a user reaches it by sight.
+// A main window that is shown and active, and a folder for its files. Reaches everything by object
+// name, as a user reaches it by sight.
 class MainWindowFixture
 {
 public:
@@ -25,7 +25,8 @@ public:
     [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
     [[nodiscard]] QString folder() const { return QDir(m_folder.path()).absolutePath(); }
 
-    template <typename T> [[nodiscard]] T *find(const QString &name) const
+    template <typename T>
+    [[nodiscard]] T *find(const QString &name) const
     {
         T *object = window.findChild<T *>(name);
         Q_ASSERT_X(object, "find", qPrintable(name));
@@ -56,6 +57,6 @@ private:
 // A species file's object with a name and spectra of these titles, two points each.
 [[nodiscard]] QJsonObject speciesFileWith(const QString &name, const QStringList &titles = {});
 
-// Lets a widget see files being dragged over it and dropped, as the toolkit delivers it: to the widget,
-// or to the nearest one around it that takes drops. Returns whether the drag was accepted.
+// Lets a widget see files being dragged over it and dropped, as the toolkit delivers it: to the
+// widget, or to the nearest one around it that takes drops. Returns whether the drag was accepted.
 bool dropFiles(QWidget *target, const QStringList &paths);

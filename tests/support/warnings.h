@@ -4,7 +4,8 @@
 #include <QRegularExpression>
 #include <QTest>
 
-// For init(): any warning fails the test, but those in which the offscreen platform says what it lacks.
+// For init(): any warning fails the test, but those in which the offscreen platform says what it
+// lacks.
 inline void failOnWarnings()
 {
     QTest::failOnWarning(QRegularExpression(QStringLiteral("^(?!This plugin does not support )")));

@@ -1,0 +1,22 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Tests that use the built program as a person does, on a display of their own.
+
+# Another program, from which files are dragged.
+add_executable(dragsource gui/dragsource.cpp)
+target_link_libraries(dragsource PRIVATE Qt6::Widgets zoravel_options)
+
+# zoravel_use_test(<name> [<argument>...]): the script gui/<name>, which is given the program and these.
+function(zoravel_use_test name)
+    add_test(NAME ${name}
+        COMMAND ${CMAKE_CURRENT_LIST_DIR}/gui/${name} $<TARGET_FILE:zoravel-entry-edit> ${ARGN})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600 RUN_SERIAL TRUE)
+    zoravel_test_environment(${name})
+endfunction()
+
+zoravel_use_test(end_to_end)
+zoravel_use_test(drop_files $<TARGET_FILE:dragsource>)
+zoravel_use_test(close_and_save)
+zoravel_use_test(scale_in_environment)
+zoravel_use_test(collection_work)
+zoravel_use_test(missing_argument)
+zoravel_use_test(focus_returns)

@@ -1,0 +1,356 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/warnings.h"
+#include "widgets/cleantextedit.h"
+#include "widgets/editorcommit.h"
+
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QDataWidgetMapper>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QTest>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// Two rows of three columns; can refuse or change what is written.
+class Model : public QStandardItemModel
+{
+public:
+    using QStandardItemModel::QStandardItemModel;
+
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override
+    {
+        ++writes;
+        if (refuses)
+            return false;
+        return QStandardItemModel::setData(index, value.toString().left(longest), role);
+    }
+
+    int writes = 0;
+    bool refuses = false;
+    int longest = 1'000'000;
+};
+
+enum class Shown { No, Yes };
+
+// Two mapped editors and one that is not, in a window that is shown and active. The cells of the
+// first row are "first", "second" and the number 12.5, the last one without an editor.
+struct Fixture {
+    Model model{2, 3};
+    QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::QtTest};
+    QWidget window;
+    CleanTextEdit *first = new CleanTextEdit(&window);
+    CleanTextEdit *second = new CleanTextEdit(&window);
+    CleanTextEdit *unmapped = new CleanTextEdit(&window);
+    QLineEdit *line = new QLineEdit(&window);
+    QDataWidgetMapper mapper;
+
+    explicit Fixture(Shown shown = Shown::Yes)
+    {
+        auto *layout = new QVBoxLayout(&window);
+        for (QWidget *widget : {static_cast<QWidget *>(first), static_cast<QWidget *>(second),
+                                static_cast<QWidget *>(unmapped), static_cast<QWidget *>(line)})
+            layout->addWidget(widget);
+        model.setItem(0, 0, new QStandardItem(u"first"_s));
+        model.setItem(0, 1, new QStandardItem(u"second"_s));
+        model.setItem(1, 0, new QStandardItem(u"other row"_s));
+        mapper.setModel(&model);
+        mapper.addMapping(first, 0, "cleanedHtml");
+        mapper.addMapping(second, 1, "cleanedHtml");
+        mapper.toFirst();
+        window.resize(300, 400);
+        if (shown == Shown::Yes) {
+            window.show();
+            window.activateWindow();
+            if (!QTest::qWaitForWindowActive(&window))
+                QTest::qFail("the window does not become active", __FILE__, __LINE__);
+        }
+        first->setFocus();
+    }
+
+    void commit() { commitFocusedEditor(&mapper, &window); }
+    [[nodiscard]] QVariant value(int column, int row = 0) const
+    {
+        return model.data(model.index(row, column));
+    }
+};
+
+void select(QTextEdit *editor, int anchor, int position)
+{
+    QTextCursor cursor = editor->textCursor();
+    cursor.setPosition(anchor);
+    cursor.setPosition(position, QTextCursor::KeepAnchor);
+    editor->setTextCursor(cursor);
+}
+
+} // namespace
+
+class TestEditorCommit : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { failOnWarnings(); }
+
+    void whatWasTypedIsWrittenOnce()
+    {
+        Fixture f;
+        const QSignalSpy changes(&f.model, &QAbstractItemModel::dataChanged);
+        QTest::keyClicks(f.first, u"my "_s);
+        QCOMPARE(f.value(0), QVariant(u"first"_s));
+        f.commit();
+        QCOMPARE(f.value(0), QVariant(u"my first"_s));
+        QCOMPARE(f.first->cleanedHtml(), u"my first"_s);
+        QCOMPARE(changes.count(), 1);
+        QCOMPARE(changes.at(0).at(0).toModelIndex(), f.model.index(0, 0));
+        f.commit();
+        QCOMPARE(f.model.writes, 1);
+    }
+
+    void markupIsWritten()
+    {
+        Fixture f;
+        QTextCharFormat low;
+        low.setVerticalAlignment(QTextCharFormat::AlignSubScript);
+        f.first->moveCursor(QTextCursor::End);
+        f.first->mergeCurrentCharFormat(low);
+        QTest::keyClicks(f.first, u"2"_s);
+        f.commit();
+        QCOMPARE(f.value(0), QVariant(u"first<sub>2</sub>"_s));
+        QCOMPARE(f.first->cleanedHtml(), u"first<sub>2</sub>"_s);
+    }
+
+    void anythingInTheWindowStandsForIt()
+    {
+        Fixture f;
+        QTest::keyClicks(f.first, u"my "_s);
+        commitFocusedEditor(&f.mapper, f.second);
+        QCOMPARE(f.value(0), QVariant(u"my first"_s));
+    }
+
+    void theFocusStays()
+    {
+        Fixture f;
+        QTest::keyClicks(f.first, u"my "_s);
+        f.commit();
+        QCOMPARE(f.model.writes, 1);
+        QCOMPARE(QApplication::focusWidget(), f.first);
+        QTest::keyClicks(f.first, u"very "_s);
+        QCOMPARE(f.first->cleanedHtml(), u"my very first"_s);
+        f.commit();
+        QCOMPARE(f.value(0), QVariant(u"my very first"_s));
+    }
+
+    void cursorAndSelectionStay_data()
+    {
+        QTest::addColumn<int>("anchor");
+        QTest::addColumn<int>("position");
+        QTest::newRow("start") << 0 << 0;
+        QTest::newRow("inside") << 3 << 3;
+        QTest::newRow("end") << 6 << 6;
+        QTest::newRow("selection") << 1 << 4;
+        QTest::newRow("selection backwards") << 4 << 1;
+        QTest::newRow("everything") << 0 << 6;
+        QTest::newRow("everything backwards") << 6 << 0;
+    }
+    void cursorAndSelectionStay()
+    {
+        QFETCH(int, anchor);
+        QFETCH(int, position);
+        Fixture f;
+        QTest::keyClicks(f.first, u"x"_s);
+        select(f.first, anchor, position);
+        f.commit();
+        QCOMPARE(f.value(0), QVariant(u"xfirst"_s));
+        QCOMPARE(f.first->textCursor().anchor(), anchor);
+        QCOMPARE(f.first->textCursor().position(), position);
+    }
+
+    void theScrollPositionStays()
+    {
+        Fixture f;
+        f.first->setLineWrapMode(QTextEdit::NoWrap);
+        f.model.setData(f.model.index(0, 0),
+                        QString(u"word "_s.repeated(200) + u"<br>line"_s.repeated(200)),
+                        Qt::EditRole);
+        f.model.writes = 0;
+        QTest::keyClicks(f.first, u"x"_s);
+        f.first->verticalScrollBar()->setValue(57);
+        f.first->horizontalScrollBar()->setValue(43);
+        QCOMPARE(f.first->verticalScrollBar()->value(), 57);
+        f.commit();
+        QCOMPARE(f.model.writes, 1);
+        QCOMPARE(f.first->verticalScrollBar()->value(), 57);
+        QCOMPARE(f.first->horizontalScrollBar()->value(), 43);
+    }
+
+    void theEditorKeepsItsTextAndSelectionWhereTheModelStoresAnother()
+    {
+        Fixture f;
+        f.model.longest = 3;
+        QTest::keyClicks(f.first, u"x"_s);
+        select(f.first, 2, 6);
+        f.commit();
+        QCOMPARE(f.value(0), QVariant(u"xfi"_s));
+        QCOMPARE(f.first->cleanedHtml(), u"xfirst"_s);
+        QCOMPARE(f.first->textCursor().anchor(), 2);
+        QCOMPARE(f.first->textCursor().position(), 6);
+    }
+
+    void aTextThatTheModelRefusesStaysInTheEditor()
+    {
+        Fixture f;
+        f.model.refuses = true;
+        QTest::keyClicks(f.first, u"my "_s);
+        f.commit();
+        QCOMPARE(f.model.writes, 1);
+        QCOMPARE(f.value(0), QVariant(u"first"_s));
+        QCOMPARE(f.first->cleanedHtml(), u"my first"_s);
+        QCOMPARE(f.first->textCursor().position(), 3);
+    }
+
+    void anUntouchedEditorIsNotWritten()
+    {
+        Fixture f;
+        select(f.first, 1, 3);
+        f.commit();
+        QCOMPARE(f.model.writes, 0);
+        QCOMPARE(f.first->textCursor().selectedText(), u"ir"_s);
+    }
+
+    void whatWasTypedAndUndoneIsNotWritten()
+    {
+        Fixture f;
+        QTest::keyClicks(f.first, u"x"_s);
+        f.first->undo();
+        QCOMPARE(f.first->cleanedHtml(), u"first"_s);
+        f.commit();
+        QCOMPARE(f.model.writes, 0);
+    }
+
+    void aNumberThatIsShownOnlyStaysANumber()
+    {
+        QStandardItemModel model(1, 1);
+        model.setData(model.index(0, 0), 12.5);
+        const QAbstractItemModelTester tester(
+            &model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        CleanTextEdit editor;
+        QDataWidgetMapper mapper;
+        mapper.setModel(&model);
+        mapper.addMapping(&editor, 0, "cleanedHtml");
+        mapper.toFirst();
+        editor.show();
+        editor.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&editor));
+        editor.setFocus();
+        QCOMPARE(editor.cleanedHtml(), u"12.5"_s);
+
+        commitFocusedEditor(&mapper, &editor);
+        QCOMPARE(model.data(model.index(0, 0)).metaType(), QMetaType::fromType<double>());
+        QTest::keyClicks(&editor, u"1"_s);
+        commitFocusedEditor(&mapper, &editor);
+        QCOMPARE(model.data(model.index(0, 0)), QVariant(u"112.5"_s));
+    }
+
+    void otherEditorsAreLeftAlone()
+    {
+        Fixture f;
+        f.second->insertPlainText(u"not yet "_s);
+        QTest::keyClicks(f.first, u"my "_s);
+        QVERIFY(f.second->document()->isModified());
+        f.commit();
+        QCOMPARE(f.model.writes, 1);
+        QCOMPARE(f.value(0), QVariant(u"my first"_s));
+        QCOMPARE(f.value(1), QVariant(u"second"_s));
+    }
+
+    void nothingIsWrittenWhereAnotherWidgetHasTheFocus_data()
+    {
+        QTest::addColumn<bool>("richText");
+        QTest::newRow("an editor that is not mapped") << true;
+        QTest::newRow("another kind of widget") << false;
+    }
+    void nothingIsWrittenWhereAnotherWidgetHasTheFocus()
+    {
+        QFETCH(bool, richText);
+        Fixture f;
+        QWidget *other = richText ? static_cast<QWidget *>(f.unmapped) : f.line;
+        other->setFocus();
+        QTest::keyClicks(other, u"x"_s);
+        f.first->insertPlainText(u"not yet "_s);
+        f.model.writes = 0;
+        f.commit();
+        QCOMPARE(f.model.writes, 0);
+        QCOMPARE(f.value(0), QVariant(u"first"_s));
+        QCOMPARE(f.first->cleanedHtml(), u"not yet first"_s);
+        QCOMPARE(QApplication::focusWidget(), other);
+    }
+
+    void nothingIsWrittenWhereNothingHasTheFocus()
+    {
+        Fixture f;
+        f.first->clearFocus();
+        f.first->insertPlainText(u"not yet "_s);
+        f.model.writes = 0;
+        QCOMPARE(f.window.focusWidget(), nullptr);
+        f.commit();
+        QCOMPARE(f.model.writes, 0);
+    }
+
+    void anEditorOfAnotherMapperIsNotWritten()
+    {
+        Fixture f;
+        Model otherModel(1, 1);
+        QDataWidgetMapper otherMapper;
+        otherMapper.setModel(&otherModel);
+        otherMapper.addMapping(f.unmapped, 0, "cleanedHtml");
+        otherMapper.toFirst();
+        QTest::keyClicks(f.first, u"my "_s);
+        commitFocusedEditor(&otherMapper, &f.window);
+        QCOMPARE(otherModel.writes, 0);
+        QCOMPARE(f.model.writes, 0);
+    }
+
+    void theFocusOfAWindowThatIsNotActiveCounts()
+    {
+        Fixture f(Shown::No);
+        QVERIFY(!f.window.isActiveWindow());
+        f.first->insertPlainText(u"my "_s);
+        f.commit();
+        QCOMPARE(f.model.writes, 1);
+        QCOMPARE(f.value(0), QVariant(u"my first"_s));
+        QVERIFY(!f.window.isActiveWindow());
+    }
+
+    void theRowThatTheMapperShowsIsWritten()
+    {
+        Fixture f;
+        f.mapper.setCurrentIndex(1);
+        QCOMPARE(f.first->cleanedHtml(), u"other row"_s);
+        QTest::keyClicks(f.first, u"my "_s);
+        f.commit();
+        QCOMPARE(f.value(0, 1), QVariant(u"my other row"_s));
+        QCOMPARE(f.value(0), QVariant(u"first"_s));
+    }
+
+    void hugeTextsAreWritten()
+    {
+        Fixture f;
+        const QString text = u"α<sub>2</sub>🧪<br>"_s.repeated(5'000);
+        f.model.setData(f.model.index(0, 0), text, Qt::EditRole);
+        QTest::keyClicks(f.first, u"x"_s);
+        f.commit();
+        QCOMPARE(f.value(0), QVariant(u'x' + text));
+    }
+};
+
+QTEST_MAIN(TestEditorCommit)
+#include "tst_editorcommit.moc"
