@@ -173,12 +173,21 @@ void MainWindow::dragEnterEvent(QDragEnterEvent *event)
         event->acceptProposedAction();
 }
 
+// The last answer to a move is what X11 tells the source as the action that was carried out. It
+// must never be a move, after which the file manager would delete the file.
+void MainWindow::dragMoveEvent(QDragMoveEvent *event)
+{
+    if (droppedSpeciesFile(event->mimeData()).isEmpty())
+        return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
 void MainWindow::dropEvent(QDropEvent *event)
 {
     const QString path = droppedSpeciesFile(event->mimeData());
     if (path.isEmpty())
         return;
-    // Never a move, after which the file manager would delete the file.
     event->setDropAction(Qt::CopyAction);
     event->accept();
     if (!promptToSaveChanges())
@@ -194,6 +203,8 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::DragEnter)
         dragEnterEvent(static_cast<QDragEnterEvent *>(event));
+    else if (event->type() == QEvent::DragMove)
+        dragMoveEvent(static_cast<QDragMoveEvent *>(event));
     else if (event->type() == QEvent::Drop)
         dropEvent(static_cast<QDropEvent *>(event));
     else

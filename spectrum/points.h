@@ -10,9 +10,9 @@
 #include <optional>
 #include <variant>
 
-// The points of a spectrum as text and as numbers. A point is x, the photon energy in eV, and y, the
-// intensity in arbitrary units; its text is one line of two C-locale numbers between runs of commas,
-// semicolons and white space.
+// The points of a spectrum as text and as numbers. A point is x, the photon energy in eV, and y,
+// the intensity in arbitrary units; its text is one line of two C-locale numbers between runs of
+// commas, semicolons and white space.
 
 // The lines of a point text that are not empty; lines of blanks stay.
 [[nodiscard]] QStringList splitPointLines(const QString &text);
@@ -30,8 +30,8 @@
 [[nodiscard]] QStringList fixedPointLines(const QList<QPointF> &points, int energyDecimals,
                                           int intensityDecimals);
 
-// The points scaled so that the largest intensity (by sign, not by magnitude) is 1000; nothing if there
-// is no point or that intensity is 0.
+// The points scaled so that the largest intensity (by sign, not by magnitude) is 1000; nothing if
+// there is no point or that intensity is 0.
 [[nodiscard]] std::optional<QList<QPointF>> normalised(QList<QPointF> points);
 
 enum class ResampleError {
@@ -40,14 +40,13 @@ enum class ResampleError {
 };
 
 // The points interpolated linearly on an even grid of 0.001 eV that starts one step above the first
-// energy and ends at most one step below the last. Energies are taken as ascending and not sorted; for
-// each grid energy the first segment that ends at or above it counts, and where there is none the grid
-// energy yields no point. The result may be empty.
-[[nodiscard]] std::variant<QList<QPointF>, ResampleError>
-resampled(const QList<QPointF> &points);
+// energy and ends at most one step below the last. Energies are taken as ascending and not sorted;
+// for each grid energy the first segment that ends at or above it counts, and where there is none
+// the grid energy yields no point. The result may be empty.
+[[nodiscard]] std::variant<QList<QPointF>, ResampleError> resampled(const QList<QPointF> &points);
 
-// The corners of the stick plot of a line spectrum: every point is reached from the baseline but the
-// last, to which a slanted line leads from the baseline at the energy before it.
+// The corners of the stick plot of a line spectrum: every point is reached from the baseline but
+// the last, to which a slanted line leads from the baseline at the energy before it.
 [[nodiscard]] QList<QPointF> stickPlot(const QList<QPointF> &points);
 
 // The ranges of both coordinates over points.

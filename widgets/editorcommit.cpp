@@ -8,17 +8,9 @@
 #include <QTextDocument>
 #include <QTextEdit>
 
-void commitFocusedEditor(QDataWidgetMapper *mapper, const QWidget *form)
+void commitEditor(QDataWidgetMapper *mapper, QTextEdit *editor)
 {
-    auto *editor = qobject_cast<QTextEdit *>(form->window()->focusWidget());
-    const int column = editor ? mapper->mappedSection(editor) : -1;
-    if (column < 0)
-        return;
-    if (editor->hasFocus())
-        QGuiApplication::inputMethod()->commit();
-    if (!editor->document()->isModified())
-        return;
-
+    const int column = mapper->mappedSection(editor);
     QAbstractItemModel *model = mapper->model();
     const QModelIndex index = model->index(mapper->currentIndex(), column, mapper->rootIndex());
     const QByteArray property = mapper->mappedPropertyName(editor);
@@ -29,4 +21,15 @@ void commitFocusedEditor(QDataWidgetMapper *mapper, const QWidget *form)
     model->setData(index, editor->property(property.constData()), Qt::EditRole);
     mapper->addMapping(editor, column, property);
     editor->document()->setModified(false);
+}
+
+void commitFocusedEditor(QDataWidgetMapper *mapper, const QWidget *form)
+{
+    auto *editor = qobject_cast<QTextEdit *>(form->window()->focusWidget());
+    if (!editor || mapper->mappedSection(editor) < 0)
+        return;
+    if (editor->hasFocus())
+        QGuiApplication::inputMethod()->commit();
+    if (editor->document()->isModified())
+        commitEditor(mapper, editor);
 }

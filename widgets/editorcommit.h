@@ -2,7 +2,12 @@
 #pragma once
 
 class QDataWidgetMapper;
+class QTextEdit;
 class QWidget;
+
+// Writes what editor, which mapper must map, holds into the model. The editor itself stays as it
+// is: text, cursor, selection, undo.
+void commitEditor(QDataWidgetMapper *mapper, QTextEdit *editor);
 
 // A data mapper commits an editor when it loses the focus only: a shortcut, a tool button or the
 // window's close button would see the value from before the typing. This writes the one editor of

@@ -2,8 +2,10 @@
 #include "widgets/textguarddelegate.h"
 
 #include "widgets/cleantextedit.h"
+#include "widgets/editorcommit.h"
 
 #include <QAbstractItemModel>
+#include <QApplication>
 #include <QDataWidgetMapper>
 #include <QEvent>
 
@@ -14,17 +16,19 @@ TextGuardDelegate::TextGuardDelegate(QDataWidgetMapper *mapper)
 
 bool TextGuardDelegate::eventFilter(QObject *object, QEvent *event)
 {
-    if (event->type() == QEvent::FocusOut && showsItsModelText(object))
-        return false;
-    return QStyledItemDelegate::eventFilter(object, event);
+    auto *editor = qobject_cast<CleanTextEdit *>(object);
+    if (event->type() != QEvent::FocusOut || !editor || m_mapper->mappedSection(editor) < 0)
+        return QStyledItemDelegate::eventFilter(object, event);
+    // A menu of the editor's own takes the focus only seemingly.
+    const bool hasLeft = !editor->isActiveWindow() || QApplication::focusWidget() != editor;
+    if (hasLeft && !showsItsModelText(editor))
+        commitEditor(m_mapper, editor);
+    return false;
 }
 
-bool TextGuardDelegate::showsItsModelText(QObject *object) const
+bool TextGuardDelegate::showsItsModelText(CleanTextEdit *editor) const
 {
-    const auto *editor = qobject_cast<CleanTextEdit *>(object);
-    const int column = editor ? m_mapper->mappedSection(const_cast<CleanTextEdit *>(editor)) : -1;
-    if (column < 0)
-        return false;
+    const int column = m_mapper->mappedSection(editor);
     const QModelIndex index = m_mapper->model()->index(m_mapper->currentIndex(), column);
     const QVariant value = index.data(Qt::EditRole);
     // A number becomes the field's text even by a visit.

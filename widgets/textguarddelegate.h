@@ -3,6 +3,7 @@
 
 #include <QStyledItemDelegate>
 
+class CleanTextEdit;
 class QDataWidgetMapper;
 
 // The delegate of a data mapper over CleanTextEdit fields. A field that loses the focus is
@@ -21,7 +22,7 @@ protected:
     bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
-    [[nodiscard]] bool showsItsModelText(QObject *object) const;
+    [[nodiscard]] bool showsItsModelText(CleanTextEdit *editor) const;
 
     QDataWidgetMapper *m_mapper;
 };
