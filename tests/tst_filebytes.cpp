@@ -31,7 +31,7 @@ namespace
 {
 
 const QByteArray oldBytes = "the old contents\n"_ba;
-const QByteArray newBytes("new contents,\r\nbinary \0\xff\xfe ones", 33);
+const QByteArray newBytes("new contents,\r\nbinary \0\xff\xfe ones", 30);
 
 // The names in a folder, hidden ones and dangling links included.
 QStringList namesIn(const QString &folder)

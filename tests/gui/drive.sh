@@ -10,6 +10,7 @@
 #   click_field Points                  a field of either form, by the name that find_fields.py gives it
 #   click_tool next                     a button of the tool bar
 #   wait_for_dialog "Create database"   until this window has the keyboard; then it is in $dialog
+#   wait_for_question                   the same for the question whether to save
 #   wait_for_end_of_dialog              until that window is closed
 #   wait_for_main_window                until the main window has the keyboard again
 #   expect_reading "$dialog" "text"     the text can be read in this window
@@ -67,8 +68,6 @@ open_display()
     unset QT_SCALE_FACTOR QT_SCREEN_SCALE_FACTORS QT_FONT_DPI QT_STYLE_OVERRIDE QT_QPA_PLATFORMTHEME \
         XDG_CURRENT_DESKTOP DESKTOP_SESSION KDE_FULL_SESSION GNOME_DESKTOP_SESSION_ID \
         QT_IM_MODULE XMODIFIERS DBUS_SESSION_BUS_ADDRESS
-    # The library for keyboards takes parts of texts that have no end, which the sanitizer calls an error.
-    export ASAN_OPTIONS=${ASAN_OPTIONS:-}:strict_string_checks=0
     start_display "$1"
     # On a busy machine the server would take a late release of a key for a key held down.
     xset r off || fail "cannot switch the repetition of keys off"
@@ -138,10 +137,15 @@ dialog_has_keyboard()
         && [[ $(xdotool getwindowname "$dialog") == "$1" ]]
 }
 
-# A box without a title of its own has the program's name.
 wait_for_dialog()
 {
     wait_until "the window \"$1\"" dialog_has_keyboard "$1"
+}
+
+# The question whether to save has no title of its own; the program's file name stands there.
+wait_for_question()
+{
+    wait_for_dialog "$(basename "$program_file")"
 }
 
 window_is_gone()
