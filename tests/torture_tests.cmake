@@ -1,0 +1,13 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# The quick parts of the campaigns of scripts/torture.
+
+# zoravel_torture_test(<name>): "torture/<name> --quick", which is given the folder of the build and a
+# scratch folder of its own.
+function(zoravel_torture_test name)
+    set(scratch ${CMAKE_CURRENT_BINARY_DIR}/scratch/${name})
+    add_test(NAME torture_${name}
+        COMMAND ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/torture/${name} --quick ${CMAKE_BINARY_DIR} ${scratch})
+    file(MAKE_DIRECTORY ${scratch})
+    set_tests_properties(torture_${name} PROPERTIES TIMEOUT 600 LABELS torture)
+    zoravel_test_environment(torture_${name} "QT_QPA_PLATFORM=offscreen")
+endfunction()
