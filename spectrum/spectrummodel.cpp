@@ -104,7 +104,7 @@ void SpectrumModel::loadFromJson(const QJsonObject &obj)
         const bool present = belongsTo(field.kind, type);
         setValue(field.column, present ? obj.value(field.key).toString() : QVariant());
     }
-    pointLines = pointLinesOf(obj);
+    setPointLines(pointLinesOf(obj));
     setTextEditText();
 }
 
@@ -136,7 +136,7 @@ QJsonObject SpectrumModel::toJson() const
 
 QList<QPointF> SpectrumModel::getXYVectors() const
 {
-    return parsePoints(pointLines);
+    return parsedLines.isSharedWith(pointLines) ? parsedPoints : parsePoints(pointLines);
 }
 
 void SpectrumModel::setTextEditText()
@@ -193,11 +193,20 @@ void SpectrumModel::emitSpectrumDataChanged()
 {
     readFoundChanges = false;
     if (!updatingText && textEdit) {
-        QStringList lines = splitPointLines(textEdit->toPlainText());
+        const QStringList lines = splitPointLines(textEdit->toPlainText());
         readFoundChanges = lines != pointLines;
-        pointLines = std::move(lines);
+        if (readFoundChanges)
+            setPointLines(lines);
     }
     emit spectrumDataChanged();
+}
+
+// The chart, a save, normalising and resampling all want the same numbers: they are read once.
+void SpectrumModel::setPointLines(const QStringList &lines)
+{
+    pointLines = lines;
+    parsedLines = lines;
+    parsedPoints = parsePoints(lines);
 }
 
 // Makes lines the points and the editor's text, as one step that the editor can undo.
@@ -205,7 +214,7 @@ void SpectrumModel::rewritePoints(const QStringList &lines)
 {
     debounceTimer->stop();
     readFoundChanges = false;
-    pointLines = lines;
+    setPointLines(lines);
     if (textEdit) {
         const QScopedValueRollback guard(updatingText, true);
         replaceTextUndoably(textEdit, lines.join(QLatin1Char('\n')));

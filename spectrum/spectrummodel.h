@@ -117,6 +117,7 @@ public slots:
     void emitSpectrumDataChanged();
 
 private:
+    void setPointLines(const QStringList &lines);
     void rewritePoints(const QStringList &lines);
     void warn(const QString &text);
 
@@ -124,5 +125,7 @@ private:
     QPlainTextEdit *textEdit;
     bool updatingText = false;
     QStringList pointLines;
+    QStringList parsedLines; // the lines, sharing their data, that parsedPoints were read from
+    QList<QPointF> parsedPoints;
     bool readFoundChanges = false;
 };

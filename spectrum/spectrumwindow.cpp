@@ -138,7 +138,7 @@ void SpectrumWindow::connectSignals()
 
 void SpectrumWindow::buildChart()
 {
-    auto *chart = new QChart;
+    QChart *chart = ui->chartSpectrum->chart();
     chart->legend()->hide();
     // The window has little height to give: as much of it as possible is for the plot.
     chart->setMargins(QMargins(4, 4, 4, 4));
@@ -152,8 +152,6 @@ void SpectrumWindow::buildChart()
     series->attachAxis(axisX);
     series->attachAxis(axisY);
 
-    const std::unique_ptr<QChart> replaced(ui->chartSpectrum->chart());
-    ui->chartSpectrum->setChart(chart);
     ui->chartSpectrum->setRenderHint(QPainter::Antialiasing);
     ui->chartSpectrum->setRubberBand(QChartView::RectangleRubberBand);
 }
@@ -237,8 +235,8 @@ void SpectrumWindow::updateChart()
         return;
     const QList<QPointF> points = model->getXYVectors();
     const bool line = model->value(SpectrumColumn::LineSpectrum).toBool();
-    series->replace(line ? stickPlot(points) : points);
-
+    // Every change of an axis lays the curve out anew: there is none until the ranges are set.
+    series->clear();
     auto *axisX = qobject_cast<QValueAxis *>(chart->axes(Qt::Horizontal).value(0));
     auto *axisY = qobject_cast<QValueAxis *>(chart->axes(Qt::Vertical).value(0));
     const std::optional<PointRange> range = finiteRange(points);
@@ -248,6 +246,7 @@ void SpectrumWindow::updateChart()
         axisX->setRange(range->minX, range->maxX);
         axisY->setRange(range->minY, range->maxY);
     }
+    series->replace(line ? stickPlot(points) : points);
     chart->update();
 }
 
