@@ -2,6 +2,7 @@
 #include "app/mainwindow.h"
 
 #include "settings/lastfolder.h"
+#include "species/speciesfile.h"
 #include "species/speciesmodel.h"
 #include "spectrum/spectrumwindow.h"
 #include "ui_mainwindow.h"
@@ -15,7 +16,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 
-const QRegularExpression MainWindow::reDataset(QStringLiteral("^Dataset\\d+$"));
+const QRegularExpression MainWindow::reDataset(datasetKeyPattern);
 
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent),

@@ -36,13 +36,6 @@ std::optional<QJsonObject> readBehindWaitCursor(const QString &path)
     return readJsonObject(path);
 }
 
-bool isDatasetKey(const QString &key)
-{
-    // "$" matches before a line feed at the end of the key too.
-    const QRegularExpressionMatch match = MainWindow::reDataset.match(key);
-    return match.hasMatch() && match.capturedLength() == key.size();
-}
-
 } // namespace
 
 void MainWindow::setupMapper()
@@ -123,10 +116,8 @@ void MainWindow::loadSpeciesObject(const QJsonObject &file)
     const WaitCursor waitCursor;
     speciesModel->loadFromJson(file.value(speciesKey).toObject());
     mapper->toFirst();
-    for (auto member = file.begin(); member != file.end(); ++member) {
-        if (isDatasetKey(member.key()))
-            createNewSpectrumWindow(member.value().toObject());
-    }
+    for (const QString &key : datasetKeys(file))
+        createNewSpectrumWindow(file.value(key).toObject());
     const QList<QMdiSubWindow *> subWindows = ui->mdiArea->subWindowList();
     if (!subWindows.isEmpty())
         ui->mdiArea->setActiveSubWindow(subWindows.first());

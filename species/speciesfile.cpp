@@ -3,6 +3,8 @@
 
 #include "species/jsonfile.h"
 
+#include <QRegularExpression>
+
 QJsonObject speciesFileObject(const QJsonObject &species, const QList<QJsonObject> &datasets)
 {
     QJsonObject file{{typeKey, speciesFileType}, {speciesKey, species}};
@@ -10,6 +12,20 @@ QJsonObject speciesFileObject(const QJsonObject &species, const QList<QJsonObjec
     for (const QJsonObject &dataset : datasets)
         file.insert(QStringLiteral("Dataset%1").arg(number++), dataset);
     return file;
+}
+
+bool isDatasetKey(const QString &key)
+{
+    static const QRegularExpression pattern(datasetKeyPattern);
+    const QRegularExpressionMatch match = pattern.match(key);
+    return match.hasMatch() && match.capturedLength() == key.size();
+}
+
+QStringList datasetKeys(const QJsonObject &file)
+{
+    QStringList keys = file.keys();
+    keys.removeIf([](const QString &key) { return !isDatasetKey(key); });
+    return keys;
 }
 
 bool isSpeciesFile(const QString &path)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
+#include "spectrum/resaved.h"
 #include "spectrum/spectrumwindow.h"
 #include "support/dialogs.h"
 #include "support/files.h"
@@ -276,6 +277,32 @@ private slots:
         fixture.trigger(QStringLiteral("actionSaveSpecies"));
         QCOMPARE(datasetTitle(file, QStringLiteral("Dataset1")), QStringLiteral("ten"));
         QCOMPARE(datasetTitle(file, QStringLiteral("Dataset2")), QStringLiteral("two"));
+    }
+
+    void savingALoadedFileWritesWhatTheRecordsMakeOfItWithoutTheWindow()
+    {
+        QJsonObject odd = fileObject(QStringLiteral(ZORAVEL_EXAMPLES "/water.json"));
+        odd[QLatin1String("Remark")] = 1;
+        odd[QLatin1String("Dataset10")] =
+            QJsonObject{{QStringLiteral("SpectType"), 7},
+                        {QStringLiteral("Source"), QStringLiteral("a  <i>b</i>")},
+                        {QStringLiteral("Title"), QStringLiteral(" x < 5 <i>b</i>")},
+                        {QStringLiteral("T"), 300},
+                        {QStringLiteral("E"), QJsonArray{9.12345678, 10, 11}},
+                        {QStringLiteral("I"), QJsonArray{1e-7, 2, QStringLiteral("3")}}};
+        QJsonObject species = odd[QLatin1String("Species")].toObject();
+        species[QLatin1String("AIE")] = 9.5;
+        species[QLatin1String("Aliases")] = QStringLiteral("a\nb");
+        odd[QLatin1String("Species")] = species;
+        for (const QJsonObject &object :
+             {odd, fileObject(QStringLiteral(ZORAVEL_EXAMPLES "/nitric-oxide.json"))}) {
+            MainWindowFixture fixture;
+            const QString file = fixture.path(QStringLiteral("a.json"));
+            writeFile(file, object);
+            QVERIFY(fixture.window.loadSpeciesFile(file));
+            fixture.trigger(QStringLiteral("actionSaveSpecies"));
+            QCOMPARE(fileObject(file), resavedSpeciesFile(object));
+        }
     }
 
     void keysThatAreNoDatasetKeysAreIgnored()

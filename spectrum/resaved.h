@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QJsonObject>
+
+// What becomes of objects that are loaded and saved again without an edit: the records read them
+// and write themselves. No application object is needed, and any thread will do.
+
+// The species file's object, with "Type", as the editor writes it after loading file: spectra are
+// numbered anew in the order in which they are loaded, and what the records do not know is gone.
+[[nodiscard]] QJsonObject resavedSpeciesFile(const QJsonObject &file);
+
+// The same for the object of a spectrum file.
+[[nodiscard]] QJsonObject resavedSpectrumFile(const QJsonObject &file);
