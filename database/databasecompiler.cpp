@@ -5,6 +5,8 @@
 #include "species/replacementfile.h"
 #include "species/speciesfile.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QJsonObject>
 
 #include <algorithm>
@@ -17,6 +19,7 @@ namespace
 {
 
 constexpr QLatin1String databaseFileType("Database v1");
+constexpr QLatin1String headerKey("Header");
 
 // The species file's object as an entry, or what is wrong with the file.
 std::variant<QJsonObject, CompileError> readEntry(const QString &file)
@@ -55,16 +58,16 @@ std::vector<int> keyOrder(qsizetype count)
     return order;
 }
 
-// Writes an object member by member, in the bytes that the toolkit writes for the whole.
-class MemberWriter
+// The text of an object member by member, in the bytes that the toolkit writes for the whole.
+class MemberText
 {
 public:
-    MemberWriter(ReplacementFile &file, QJsonDocument::JsonFormat format)
-        : m_file(file), m_indented(format == QJsonDocument::Indented)
+    explicit MemberText(QJsonDocument::JsonFormat format)
+        : m_indented(format == QJsonDocument::Indented)
     {
     }
 
-    bool write(const QString &key, const QJsonValue &value)
+    QByteArray next(const QString &key, const QJsonValue &value)
     {
         const QByteArray separator = m_first ? QByteArray("{") : QByteArray(",");
         m_first = false;
@@ -74,13 +77,12 @@ public:
             member.toJson(m_indented ? QJsonDocument::Indented : QJsonDocument::Compact);
         text.chop(m_indented ? sizeof "\n}\n" - 1 : sizeof "}" - 1);
         text.replace(0, 1, separator);
-        return m_file.write(text);
+        return text;
     }
 
-    bool finish() { return m_file.write(m_indented ? "\n}\n" : "}"); }
+    QByteArray end() const { return m_indented ? "\n}\n" : "}"; }
 
 private:
-    ReplacementFile &m_file;
     bool m_indented;
     bool m_first = true;
 };
@@ -92,6 +94,58 @@ QJsonObject headerObject(const DatabaseHeader &header)
             {QStringLiteral("Title"), header.title},
             {QStringLiteral("Date"), header.date.toString(Qt::ISODate)}};
 }
+
+// Gives the text of each species file's entry to take, in the order of the entries' keys, until it
+// returns false. Returns what is wrong with a species file or that the progress was cancelled.
+std::optional<CompileError> takeEntries(const QStringList &files, MemberText &text,
+                                        const CompileProgress &progress,
+                                        const std::function<bool(const QByteArray &)> &take)
+{
+    int done = 0;
+    for (const int index : keyOrder(files.size())) {
+        if (progress && !progress(done++, index))
+            return CompileError{CompileError::Cancelled};
+        const auto entry = readEntry(files[index]);
+        // Entries are taken in the order of their keys, but the first bad file of the list is
+        // named.
+        if (const auto *error = std::get_if<CompileError>(&entry))
+            return firstBadInput(files.first(index)).value_or(*error);
+        if (!take(text.next(entryKey(index), std::get<QJsonObject>(entry))))
+            break;
+    }
+    return std::nullopt;
+}
+
+// The present contents of a database file, read in step with the text that it should have.
+class PresentDatabase
+{
+public:
+    explicit PresentDatabase(const QString &path) : m_file(path) {}
+
+    bool open() { return QFileInfo(m_file).isFile() && m_file.open(QIODevice::ReadOnly); }
+    bool hasFailed() const { return m_file.error() != QFileDevice::NoError; }
+
+    bool continuesWith(const QByteArray &text) { return m_file.read(text.size()) == text; }
+
+    // The same, but with any day in place of the one in the header's text.
+    bool continuesWithHeader(const QByteArray &text)
+    {
+        constexpr qsizetype dateLength = sizeof "yyyy-MM-dd" - 1;
+        // A quotation mark within a value has a backslash before it.
+        const qsizetype key = text.indexOf("\"Date\":");
+        const qsizetype date = text.indexOf('"', key + qsizetype(sizeof "\"Date\":") - 1) + 1;
+        QByteArray present = m_file.read(text.size());
+        const QByteArray day = present.mid(date, dateLength);
+        if (!QDate::fromString(QString::fromUtf8(day), Qt::ISODate).isValid())
+            return false;
+        return present.replace(date, dateLength, text.mid(date, dateLength)) == text;
+    }
+
+    bool isAtEnd() { return m_file.read(1).isEmpty(); }
+
+private:
+    QFile m_file;
+};
 
 } // namespace
 
@@ -108,23 +162,43 @@ std::optional<CompileError> compileDatabase(const QStringList &files, const QStr
     ReplacementFile file(output);
     if (!file.open())
         return unwritable();
-    MemberWriter writer(file, format);
-    int done = 0;
-    for (const int index : keyOrder(files.size())) {
-        if (progress && !progress(done++, index))
-            return CompileError{CompileError::Cancelled};
-        const auto entry = readEntry(files[index]);
-        // Entries are written in the order of their keys, but the first bad file of the list is
-        // named.
-        if (const auto *error = std::get_if<CompileError>(&entry))
-            return firstBadInput(files.first(index)).value_or(*error);
-        if (!writer.write(entryKey(index), std::get<QJsonObject>(entry)))
-            return unwritable();
-    }
-    writer.write(QStringLiteral("Header"), headerObject(header));
-    writer.write(typeKey, databaseFileType);
-    writer.finish();
+    MemberText text(format);
+    bool taken = true;
+    const auto write = [&](const QByteArray &member) { return taken = file.write(member); };
+    if (const auto error = takeEntries(files, text, progress, write))
+        return error;
+    if (!taken)
+        return unwritable();
+    file.write(text.next(headerKey, headerObject(header)));
+    file.write(text.next(typeKey, databaseFileType));
+    file.write(text.end());
     if (!file.commit())
         return unwritable();
     return std::nullopt;
+}
+
+std::variant<bool, CompileError>
+isDatabaseUpToDate(const QStringList &files, const QString &database, const DatabaseHeader &header,
+                   QJsonDocument::JsonFormat format, const CompileProgress &progress)
+{
+    if (const auto error = firstBadInput(files))
+        return *error;
+    PresentDatabase present(database);
+    if (!present.open())
+        return QFileInfo::exists(database)
+                   ? std::variant<bool, CompileError>(CompileError{CompileError::UnreadableOutput})
+                   : false;
+    MemberText text(format);
+    bool same = true;
+    const auto compare = [&](const QByteArray &member) {
+        return same = present.continuesWith(member);
+    };
+    if (const auto error = takeEntries(files, text, progress, compare))
+        return *error;
+    same = same && present.continuesWithHeader(text.next(headerKey, headerObject(header)))
+           && present.continuesWith(text.next(typeKey, databaseFileType))
+           && present.continuesWith(text.end()) && present.isAtEnd();
+    if (present.hasFailed())
+        return CompileError{CompileError::UnreadableOutput};
+    return same;
 }

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <optional>
+#include <variant>
 
 // The values of a database file's "Header".
 struct DatabaseHeader {
@@ -22,6 +23,7 @@ struct CompileError {
         UnreadableInput, // file is the species file that cannot be read
         InvalidInput,    // file is not a species file
         UnwritableOutput,
+        UnreadableOutput, // the database to compare with
         Cancelled,
     };
     Kind kind;
@@ -40,3 +42,10 @@ using CompileProgress = std::function<bool(int done, int index)>;
 [[nodiscard]] std::optional<CompileError>
 compileDatabase(const QStringList &files, const QString &output, const DatabaseHeader &header,
                 QJsonDocument::JsonFormat format, const CompileProgress &progress = {});
+
+// Whether the file at database holds what compileDatabase() would write of the same species files,
+// apart from the header's date; a file that is not there does not. Of several bad species files the
+// first in the list is named. Memory is that of one species file.
+[[nodiscard]] std::variant<bool, CompileError>
+isDatabaseUpToDate(const QStringList &files, const QString &database, const DatabaseHeader &header,
+                   QJsonDocument::JsonFormat format, const CompileProgress &progress = {});

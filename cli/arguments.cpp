@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/arguments.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+namespace
+{
+
+const Option *findOption(std::span<const Option> options, const QByteArray &name)
+{
+    const auto it = std::find_if(options.begin(), options.end(),
+                                 [&](const Option &option) { return name == option.name; });
+    return it != options.end() ? &*it : nullptr;
+}
+
+const Option *findLetter(std::span<const Option> options, char letter)
+{
+    const auto it = std::find_if(options.begin(), options.end(), [&](const Option &option) {
+        return letter != 0 && option.letter == letter;
+    });
+    return it != options.end() ? &*it : nullptr;
+}
+
+UsageError unknownOption(std::span<const Option> options, const QByteArray &word)
+{
+    QByteArrayList names;
+    for (const Option &option : options)
+        names.append(QByteArray("--") + option.name);
+    return {"unknown option " + word, closestTo(word, names)};
+}
+
+// How many letters have to be put in, left out, changed or swapped with their neighbour.
+qsizetype distance(const QByteArray &from, const QByteArray &to)
+{
+    const qsizetype width = to.size() + 1;
+    std::vector<qsizetype> table((from.size() + 1) * width);
+    const auto at = [&](qsizetype i, qsizetype j) -> qsizetype & { return table[i * width + j]; };
+    for (qsizetype i = 0; i <= from.size(); ++i) {
+        for (qsizetype j = 0; j <= to.size(); ++j) {
+            if (i == 0 || j == 0) {
+                at(i, j) = i + j;
+                continue;
+            }
+            const qsizetype change = from[i - 1] == to[j - 1] ? 0 : 1;
+            at(i, j) = std::min({at(i - 1, j) + 1, at(i, j - 1) + 1, at(i - 1, j - 1) + change});
+            if (i > 1 && j > 1 && from[i - 1] == to[j - 2] && from[i - 2] == to[j - 1])
+                at(i, j) = std::min(at(i, j), at(i - 2, j - 2) + 1);
+        }
+    }
+    return table.back();
+}
+
+} // namespace
+
+QByteArray closestTo(const QByteArray &word, const QByteArrayList &candidates)
+{
+    constexpr qsizetype longestWord = 64; // a longer one was not meant to be a name
+    QByteArray best;
+    if (word.size() > longestWord)
+        return best;
+    qsizetype least = std::max<qsizetype>(1, word.size() / 3) + 1;
+    for (const QByteArray &candidate : candidates) {
+        const qsizetype needed = distance(word, candidate);
+        // The start of a long name is as good as one letter off.
+        const bool isStart = word.size() > 2 && candidate.startsWith(word);
+        const qsizetype effort = isStart ? std::min<qsizetype>(needed, 1) : needed;
+        if (effort < least) {
+            least = effort;
+            best = candidate;
+        }
+    }
+    return best;
+}
+
+std::variant<Arguments, UsageError> Arguments::parse(const QByteArrayList &words,
+                                                     std::span<const Option> options)
+{
+    Arguments result;
+    bool optionsEnded = false;
+    const auto add = [&](const Option &option, const QByteArray &value) {
+        result.m_values[option.name].append(value);
+    };
+    for (qsizetype i = 0; i < words.size(); ++i) {
+        const QByteArray &word = words[i];
+        // The value of an option that has none attached.
+        const auto nextWord = [&]() -> std::optional<QByteArray> {
+            return i + 1 < words.size() ? std::optional(words[++i]) : std::nullopt;
+        };
+        if (optionsEnded || word == "-" || !word.startsWith('-')) {
+            result.m_operands.append(word);
+        } else if (word == "--") {
+            optionsEnded = true;
+        } else if (word.startsWith("--")) {
+            const qsizetype equals = word.indexOf('=');
+            const QByteArray name = word.sliced(2, (equals < 0 ? word.size() : equals) - 2);
+            const Option *option =
+                name == helpOption.name ? &helpOption : findOption(options, name);
+            if (!option)
+                return unknownOption(options, "--" + name);
+            if (!option->value && equals >= 0)
+                return UsageError{"option --" + name + " takes no value", {}};
+            const std::optional<QByteArray> value = !option->value ? QByteArray()
+                                                    : equals >= 0  ? word.sliced(equals + 1)
+                                                                   : nextWord();
+            if (!value)
+                return UsageError{"option --" + name + " needs a value: " + option->value, {}};
+            add(*option, *value);
+        } else {
+            for (qsizetype at = 1; at < word.size(); ++at) {
+                const Option *option =
+                    word[at] == helpOption.letter ? &helpOption : findLetter(options, word[at]);
+                if (!option)
+                    return unknownOption(options, at == 1 ? word : "-" + word.sliced(at, 1));
+                if (!option->value) {
+                    add(*option, {});
+                    continue;
+                }
+                const std::optional<QByteArray> value =
+                    at + 1 < word.size() ? word.sliced(at + 1) : nextWord();
+                if (!value)
+                    return UsageError{
+                        "option -" + word.sliced(at, 1) + " needs a value: " + option->value, {}};
+                add(*option, *value);
+                break;
+            }
+        }
+    }
+    return result;
+}
+
+bool Arguments::has(const char *option) const
+{
+    return m_values.contains(option);
+}
+
+QByteArray Arguments::value(const char *option, const QByteArray &absent) const
+{
+    const QByteArrayList all = m_values.value(option);
+    return all.isEmpty() ? absent : all.last();
+}
+
+QByteArrayList Arguments::values(const char *option) const
+{
+    return m_values.value(option);
+}

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "cli/arguments.h"
+#include "cli/exitstatus.h"
+
+#include <QByteArray>
+
+#include <span>
+
+class Console;
+
+// One command of the program. The table of all is in program.cpp; each has a file of its name.
+struct Command {
+    const char *name;
+    const char *operands; // as the help shows them
+    const char *summary;  // one line
+    const char *details;  // what the help says behind the options; lines of up to 80 characters
+    std::span<const Option> options;
+    int (*run)(const Arguments &arguments, Console &console); // returns an ExitStatus
+    bool draws = false; // needs the toolkit's widgets, if no display
+};
+
+const Command &compileCommand();
+
+// Says on standard error what is wrong with the command line and where the help is. Returns the
+// status to end with.
+int usageError(Console &console, const Command &command, const UsageError &error);
+
+// The same for a word that is none of those that an option or operand can be.
+int usageError(Console &console, const Command &command, const QByteArray &what,
+               const QByteArray &word, const QByteArrayList &possible);

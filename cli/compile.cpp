@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/command.h"
+#include "cli/console.h"
+#include "cli/filenames.h"
+#include "cli/interruption.h"
+#include "cli/readfile.h"
+#include "database/databasecompiler.h"
+#include "species/jsonfile.h"
+#include "species/speciesfile.h"
+
+#include <QDate>
+#include <QJsonDocument>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+namespace
+{
+
+// What the editor's dialog starts with.
+constexpr char defaultVersion[] = "1.0";
+constexpr char defaultRelease[] = "3.0";
+constexpr char defaultTitle[] =
+    "ZORAVEL collection of molecular photoionisation spectra, Tarnwick Institute, 2020-2026";
+
+constexpr std::array options{
+    Option{"output", 'o', "DB.json", "the database file; has to be given"},
+    Option{"compact", 0, nullptr, "without white space"},
+    Option{"db-version", 0, "V", "the database's version, 1.0 if not given"},
+    Option{"release", 0, "R", "the data release, 3.0 if not given"},
+    Option{"title", 0, "T", "the title, the editor's own if not given"},
+    Option{"check", 0, nullptr, "write nothing; say whether DB.json is up to date"},
+};
+
+constexpr char details[] =
+    R"(The entries are the files in the order in which they are named; a folder stands
+for all its files *.json and then those of its subfolders, each in natural order.
+DB.json itself is left out where it lies in such a folder. The file is, byte for
+byte, what the editor writes of the same files on the same day. If there is
+anything wrong with a file, all such files are named and nothing is written.
+
+With --check the status is 1 if DB.json is missing or is not what would be written
+with the same options, apart from its date.
+)";
+
+struct Job {
+    QByteArray output;
+    QList<InputFile> inputs;
+    QStringList paths; // of the inputs
+    DatabaseHeader header;
+    QJsonDocument::JsonFormat format;
+};
+
+// Names every input that is no species file. Returns whether there was one.
+bool nameBadInputs(const Job &job, Console &console)
+{
+    bool found = false;
+    for (const InputFile &input : job.inputs) {
+        const std::optional<QJsonObject> object = readJsonObject(input.path);
+        if (object && hasType(*object, speciesFileType))
+            continue;
+        found = true;
+        console.error(shownName(input.name) + ": "
+                      + (object ? QByteArray("not a species file") : whyUnreadable(input)));
+    }
+    return found;
+}
+
+int fail(const Job &job, const CompileError &error, Console &console)
+{
+    switch (error.kind) {
+    case CompileError::UnreadableInput:
+    case CompileError::InvalidInput:
+        // It may have come right in the meantime, but then it was too late.
+        if (!nameBadInputs(job, console))
+            console.error(error.file.toUtf8() + ": changed while it was read");
+        break;
+    case CompileError::UnwritableOutput:
+        console.error(shownName(job.output) + ": cannot be written");
+        break;
+    case CompileError::UnreadableOutput:
+        console.error(shownName(job.output) + ": cannot be read");
+        break;
+    case CompileError::Cancelled:
+        break;
+    }
+    return exitFailure;
+}
+
+int compile(const Job &job, Console &console)
+{
+    const InterruptionHold hold;
+    OutputFile output(job.output);
+    Progress progress(console, "Compiling", job.inputs.size());
+    const auto advance = [&](int done, int) {
+        progress.advance(done);
+        return !InterruptionHold::isRequested();
+    };
+    const std::optional<CompileError> error =
+        compileDatabase(job.paths, output.path(), job.header, job.format, advance);
+    progress.clear();
+    if (error)
+        return fail(job, *error, console);
+    if (!output.putInPlace())
+        return fail(job, {CompileError::UnwritableOutput}, console);
+    return exitFine;
+}
+
+int check(const Job &job, Console &console)
+{
+    Progress progress(console, "Comparing", job.inputs.size());
+    const auto advance = [&](int done, int) {
+        progress.advance(done);
+        return true;
+    };
+    const std::variant<bool, CompileError> result =
+        isDatabaseUpToDate(job.paths, libraryPath(job.output), job.header, job.format, advance);
+    progress.clear();
+    if (const auto *error = std::get_if<CompileError>(&result))
+        return fail(job, *error, console);
+    if (std::get<bool>(result))
+        return exitFine;
+    console.out(shownName(job.output) + ": not up to date\n");
+    return exitFindings;
+}
+
+// Why the output must not be written; nothing if it may.
+QByteArray whyNotOverwritten(const Job &job)
+{
+    const QString path = libraryPath(job.output);
+    return isSpeciesFile(path) ? "is a species file, which is not overwritten" : "";
+}
+
+int run(const Arguments &arguments, Console &console)
+{
+    const auto text = [&](const char *option, const char *absent) {
+        return QString::fromUtf8(arguments.value(option, absent));
+    };
+    if (!arguments.has("output"))
+        return usageError(console, compileCommand(), {"-o DB.json is missing", {}});
+    if (arguments.operands().isEmpty())
+        return usageError(console, compileCommand(), {"no species file is named", {}});
+
+    Job job{arguments.value("output"),
+            {},
+            {},
+            {text("db-version", defaultVersion), text("release", defaultRelease),
+             text("title", defaultTitle), QDate::currentDate()},
+            arguments.has("compact") ? QJsonDocument::Compact : QJsonDocument::Indented};
+    const InputList list = listInputs(arguments.operands(), job.output);
+    for (const QByteArray &folder : list.unreadableFolders)
+        console.error(shownName(folder) + ": the folder cannot be read");
+    job.inputs = list.files;
+    for (const InputFile &input : list.files)
+        job.paths.append(input.path);
+    if (!list.unreadableFolders.isEmpty()) {
+        nameBadInputs(job, console);
+        return exitFailure;
+    }
+    if (job.inputs.isEmpty()) {
+        console.error("there is no species file");
+        return exitFailure;
+    }
+    if (arguments.has("check"))
+        return check(job, console);
+    if (const QByteArray reason = whyNotOverwritten(job); !reason.isEmpty())
+        return usageError(console, compileCommand(), {job.output + ' ' + reason, {}});
+    return compile(job, console);
+}
+
+} // namespace
+
+const Command &compileCommand()
+{
+    static constexpr Command command{
+        "compile", "PATH...", "Compile species files into a database file", details, options, run};
+    return command;
+}
