@@ -1,32 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "spectrum/spectrumwindow.h"
 
-#include "spectrum/points.h"
+#include "spectrum/spectrumchart.h"
 #include "spectrum/spectrummodel.h"
 #include "ui_spectrumwindow.h"
 #include "widgets/editorcommit.h"
 #include "widgets/textguarddelegate.h"
 #include "widgets/undoabletext.h"
 
-#include <QChart>
 #include <QCloseEvent>
 #include <QDataWidgetMapper>
 #include <QDate>
-#include <QGraphicsLayout>
-#include <QLineSeries>
 #include <QScopedValueRollback>
-#include <QValueAxis>
 
 namespace
 {
-
-QValueAxis *makeAxis(const QString &title)
-{
-    auto *axis = new QValueAxis;
-    axis->setTitleText(title);
-    axis->setLabelFormat(QStringLiteral("%.2f"));
-    return axis;
-}
 
 // The main window among the possible parents, known by its name only: nothing here includes it.
 QObject *documentOf(QWidget *parent)
@@ -138,20 +126,7 @@ void SpectrumWindow::connectSignals()
 
 void SpectrumWindow::buildChart()
 {
-    QChart *chart = ui->chartSpectrum->chart();
-    chart->legend()->hide();
-    // The window has little height to give: as much of it as possible is for the plot.
-    chart->setMargins(QMargins(4, 4, 4, 4));
-    chart->layout()->setContentsMargins(0, 0, 0, 0);
-    QValueAxis *axisX = makeAxis(tr("hν / eV"));
-    QValueAxis *axisY = makeAxis(tr("Intensity / arb. unit"));
-    chart->addAxis(axisX, Qt::AlignBottom);
-    chart->addAxis(axisY, Qt::AlignLeft);
-    auto *series = new QLineSeries;
-    chart->addSeries(series);
-    series->attachAxis(axisX);
-    series->attachAxis(axisY);
-
+    setUpSpectrumChart(ui->chartSpectrum->chart());
     ui->chartSpectrum->setRenderHint(QPainter::Antialiasing);
     ui->chartSpectrum->setRubberBand(QChartView::RectangleRubberBand);
 }
@@ -229,25 +204,8 @@ void SpectrumWindow::onLineSpectrumToggled()
 
 void SpectrumWindow::updateChart()
 {
-    QChart *chart = ui->chartSpectrum->chart();
-    auto *series = qobject_cast<QLineSeries *>(chart->series().value(0));
-    if (!series)
-        return;
-    const QList<QPointF> points = model->getXYVectors();
-    const bool line = model->value(SpectrumColumn::LineSpectrum).toBool();
-    // Every change of an axis lays the curve out anew: there is none until the ranges are set.
-    series->clear();
-    auto *axisX = qobject_cast<QValueAxis *>(chart->axes(Qt::Horizontal).value(0));
-    auto *axisY = qobject_cast<QValueAxis *>(chart->axes(Qt::Vertical).value(0));
-    const std::optional<PointRange> range = finiteRange(points);
-    if (axisX && axisY && range) {
-        // Else the chart would go back to the range from before the zoom later.
-        chart->zoomReset();
-        axisX->setRange(range->minX, range->maxX);
-        axisY->setRange(range->minY, range->maxY);
-    }
-    series->replace(line ? stickPlot(points) : points);
-    chart->update();
+    drawSpectrum(ui->chartSpectrum->chart(), model->getXYVectors(),
+                 model->value(SpectrumColumn::LineSpectrum).toBool());
 }
 
 // Points that were typed shortly before a save are not in the file: when they are read after it,

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "spectrum/spectrumchart.h"
+
+#include "spectrum/points.h"
+
+#include <QCoreApplication>
+#include <QGraphicsLayout>
+#include <QLegend>
+#include <QLineSeries>
+#include <QMargins>
+#include <QValueAxis>
+
+namespace
+{
+
+QValueAxis *makeAxis(const QString &title)
+{
+    auto *axis = new QValueAxis;
+    axis->setTitleText(title);
+    axis->setLabelFormat(QStringLiteral("%.2f"));
+    return axis;
+}
+
+} // namespace
+
+void setUpSpectrumChart(QChart *chart)
+{
+    chart->legend()->hide();
+    // The window has little height to give: as much of it as possible is for the plot.
+    chart->setMargins(QMargins(4, 4, 4, 4));
+    chart->layout()->setContentsMargins(0, 0, 0, 0);
+    QValueAxis *axisX = makeAxis(QCoreApplication::translate("SpectrumWindow", "hν / eV"));
+    QValueAxis *axisY =
+        makeAxis(QCoreApplication::translate("SpectrumWindow", "Intensity / arb. unit"));
+    chart->addAxis(axisX, Qt::AlignBottom);
+    chart->addAxis(axisY, Qt::AlignLeft);
+    auto *series = new QLineSeries;
+    chart->addSeries(series);
+    series->attachAxis(axisX);
+    series->attachAxis(axisY);
+}
+
+void drawSpectrum(QChart *chart, const QList<QPointF> &points, bool isLineSpectrum)
+{
+    auto *series = qobject_cast<QLineSeries *>(chart->series().value(0));
+    if (!series)
+        return;
+    // Every change of an axis lays the curve out anew: there is none until the ranges are set.
+    series->clear();
+    auto *axisX = qobject_cast<QValueAxis *>(chart->axes(Qt::Horizontal).value(0));
+    auto *axisY = qobject_cast<QValueAxis *>(chart->axes(Qt::Vertical).value(0));
+    const std::optional<PointRange> range = finiteRange(points);
+    if (axisX && axisY && range) {
+        // Else the chart would go back to the range from before the zoom later.
+        chart->zoomReset();
+        axisX->setRange(range->minX, range->maxX);
+        axisY->setRange(range->minY, range->maxY);
+    }
+    series->replace(isLineSpectrum ? stickPlot(points) : points);
+    chart->update();
+}

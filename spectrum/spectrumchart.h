@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QChart>
+#include <QList>
+#include <QPointF>
+
+// The chart of one spectrum, intensity in arbitrary units over photon energy in eV, as the editor
+// and programs without a window show it.
+
+// Gives an empty chart its axes and its one series.
+void setUpSpectrumChart(QChart *chart);
+
+// Shows points, as a curve or as the sticks of a line spectrum, over their whole range. Without
+// points, or if they have no finite range, the axes stay as they are. Does nothing to a chart that
+// has not been set up.
+void drawSpectrum(QChart *chart, const QList<QPointF> &points, bool isLineSpectrum);
