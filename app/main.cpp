@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/commandline.h"
 #include "app/interfacescale.h"
 #include "app/mainwindow.h"
 
@@ -26,17 +27,22 @@ void showOnScreen(QWidget &window)
 
 int main(int argc, char *argv[])
 {
+    const CommandLine commandLine = readCommandLine(argc, argv);
+    if (commandLine.request != CommandLine::Request::Window)
+        return answerOnTerminal(commandLine);
+    argc = commandLine.toolkitArguments;
+
     qputenv("QT_SCALE_FACTOR", QByteArray::number(interfaceScale));
     const InterfaceShrink shrink = prepareScreens(argc, argv);
     const QApplication application(argc, argv);
     shrinkInterface(shrink);
+    QGuiApplication::setDesktopFileName(QStringLiteral(ZORAVEL_DESKTOP_ID));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zoravel.icns")));
 
     MainWindow window;
     showOnScreen(window);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() > 1) {
-        const QString file = QFileInfo(arguments[1]).absoluteFilePath();
+    if (!commandLine.file.isNull()) {
+        const QString file = QFileInfo(commandLine.file).absoluteFilePath();
         QTimer::singleShot(0, &window, [&window, file] { window.loadSpeciesFile(file); });
     }
     return QApplication::exec();
