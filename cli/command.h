@@ -22,6 +22,9 @@ struct Command {
 };
 
 const Command &compileCommand();
+const Command &diffCommand();
+const Command &formatCommand();
+const Command &listCommand();
 
 // Says on standard error what is wrong with the command line and where the help is. Returns the
 // status to end with.

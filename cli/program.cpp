@@ -13,6 +13,9 @@ namespace
 
 const std::array commands{
     &compileCommand(),
+    &formatCommand(),
+    &listCommand(),
+    &diffCommand(),
 };
 
 constexpr char programDetails[] =

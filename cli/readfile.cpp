@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/readfile.h"
 
+#include "cli/console.h"
 #include "cli/filenames.h"
 #include "species/jsonfile.h"
+#include "species/speciesfile.h"
+#include "spectrum/spectrumfile.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 QByteArray whyUnreadable(const InputFile &input)
 {
@@ -20,4 +24,32 @@ QByteArray whyUnreadable(const InputFile &input)
     if (!file.open(QIODevice::ReadOnly))
         return file.errorString().toUtf8().toLower();
     return "cannot be read";
+}
+
+std::optional<QJsonObject> readObject(const InputFile &input, Console &console)
+{
+    std::optional<QJsonObject> object = readJsonObject(input.path);
+    if (!object)
+        console.error(shownName(input.name) + ": " + whyUnreadable(input));
+    return object;
+}
+
+std::optional<QList<QJsonObject>> spectraOf(const QJsonObject &object)
+{
+    if (hasType(object, spectrumFileType))
+        return QList{object};
+    if (!hasType(object, speciesFileType))
+        return std::nullopt;
+    QList<QJsonObject> spectra;
+    for (const QString &key : datasetKeys(object))
+        spectra.append(object.value(key).toObject());
+    return spectra;
+}
+
+QString plainText(const QString &markup)
+{
+    static const QRegularExpression lineBreak(QStringLiteral("<br\\b[^>]*>|[\\r\\n\\t]"));
+    static const QRegularExpression tag(QStringLiteral("</?(sub|sup)\\b[^>]*>"));
+    QString text = markup;
+    return text.replace(lineBreak, QStringLiteral(" ")).remove(tag).simplified();
 }

@@ -2,8 +2,25 @@
 #pragma once
 
 #include <QByteArray>
+#include <QJsonObject>
+#include <QList>
+#include <QString>
 
+#include <optional>
+
+class Console;
 struct InputFile;
 
 // Why the library that reads files refuses this one, in a few words: "no such file".
 [[nodiscard]] QByteArray whyUnreadable(const InputFile &input);
+
+// The object of a JSON file; an empty one if it is not JSON. If the file cannot be read, says so on
+// standard error and returns nothing.
+[[nodiscard]] std::optional<QJsonObject> readObject(const InputFile &input, Console &console);
+
+// The spectra of a species file in the order in which the editor loads them, or the one of a
+// spectrum file; nothing if object is neither.
+[[nodiscard]] std::optional<QList<QJsonObject>> spectraOf(const QJsonObject &object);
+
+// Restricted markup as one line of text: without its tags, and a blank for a line break.
+[[nodiscard]] QString plainText(const QString &markup);

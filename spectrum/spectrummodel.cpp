@@ -3,9 +3,9 @@
 
 #include "species/speciesmodel.h"
 #include "spectrum/points.h"
+#include "spectrum/spectrumobject.h"
 #include "widgets/undoabletext.h"
 
-#include <QJsonArray>
 #include <QJsonValue>
 #include <QMessageBox>
 #include <QPlainTextEdit>
@@ -20,12 +20,6 @@ namespace
 
 constexpr std::chrono::milliseconds readDelay(2000);
 
-constexpr QLatin1String typeColumnKey("SpectType");
-constexpr QLatin1String lineSpectrumKey("LineSpectrum");
-constexpr QLatin1String pointObjectsKey("Spectrum");
-constexpr QLatin1String energiesKey("E");
-constexpr QLatin1String intensitiesKey("I");
-
 bool belongsTo(SpectrumKind field, int type)
 {
     const SpectrumKind spectrum =
@@ -33,35 +27,13 @@ bool belongsTo(SpectrumKind field, int type)
     return field == SpectrumKind::Any || field == spectrum;
 }
 
-QStringList linesOfPointObjects(const QJsonArray &array)
+QStringList loadedPointLines(const QList<QPointF> &points)
 {
     QStringList lines;
-    lines.reserve(array.size());
-    for (const QJsonValue &element : array) {
-        const QJsonObject point = element.toObject();
-        lines.append(loadedPointLine(point.value(energiesKey).toDouble(),
-                                     point.value(intensitiesKey).toDouble()));
-    }
+    lines.reserve(points.size());
+    for (const QPointF &point : points)
+        lines.append(loadedPointLine(point.x(), point.y()));
     return lines;
-}
-
-QStringList linesOfArrays(const QJsonArray &energies, const QJsonArray &intensities)
-{
-    QStringList lines;
-    if (energies.size() != intensities.size())
-        return lines;
-    lines.reserve(energies.size());
-    auto intensity = intensities.begin();
-    for (const QJsonValue &energy : energies)
-        lines.append(loadedPointLine(energy.toDouble(), (*intensity++).toDouble()));
-    return lines;
-}
-
-QStringList pointLinesOf(const QJsonObject &obj)
-{
-    if (obj.contains(pointObjectsKey))
-        return linesOfPointObjects(obj.value(pointObjectsKey).toArray());
-    return linesOfArrays(obj.value(energiesKey).toArray(), obj.value(intensitiesKey).toArray());
 }
 
 } // namespace
@@ -97,14 +69,14 @@ bool SpectrumModel::setValue(SpectrumColumn column, const QVariant &value)
 void SpectrumModel::loadFromJson(const QJsonObject &obj)
 {
     const QSignalBlocker blocker(this);
-    const int type = obj.value(typeColumnKey).toInt();
+    const int type = obj.value(spectrumTypeKey).toInt();
     setValue(SpectrumColumn::Type, type);
     setValue(SpectrumColumn::LineSpectrum, obj.value(lineSpectrumKey).toBool());
     for (const SpectrumTextField &field : spectrumTextFields) {
         const bool present = belongsTo(field.kind, type);
         setValue(field.column, present ? obj.value(field.key).toString() : QVariant());
     }
-    setPointLines(pointLinesOf(obj));
+    setPointLines(loadedPointLines(storedPoints(obj)));
     setTextEditText();
 }
 
@@ -112,7 +84,7 @@ QJsonObject SpectrumModel::toJson() const
 {
     QJsonObject obj;
     const int type = value(SpectrumColumn::Type).toInt();
-    obj.insert(typeColumnKey, type);
+    obj.insert(spectrumTypeKey, type);
     obj.insert(lineSpectrumKey, value(SpectrumColumn::LineSpectrum).toBool());
     for (const SpectrumTextField &field : spectrumTextFields) {
         const QString text = value(field.column).toString();
@@ -123,14 +95,7 @@ QJsonObject SpectrumModel::toJson() const
             obj.insert(field.key, text);
     }
 
-    QJsonArray energies;
-    QJsonArray intensities;
-    for (const QPointF &point : getXYVectors()) {
-        energies.append(point.x());
-        intensities.append(point.y());
-    }
-    obj.insert(energiesKey, energies);
-    obj.insert(intensitiesKey, intensities);
+    storePoints(obj, getXYVectors());
     return obj;
 }
 

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/command.h"
+#include "cli/console.h"
+#include "cli/filenames.h"
+#include "cli/interruption.h"
+#include "cli/jsonlosses.h"
+#include "cli/readfile.h"
+#include "species/filebytes.h"
+#include "species/jsonfile.h"
+#include "species/speciesfile.h"
+#include "spectrum/resaved.h"
+#include "spectrum/spectrumfile.h"
+
+#include <QJsonDocument>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+namespace
+{
+
+constexpr std::array options{
+    Option{"check", 0, nullptr, "write nothing; name the files that would change"},
+    Option{"in-place", 'i', nullptr, "write each file that would change anew"},
+};
+
+constexpr char details[] =
+    R"(Writes a species or spectrum file exactly as the editor does that has opened it and
+saves it: to standard output, or with --in-place in its own place, as a whole or
+not at all. What gets lost on the way is named on standard error: keys that the
+editor does not know, values of another type than it expects, digits behind the
+sixth of a point.
+
+With --check the status is 1 if a file would change. A folder stands for all its
+files *.json and those of its subfolders.
+)";
+
+struct Formatted {
+    QByteArray before;
+    QByteArray after;
+};
+
+// The file's text before and after; says on standard error what is wrong with the file, or what
+// gets lost.
+std::optional<Formatted> format(const InputFile &input, Console &console)
+{
+    const std::optional<QJsonObject> object = readObject(input, console);
+    if (!object)
+        return std::nullopt;
+    const bool isSpecies = hasType(*object, speciesFileType);
+    if (!isSpecies && !hasType(*object, spectrumFileType)) {
+        console.error(shownName(input.name) + ": neither a species nor a spectrum file");
+        return std::nullopt;
+    }
+    const std::optional<QByteArray> bytes = readFileBytes(input.path);
+    if (!bytes) {
+        console.error(shownName(input.name) + ": " + whyUnreadable(input));
+        return std::nullopt;
+    }
+    const QJsonObject resaved =
+        isSpecies ? resavedSpeciesFile(*object) : resavedSpectrumFile(*object);
+    for (const QByteArray &loss : lossesBetween(*object, resaved))
+        console.error(shownName(input.name) + ": not kept: " + loss);
+    return Formatted{*bytes, QJsonDocument(resaved).toJson(QJsonDocument::Indented)};
+}
+
+bool replace(const InputFile &input, const QByteArray &bytes, Console &console)
+{
+    const InterruptionHold hold;
+    OutputFile output(input.name);
+    if (replaceFileBytes(output.path(), bytes) && output.putInPlace())
+        return true;
+    console.error(shownName(input.name) + ": cannot be written");
+    return false;
+}
+
+// Handles one file. Returns the status that it alone would give.
+int formatFile(const InputFile &input, const Arguments &arguments, Console &console)
+{
+    const std::optional<Formatted> text = format(input, console);
+    if (!text)
+        return exitFailure;
+    const bool changes = text->before != text->after;
+    if (arguments.has("check")) {
+        if (changes)
+            console.out(shownName(input.name) + '\n');
+        return changes ? exitFindings : exitFine;
+    }
+    if (arguments.has("in-place"))
+        return !changes || replace(input, text->after, console) ? exitFine : exitFailure;
+    console.out(text->after);
+    return exitFine;
+}
+
+int run(const Arguments &arguments, Console &console)
+{
+    const bool check = arguments.has("check");
+    const bool inPlace = arguments.has("in-place");
+    if (check && inPlace)
+        return usageError(console, formatCommand(),
+                          {"--check and --in-place exclude each other", {}});
+    if (arguments.operands().isEmpty())
+        return usageError(console, formatCommand(), {"no file is named", {}});
+    const InputList list = listInputs(arguments.operands());
+    if (!check && !inPlace && list.files.size() > 1)
+        return usageError(console, formatCommand(),
+                          {"several files need --check or --in-place", {}});
+
+    int status = exitFine;
+    for (const QByteArray &folder : list.unreadableFolders) {
+        console.error(shownName(folder) + ": the folder cannot be read");
+        status = exitFailure;
+    }
+    Progress progress(console, "Formatting", list.files.size());
+    for (qsizetype i = 0; i < list.files.size() && !console.isOutputClosed(); ++i) {
+        progress.advance(i);
+        status = std::max(status, formatFile(list.files[i], arguments, console));
+    }
+    return status;
+}
+
+} // namespace
+
+const Command &formatCommand()
+{
+    static constexpr Command command{"format", "PATH...", "Write files as the editor saves them",
+                                     details,  options,   run};
+    return command;
+}
