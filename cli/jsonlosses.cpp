@@ -83,6 +83,24 @@ public:
     QByteArrayList lines;
 
 private:
+    static qsizetype countNoNumbers(const QJsonObject &spectrum)
+    {
+        qsizetype count = 0;
+        const auto look = [&](const QJsonValue &value) { count += value.isDouble() ? 0 : 1; };
+        if (spectrum.contains(pointObjectsKey)) {
+            for (const QJsonValue &point : spectrum.value(pointObjectsKey).toArray()) {
+                look(point.toObject().value(energiesKey));
+                look(point.toObject().value(intensitiesKey));
+            }
+            return count;
+        }
+        for (const QLatin1String key : {energiesKey, intensitiesKey}) {
+            for (const QJsonValue &value : spectrum.value(key).toArray())
+                look(value);
+        }
+        return count;
+    }
+
     void add(const QByteArray &place, const QByteArray &what) { lines.append(place + ": " + what); }
 
     void comparePoints(const QByteArray &path, const QJsonObject &before, const QJsonObject &after)
@@ -97,6 +115,9 @@ private:
                           + QByteArray::number(intensities) + " intensities");
         else if (hasObjects && energies + intensities > 0)
             add(path, "the points under E and I, besides those under Spectrum");
+        const qsizetype noNumbers = countNoNumbers(before);
+        if (noNumbers > 0)
+            add(path, QByteArray::number(noNumbers) + " values that are no numbers");
         qsizetype changed = 0;
         for (qsizetype i = 0; i < old.size(); ++i) {
             const bool same =

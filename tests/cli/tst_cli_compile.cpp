@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "database/createdatabase.h"
+#include "species/speciesfolder.h"
+#include "support/dialogs.h"
+#include "support/files.h"
+#include "support/mainwindowfixture.h"
+#include "testconsole.h"
+
+#include <QDate>
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+// zoravel compile.
+class TestCliCompile : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        const QStringList names = jsonFilesIn(QStringLiteral(ZORAVEL_EXAMPLES));
+        QVERIFY(names.size() > 4);
+        for (const QString &name : names)
+            QVERIFY(QFile::copy(QStringLiteral(ZORAVEL_EXAMPLES "/") + name, path(name)));
+    }
+
+    void theWindowAndTheCommandWriteTheSameBytes_data()
+    {
+        QTest::addColumn<bool>("compact");
+        QTest::newRow("indented") << false;
+        QTest::newRow("compact") << true;
+    }
+    void theWindowAndTheCommandWriteTheSameBytes()
+    {
+        QFETCH(bool, compact);
+        MainWindowFixture fixture;
+        const CreateDatabase dialog(&fixture.window);
+        QStringList files;
+        for (const QString &name : jsonFilesIn(m_folder->path()))
+            files.append(path(name));
+        const QString byWindow = path(QStringLiteral("window.db"));
+        const QByteArray byCommand = path(QStringLiteral("command.db")).toUtf8();
+        QByteArrayList words{"compile", "-o", byCommand, root()};
+        if (compact)
+            words.append("--compact");
+        // Another day may begin in between.
+        QDate day;
+        TestConsole console;
+        do {
+            day = QDate::currentDate();
+            QVERIFY(fixture.window.compileSpeciesFiles(
+                files, byWindow, dialog.version(), dialog.databaseName(), dialog.title(), compact));
+            QCOMPARE(console.run(words), 0);
+        } while (day != QDate::currentDate());
+        QCOMPARE(console.output + console.errors, "");
+        QVERIFY(fileBytes(byWindow).size() > 100'000);
+        QVERIFY(fileBytes(byWindow) == fileBytes(QString::fromUtf8(byCommand)));
+    }
+
+    void theHeaderIsAsAsked()
+    {
+        TestConsole console;
+        QCOMPARE(console.run({"compile", "--db-version", "2", "--release=R ü", "--title", "T", "-o",
+                              root() + "/x", root()}),
+                 0);
+        const QJsonObject header =
+            fileObject(path(QStringLiteral("x")))[QLatin1String("Header")].toObject();
+        QCOMPARE(header[QLatin1String("Version")].toString(), QStringLiteral("2"));
+        QCOMPARE(header[QLatin1String("Database")].toString(), QStringLiteral("R ü"));
+        QCOMPARE(header[QLatin1String("Title")].toString(), QStringLiteral("T"));
+    }
+
+    void allBadInputsAreNamedAndNothingIsWritten()
+    {
+        writeFile(path(QStringLiteral("a.json")), "no JSON");
+        writeFile(path(QStringLiteral("z.json")), "{\"Type\": \"Spectrum v1\"}");
+        writeFile(path(QStringLiteral("old.db")), "old");
+        TestConsole console;
+        QCOMPARE(console.run({"compile", "-o", root() + "/old.db", root(), root() + "/gone.json",
+                              "/dev/null"}),
+                 3);
+        QCOMPARE(console.errors, "zoravel: " + root() + "/a.json: not a species file\n"
+                                     + "zoravel: " + root() + "/z.json: not a species file\n"
+                                     + "zoravel: " + root() + "/gone.json: no such file\n"
+                                     + "zoravel: /dev/null: not a regular file\n");
+        QCOMPARE(fileBytes(path(QStringLiteral("old.db"))), "old");
+    }
+
+    void anEmptyFolderIsAnError()
+    {
+        const QTemporaryDir empty;
+        TestConsole console;
+        QCOMPARE(console.run({"compile", "-o", root() + "/x", empty.path().toUtf8()}), 3);
+        QCOMPARE(console.errors, "zoravel: there is no species file\n");
+        QVERIFY(!QFile::exists(path(QStringLiteral("x"))));
+    }
+
+    void aDatabaseAmongItsInputsIsWrittenAgain()
+    {
+        TestConsole console;
+        const QByteArrayList words{"compile", "-o", root() + "/db.json", root()};
+        QCOMPARE(console.run(words), 0);
+        const QByteArray first = fileBytes(path(QStringLiteral("db.json")));
+        QCOMPARE(console.run(words), 0);
+        QVERIFY(first.contains("\"Database v1\""));
+        QCOMPARE(fileBytes(path(QStringLiteral("db.json"))), first);
+    }
+
+    void aSpeciesFileIsNeverOverwritten()
+    {
+        const QString victim = path(QStringLiteral("water.json"));
+        const QByteArray before = fileBytes(victim);
+        TestConsole console;
+        QCOMPARE(console.run({"compile", "-o", victim.toUtf8(), root()}), 2);
+        QVERIFY(console.errors.contains("is a species file, which is not overwritten"));
+        QCOMPARE(fileBytes(victim), before);
+    }
+
+    void anOutputThatCannotBeWrittenIsSaid()
+    {
+        TestConsole console;
+        QCOMPARE(console.run({"compile", "-o", root() + "/no/such/folder.json", root()}), 3);
+        QCOMPARE(console.errors,
+                 "zoravel: " + root() + "/no/such/folder.json: cannot be written\n");
+    }
+
+    void upToDateIsWhatWouldBeWrittenApartFromTheDate_data()
+    {
+        QTest::addColumn<QByteArray>("from");
+        QTest::addColumn<QByteArray>("to");
+        QTest::addColumn<QByteArrayList>("more");
+        QTest::addColumn<int>("status");
+        const QByteArray today = QDate::currentDate().toString(Qt::ISODate).toUtf8();
+        const auto row = [](const char *name, const QByteArray &from, const QByteArray &to,
+                            const QByteArrayList &more,
+                            int status) { QTest::newRow(name) << from << to << more << status; };
+        row("as it is", "", "", {}, 0);
+        row("another day", "\"Date\": \"" + today, "\"Date\": \"1999-12-31", {}, 0);
+        row("no day", "\"Date\": \"" + today, "\"Date\": \"1999-13-31", {}, 1);
+        row("a digit", "0.5", "0.6", {}, 1);
+        row("a byte at the end", "\"Database v1\"\n}\n", "\"Database v1\"\n}\n\n", {}, 1);
+        row("a byte less", "\"Database v1\"\n}\n", "\"Database v1\"\n}", {}, 1);
+        row("another type", "Database v1", "Database v2", {}, 1);
+        row("another title", "\"Title\": \"ZORAVEL", "\"Title\": \"zORAVEL", {}, 1);
+        row("another form", "", "", {"--compact"}, 1);
+        row("another version", "", "", {"--db-version", "9"}, 1);
+    }
+    void upToDateIsWhatWouldBeWrittenApartFromTheDate()
+    {
+        QFETCH(QByteArray, from);
+        QFETCH(QByteArray, to);
+        QFETCH(QByteArrayList, more);
+        const QString database = path(QStringLiteral("db.json"));
+        TestConsole console;
+        QCOMPARE(console.run({"compile", "-o", database.toUtf8(), root()}), 0);
+        QByteArray bytes = fileBytes(database);
+        const qsizetype at = bytes.lastIndexOf(from);
+        QVERIFY(at >= 0);
+        writeFile(database, bytes.replace(at, from.size(), to));
+        const QByteArrayList words{"compile", "--check", "-o", database.toUtf8(), root()};
+        QTEST(console.run(words + more), "status");
+        QCOMPARE(console.errors, "");
+        QCOMPARE(fileBytes(database), bytes);
+    }
+
+    void aTitleThatLooksLikeADateKeyDoesNotConfuseTheComparison()
+    {
+        const QByteArrayList words{"compile",   "-o",        root() + "/db.json", "--title",
+                                   "\"Date\":", "--release", "\"Date\": \"2",     root()};
+        TestConsole console;
+        QCOMPARE(console.run(words), 0);
+        QCOMPARE(console.run(words + QByteArrayList{"--check"}), 0);
+    }
+
+    void anInputThatChangedOrADatabaseThatIsMissingIsOutOfDate()
+    {
+        TestConsole console;
+        const QByteArray database = root() + "/db.json";
+        const QByteArrayList words{"compile", "--check", "-o", database, root()};
+        QCOMPARE(console.run(words), 1);
+        QCOMPARE(console.output, database + ": not up to date\n");
+        QCOMPARE(console.run({"compile", "-o", database, root()}), 0);
+        QCOMPARE(console.run(words), 0);
+        QVERIFY(QFile::remove(path(QStringLiteral("water.json"))));
+        QCOMPARE(console.run(words), 1);
+        QVERIFY(QFile::remove(path(QStringLiteral("db.json"))));
+        writeFile(path(QStringLiteral("bad.json")), "{}");
+        QCOMPARE(console.run(words), 3);
+        QVERIFY(console.errors.contains("bad.json: not a species file"));
+    }
+
+private:
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+    QByteArray root() const { return m_folder->path().toUtf8(); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+QTEST_MAIN(TestCliCompile)
+#include "tst_cli_compile.moc"

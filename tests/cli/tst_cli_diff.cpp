@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/pointdifference.h"
+#include "support/files.h"
+#include "testconsole.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+using Points = QList<QPointF>;
+
+// zoravel diff.
+class TestCliDiff : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        QDir::setCurrent(m_folder->path());
+    }
+
+    void pointsOfTheSameEnergyBelongTogether_data()
+    {
+        QTest::addColumn<Points>("before");
+        QTest::addColumn<Points>("after");
+        QTest::addColumn<QList<int>>("counts"); // added, removed, changed, reordered
+        QTest::addColumn<QPointF>("largest");   // where and how much
+        const auto row = [](const char *name, const Points &before, const Points &after,
+                            const QList<int> &counts, const QPointF &largest = {}) {
+            QTest::newRow(name) << before << after << counts << largest;
+        };
+        row("nothing", {}, {}, {0, 0, 0, 0});
+        row("equal", {{1, 2}, {3, 4}}, {{1, 2}, {3, 4}}, {0, 0, 0, 0});
+        row("added", {{1, 2}}, {{0.5, 1}, {1, 2}, {3, 4}}, {2, 0, 0, 0});
+        row("removed", {{1, 2}, {3, 4}}, {{3, 4}}, {0, 1, 0, 0});
+        row("changed", {{1, 2}, {3, 4}, {5, 6}}, {{1, 2.5}, {3, 1}, {5, 6}}, {0, 0, 2, 0}, {3, 3});
+        row("another energy", {{1, 2}}, {{1.0000001, 2}}, {1, 1, 0, 0});
+        row("the last digit", {{1, 2}}, {{1, 2.0000000000000004}}, {0, 0, 1, 0},
+            {1, 4.440892098500626e-16});
+        row("repeated energies", {{1, 2}, {1, 3}}, {{1, 2}, {1, 4}, {1, 5}}, {1, 0, 1, 0}, {1, 1});
+        row("another order", {{1, 2}, {3, 4}}, {{3, 4}, {1, 2}}, {0, 0, 0, 1});
+    }
+    void pointsOfTheSameEnergyBelongTogether()
+    {
+        QFETCH(Points, before);
+        QFETCH(Points, after);
+        QFETCH(QPointF, largest);
+        const PointDifference d = differenceOf(before, after);
+        QTEST((QList<int>{int(d.added), int(d.removed), int(d.changed), d.reordered ? 1 : 0}),
+              "counts");
+        QVERIFY(d.largestAtEv == largest.x() && d.largest == largest.y());
+    }
+
+    void equalFilesHaveNoDifference()
+    {
+        TestConsole console;
+        QCOMPARE(
+            console.run({"diff", ZORAVEL_EXAMPLES "/furan.json", ZORAVEL_EXAMPLES "/furan.json"}),
+            0);
+        QCOMPARE(console.output + console.errors, "");
+    }
+
+    void fieldsAndPointsAreComparedOneByOne()
+    {
+        writeFile(QStringLiteral("a.json"), R"({"Type": "Species v1", "Species":
+            {"Name": "a", "Mass": 1, "CAS": "1"}, "Dataset1": {"Title": "t", "SpectType": 1, "T": "3",
+            "E": [1, 2, 3], "I": [1, 1, 1]}})");
+        writeFile(QStringLiteral("b.json"), R"({"Type": "Species v1", "Species":
+            {"Name": "b\n", "Mass": 1, "Note": true}, "Dataset1": {"Title": "u"},
+            "Dataset7": {"Title": "t", "SpectType": 1, "T": "4", "E": [1, 2, 4, 5], "I":
+            [1, 1.5, 1, 1]}, "X": 1})");
+        TestConsole console;
+        QCOMPARE(console.run({"diff", "a.json", "b.json"}), 1);
+        QCOMPARE(console.errors, "");
+        QCOMPARE(console.output, "Profile\n"
+                                 "  CAS: \"1\" -> nothing\n"
+                                 "  Name: \"a\" -> \"b\\n\"\n"
+                                 "  Note: nothing -> true\n"
+                                 "File\n"
+                                 "  X: nothing -> 1\n"
+                                 "Dataset1 -> Dataset7 (t)\n"
+                                 "  points: 2 added, 1 removed, 1 changed, by up to 0.5 at 2 eV\n"
+                                 "  T: \"3\" -> \"4\"\n"
+                                 "Dataset1 (u)\n"
+                                 "  added, with 0 points\n");
+    }
+
+    void spectraThatOnlyGotAnotherNumberDoNotDiffer()
+    {
+        writeFile(QStringLiteral("a.json"), R"({"Type": "Species v1", "Dataset1": {"T": "1"},
+            "Dataset2": {"T": "2"}})");
+        writeFile(QStringLiteral("b.json"), R"({"Type": "Species v1", "Dataset1": {"T": "2"},
+            "Dataset2": {"T": "1"}})");
+        TestConsole console;
+        QCOMPARE(console.run({"diff", "a.json", "b.json"}), 0);
+    }
+
+    void spectrumFilesAreCompared()
+    {
+        writeFile(QStringLiteral("a.json"), R"({"Type": "Spectrum v1", "E": [1], "I": [2]})");
+        writeFile(QStringLiteral("b.json"),
+                  R"({"Type": "Spectrum v1", "Spectrum": [{"E": 1, "I": 2}]})");
+        writeFile(QStringLiteral("c.json"), R"({"Type": "Spectrum v1", "E": [1, 2], "I": [2]})");
+        TestConsole console;
+        QCOMPARE(console.run({"diff", "a.json", "b.json"}), 0);
+        QCOMPARE(console.run({"diff", "a.json", "c.json"}), 1);
+        QVERIFY(console.output.contains("points: 0 added, 1 removed, 0 changed\n"));
+        QVERIFY(console.output.contains("E: nothing -> [1,2]\n"));
+    }
+
+    void otherFilesAreRefused()
+    {
+        writeFile(QStringLiteral("a.json"), R"({"Type": "Spectrum v1"})");
+        writeFile(QStringLiteral("b.json"), R"({"Type": "Species v1"})");
+        writeFile(QStringLiteral("c.json"), R"({"Type": "Database v1"})");
+        TestConsole console;
+        QCOMPARE(console.run({"diff", "a.json", "b.json"}), 3);
+        QVERIFY(console.errors.contains("cannot be compared"));
+        QCOMPARE(console.run({"diff", "a.json", "c.json"}), 3);
+        QCOMPARE(console.errors, "zoravel: c.json: neither a species nor a spectrum file\n");
+        QCOMPARE(console.run({"diff", "gone.json", "c.json"}), 3);
+    }
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+QTEST_MAIN(TestCliDiff)
+#include "tst_cli_diff.moc"

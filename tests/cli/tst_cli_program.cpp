@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/program.h"
+#include "testconsole.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+// The frame of the commands: help, version, wrong usage, progress.
+class TestCliProgram : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void theHelpNamesEveryCommandAndEachHasItsOwn()
+    {
+        TestConsole console;
+        QCOMPARE(console.run({"--help"}), 0);
+        QCOMPARE(console.errors, "");
+        const QByteArrayList names = commandsIn(console.output);
+        QVERIFY(names.contains("compile") && names.contains("list"));
+        for (const QByteArray &name : names) {
+            QCOMPARE(console.run({name, "--help"}), 0);
+            QVERIFY2(console.output.startsWith(QByteArray("Usage: zoravel " + name + ' ')),
+                     name.constData());
+            QVERIFY2(console.output.contains("--help"), name.constData());
+            for (const QByteArray &line : console.output.split('\n'))
+                QVERIFY2(QString::fromUtf8(line).size() <= 88, line.constData());
+            const QByteArray help = console.output;
+            QCOMPARE(console.run({name, "-h", "--", "-x"}), 0);
+            QCOMPARE(console.output, help);
+        }
+    }
+
+    void theVersionIsTheProjects()
+    {
+        TestConsole console;
+        QCOMPARE(console.run({"--version"}), 0);
+        QCOMPARE(console.output, "zoravel " ZORAVEL_VERSION "\n");
+    }
+
+    void wrongUsageEndsWithTwoAndAHint_data()
+    {
+        QTest::addColumn<QByteArrayList>("words");
+        QTest::addColumn<QByteArray>("errors");
+        const auto row = [](const QByteArrayList &words, const char *errors) {
+            QTest::newRow(words.join(' ').constData()) << words << QByteArray(errors);
+        };
+        row({}, "zoravel: a command is missing\nSee \"zoravel --help\".\n");
+        row({"lst"}, "zoravel: unknown command lst; did you mean list?\nSee \"zoravel --help\".\n");
+        row({"--hlep"},
+            "zoravel: unknown option --hlep; did you mean --help?\nSee \"zoravel --help\".\n");
+        row({"a\nb\x1b[2J"}, "zoravel: unknown command a\\nb\\x1b[2J\nSee \"zoravel --help\".\n");
+        row({"list"}, "zoravel list: no file is named\nSee \"zoravel list --help\".\n");
+        row({"list", "-f", "jsn", "x"},
+            "zoravel list: the form jsn is none of text, tsv, json; did you mean json?\n"
+            "See \"zoravel list --help\".\n");
+        row({"compile", "x"},
+            "zoravel compile: -o DB.json is missing\nSee \"zoravel compile --help\".\n");
+        row({"diff", "a"},
+            "zoravel diff: two files have to be named\nSee \"zoravel diff --help\".\n");
+        row({"format", "--check", "--in-place", "x"},
+            "zoravel format: --check and --in-place exclude each other\n"
+            "See \"zoravel format --help\".\n");
+    }
+    void wrongUsageEndsWithTwoAndAHint()
+    {
+        QFETCH(QByteArrayList, words);
+        TestConsole console;
+        QCOMPARE(console.run(words), 2);
+        QTEST(console.errors, "errors");
+        QCOMPARE(console.output, "");
+    }
+
+    void progressIsShownOnATerminalAfterASecondAndTakenAway()
+    {
+        TestConsole console;
+        console.terminal = true;
+        {
+            Progress progress(console, "Reading", 9);
+            progress.advance(1);
+            QCOMPARE(console.errors, "");
+            QTRY_VERIFY((progress.advance(2), !console.errors.isEmpty()));
+            QCOMPARE(console.errors, "\rReading 2 of 9\x1b[K");
+            progress.advance(3); // too soon to be read
+            QCOMPARE(console.errors, "\rReading 2 of 9\x1b[K");
+        }
+        QVERIFY(console.errors.endsWith("\r\x1b[K"));
+    }
+
+    void progressIsNotShownElsewhere()
+    {
+        TestConsole console;
+        Progress progress(console, "Reading", 9);
+        QTest::qWait(1100);
+        progress.advance(2);
+        QCOMPARE(console.errors, "");
+    }
+
+private:
+    static QByteArrayList commandsIn(const QByteArray &help)
+    {
+        static const QRegularExpression line(QStringLiteral("^  ([a-z]+) "),
+                                             QRegularExpression::MultilineOption);
+        QByteArrayList names;
+        for (auto it = line.globalMatch(QString::fromUtf8(help)); it.hasNext();)
+            names.append(it.next().captured(1).toUtf8());
+        return names;
+    }
+};
+
+QTEST_MAIN(TestCliProgram)
+#include "tst_cli_program.moc"
