@@ -3,6 +3,7 @@
 # the libraries in is not bound by it.
 option(ZORAVEL_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 option(ZORAVEL_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+option(ZORAVEL_FUZZ "Build the fuzz targets with the engine and the sanitizers of Clang" OFF)
 
 add_library(zoravel_options INTERFACE)
 target_compile_definitions(zoravel_options INTERFACE
@@ -23,6 +24,13 @@ endif()
 if(ZORAVEL_SANITIZE)
     target_compile_options(zoravel_options INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    target_link_options(zoravel_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+if(ZORAVEL_FUZZ)
+    target_compile_options(zoravel_options INTERFACE
+        -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined
+        -fno-omit-frame-pointer)
     target_link_options(zoravel_options INTERFACE -fsanitize=address,undefined)
 endif()
 

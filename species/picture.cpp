@@ -18,6 +18,22 @@ bool isDeep(const QImage &image)
     return image.format() == QImage::Format_Grayscale16 || image.pixelFormat().redSize() > 8;
 }
 
+// The image as the encoder gives it back: what was saved once is saved in the same bytes again.
+QImage encodable(const QImage &image)
+{
+    QImage result = image;
+    // The encoder keeps sixteen bits a channel, but not ten.
+    if (isDeep(image) && image.format() != QImage::Format_Grayscale16)
+        result = image.convertToFormat(QImage::Format_RGBA64);
+    // It would write the bits that fill up a line too, which no decoder sets.
+    else if (image.depth() == 1)
+        result = image.convertToFormat(QImage::Format_Indexed8);
+    // A colour space that was put together goes by its name once it has been read.
+    if (result.colorSpace().isValid())
+        result.setColorSpace(QColorSpace::fromIccProfile(result.colorSpace().iccProfile()));
+    return result;
+}
+
 } // namespace
 
 bool isSamePicture(const QImage &left, const QImage &right)
@@ -64,9 +80,7 @@ QByteArray encodePng(const QImage &image)
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    // The encoder keeps sixteen bits a channel, but not ten.
-    const bool isRounded = isDeep(image) && image.format() != QImage::Format_Grayscale16;
-    if (!(isRounded ? image.convertToFormat(QImage::Format_RGBA64) : image).save(&buffer, "PNG"))
+    if (!encodable(image).save(&buffer, "PNG"))
         return {};
     return bytes;
 }

@@ -132,6 +132,19 @@ QByteArray pngOfClaimedSize(quint32 side)
            + pngChunk(QByteArray("IDAT\x78\x9c\x63\0\0", 9)) + pngChunk("IEND"_ba);
 }
 
+// One grey pixel of linear colours: gamma 1 and the primaries of sRGB, told number by number.
+QByteArray pngWithPrimaries()
+{
+    QByteArray primaries("cHRM");
+    for (const quint32 coordinate : {31270, 32900, 64000, 33000, 30000, 60000, 15000, 6000})
+        primaries += bigEndian(coordinate);
+    return "\x89PNG\r\n\x1a\n"_ba
+           + pngChunk("IHDR" + bigEndian(1) + bigEndian(1) + QByteArray("\x08\x02\0\0\0", 5))
+           + pngChunk("gAMA" + bigEndian(100'000)) + pngChunk(primaries)
+           + pngChunk("IDAT" + QByteArray::fromHex("789c63686868000003040181"))
+           + pngChunk("IEND"_ba);
+}
+
 QByteArray littleEndian(quint32 value)
 {
     QByteArray bytes = bigEndian(value);
@@ -690,6 +703,34 @@ private slots:
         f.forget();
         f.model.loadFromJson(f.model.toJson());
         QCOMPARE(f.imageChanges.count(), 0);
+    }
+
+    void aPictureIsSavedInTheSameBytesHoweverOften_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        const QMetaEnum formats = QMetaEnum::fromType<QImage::Format>();
+        for (int format = QImage::Format_Invalid + 1; format < QImage::NImageFormats; ++format)
+            QTest::newRow(formats.valueToKey(format))
+                << encodePng(colours().convertToFormat(QImage::Format(format)));
+        QTest::newRow("lines that do not fill their bytes") << "P1 2 2 1 0 0 1\n"_ba;
+        QImage linear = filled(Qt::darkCyan);
+        linear.setColorSpace(
+            QColorSpace(QColorSpace::Primaries::SRgb, QColorSpace::TransferFunction::Linear));
+        QTest::newRow("linear colours") << imageFile(linear, "PNG");
+        linear.setColorSpace(QColorSpace(QColorSpace::Primaries::DciP3D65, 1.8f));
+        QTest::newRow("colours of a kind of their own") << imageFile(linear, "PNG");
+        QTest::newRow("gamma and primaries") << pngWithPrimaries();
+    }
+    void aPictureIsSavedInTheSameBytesHoweverOften()
+    {
+        QFETCH(QByteArray, file);
+        Fixture f;
+        f.model.loadFromJson(withImage(file));
+        QVERIFY(!f.model.getImage().isNull());
+        const QJsonObject saved = f.model.toJson();
+        Fixture again;
+        again.model.loadFromJson(saved);
+        QCOMPARE(again.model.toJson(), saved);
     }
 
     void sixteenBitsAChannelAreKept()
