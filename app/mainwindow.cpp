@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/mainwindow.h"
 
+#include "app/quietarea.h"
 #include "settings/lastfolder.h"
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
@@ -74,6 +75,7 @@ void MainWindow::connectActions()
     on(ui->actionNextFile, &MainWindow::loadNextSpeciesFile);
     connect(speciesModel, &SpeciesModel::imageChanged, this, &MainWindow::updateImageFromSpecies);
     on(ui->actionCreateDatabase, &MainWindow::createSpeciesDatabase);
+    connect(ui->mdiArea, &QMdiArea::subWindowActivated, this, &MainWindow::focusSpectrum);
 }
 
 // A floating dock is a window of its own and gets the drops on it.
@@ -125,7 +127,7 @@ void MainWindow::cleanUp()
 {
     if (!promptToSaveChanges())
         return;
-    ui->mdiArea->closeAllSubWindows();
+    closeQuietly(ui->mdiArea);
     currentFile.clear();
     for (int column = 0; column < speciesModel->columnCount(); ++column)
         speciesModel->setData(speciesModel->index(0, column), QVariant(), Qt::EditRole);

@@ -12,6 +12,7 @@
 class CreateDatabase;
 class QDataWidgetMapper;
 class QDir;
+class QMdiSubWindow;
 class QNetworkAccessManager;
 class QNetworkReply;
 class SpeciesModel;
@@ -123,9 +124,14 @@ private:
     [[nodiscard]] QList<SpectrumWindow *> spectrumWindows() const;
     // The spectrum that the user works on, or null.
     [[nodiscard]] SpectrumWindow *currentSpectrumWindow() const;
+    // Hands the keyboard on to the title of a sub-window's spectrum if the sub-window itself has
+    // it, as it has when it becomes active for the first time.
+    void focusSpectrum(const QMdiSubWindow *subWindow);
     void commitFocusedField();
     // Fills the emptied document from a species file's object.
     void loadSpeciesObject(const QJsonObject &file);
+    // One for each spectrum of a species file's object, in the order of their keys.
+    void createSpectrumWindows(const QJsonObject &file);
     bool loadFirstOf(const QDir &folder, const QStringList &files);
     bool loadNeighbour(const QDir &folder, const QStringList &files, qsizetype current, int step);
     // The path of the first of files that is a species file, or an empty text.

@@ -2,6 +2,7 @@
 #include "app/mainwindow.h"
 
 #include "app/messagebox.h"
+#include "app/quietarea.h"
 #include "app/waitcursor.h"
 #include "species/jsonfile.h"
 #include "species/speciesfile.h"
@@ -116,11 +117,17 @@ void MainWindow::loadSpeciesObject(const QJsonObject &file)
     const WaitCursor waitCursor;
     speciesModel->loadFromJson(file.value(speciesKey).toObject());
     mapper->toFirst();
-    for (const QString &key : datasetKeys(file))
-        createNewSpectrumWindow(file.value(key).toObject());
+    createSpectrumWindows(file);
     const QList<QMdiSubWindow *> subWindows = ui->mdiArea->subWindowList();
     if (!subWindows.isEmpty())
         ui->mdiArea->setActiveSubWindow(subWindows.first());
+}
+
+void MainWindow::createSpectrumWindows(const QJsonObject &file)
+{
+    const QuietArea quiet(ui->mdiArea);
+    for (const QString &key : datasetKeys(file))
+        createNewSpectrumWindow(file.value(key).toObject());
 }
 
 void MainWindow::saveSpecies()

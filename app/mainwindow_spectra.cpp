@@ -44,6 +44,14 @@ void MainWindow::addSpectrumWindowToMdiArea(SpectrumWindow *w)
     setModified();
 }
 
+void MainWindow::focusSpectrum(const QMdiSubWindow *subWindow)
+{
+    if (!subWindow || !subWindow->hasFocus())
+        return;
+    if (auto *window = qobject_cast<SpectrumWindow *>(subWindow->widget()))
+        window->focusTitle();
+}
+
 void MainWindow::createNewSpectrumWindow()
 {
     addSpectrumWindowToMdiArea(new SpectrumWindow(this));

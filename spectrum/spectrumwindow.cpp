@@ -66,6 +66,11 @@ void SpectrumWindow::commitFocusedField()
     commitFocusedEditor(mapper, this);
 }
 
+void SpectrumWindow::focusTitle()
+{
+    ui->lineEditTitle->setFocus();
+}
+
 void SpectrumWindow::readPendingPoints()
 {
     model->readPendingPoints();

@@ -37,6 +37,8 @@ public:
     // Writes what the user has typed into the focused field of the form, and has not left yet, into
     // the model.
     void commitFocusedField();
+    // Gives the keyboard to the title.
+    void focusTitle();
     // Reads points that were typed within the last two seconds now.
     void readPendingPoints();
 

@@ -9,6 +9,7 @@
 #include "support/warnings.h"
 #include "widgets/cleantextedit.h"
 
+#include <QApplication>
 #include <QBuffer>
 #include <QDockWidget>
 #include <QJsonArray>
@@ -18,6 +19,7 @@
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
+#include <QTabBar>
 #include <QTest>
 
 namespace
@@ -514,6 +516,51 @@ private slots:
         QVERIFY(!fixture.isModified());
         QCoreApplication::processEvents();
         QVERIFY(!fixture.isModified());
+    }
+
+    void ofManySpectraOnlyTheFirstBecomesActiveOnTheWayAndAllCanBeUsed()
+    {
+        constexpr int count = 12;
+        MainWindowFixture fixture;
+        const QString file = fixture.path(QStringLiteral("a.json"));
+        QStringList titles;
+        for (int i = 1; i <= count; ++i)
+            titles.append(QStringLiteral("spectrum %1").arg(i));
+        writeFile(file, speciesFileWith(QStringLiteral("water"), titles));
+        QStringList activated;
+        connect(fixture.area(), &QMdiArea::subWindowActivated, this,
+                [&](const QMdiSubWindow *subWindow) {
+                    activated.append(subWindow ? subWindow->windowTitle() : QStringLiteral("none"));
+                });
+        QVERIFY(fixture.window.loadSpeciesFile(file));
+        QCOMPARE(activated, QStringList{QStringLiteral("spectrum 1")});
+
+        const QList<QMdiSubWindow *> windows = fixture.area()->subWindowList();
+        QCOMPARE(windows.size(), count);
+        for (const QMdiSubWindow *window : windows) {
+            QVERIFY(window->isVisible() && window->isEnabled() && window->updatesEnabled());
+            QCOMPARE(window->isMaximized(), window == windows.first());
+            QVERIFY(window->widget()->isVisible());
+        }
+        // As if they had been activated one by one, and then the first again.
+        QList<QMdiSubWindow *> raised = windows.sliced(1) + windows.first(1);
+        QCOMPARE(fixture.area()->subWindowList(QMdiArea::StackingOrder), raised);
+        QCOMPARE(fixture.area()->subWindowList(QMdiArea::ActivationHistoryOrder), raised);
+        const auto *tabs = fixture.area()->findChild<QTabBar *>();
+        QCOMPARE(tabs->count(), count);
+        QCOMPARE(tabs->currentIndex(), 0);
+        QCOMPARE(tabs->tabText(1), QStringLiteral("spectrum 10"));
+        QCOMPARE(
+            QApplication::focusWidget(),
+            MainWindowFixture::field(fixture.spectra().first(), QStringLiteral("lineEditTitle")));
+
+        fixture.area()->setActiveSubWindow(windows.at(3));
+        QVERIFY(windows.at(3)->isMaximized() && !windows.first()->isMaximized());
+        activated.clear();
+        fixture.window.cleanUp();
+        QCOMPARE(activated, QStringList{QStringLiteral("none")});
+        QVERIFY(fixture.area()->subWindowList().isEmpty());
+        QVERIFY(fixture.area()->updatesEnabled());
     }
 
     void loadingAndLookingRewriteNoTextThatCannotBeShown()
