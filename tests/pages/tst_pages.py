@@ -98,6 +98,14 @@ class PagesTest(unittest.TestCase):
         self.assertEqual(wrong, [])
         self.assertGreaterEqual(checked, 10)
 
+    def test_the_architecture_names_every_folder(self):
+        page = (DOCS / "architecture.md").read_text("utf-8")
+        hidden = {"build"}
+        folders = [folder.name for folder in ROOT.iterdir() if folder.is_dir()
+                   and folder.name not in hidden and not folder.name.startswith((".", "_"))]
+        self.assertGreaterEqual(len(folders), 12)
+        self.assertEqual([name for name in folders if f"| `{name}/` |" not in page], [])
+
     def test_the_guide_has_every_message(self):
         """The texts of the boxes, as the sources have them."""
         shown = re.compile(r"(?:showMessage|warn|QMessageBox::warning|box\.setText|box\.setInformativeText)\(([^;]*)\);")

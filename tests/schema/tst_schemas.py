@@ -266,11 +266,12 @@ class SchemasTest(unittest.TestCase):
             self.assert_accepted("species", saved, f"{name}, saved")
             self.assertTrue(is_kept("species", value, saved), name)
 
-    def check_broken(self, kind, broken):
-        """Every file is refused, and the editor does not keep it either."""
+    def check_broken(self, kind, broken, through_editor_each=1):
+        """Every file is refused, and the editor does not keep it, or each so many of them, either."""
         self.assertGreater(len(broken), 0)
         for name, value in broken:
             self.assert_refused(kind, value, name)
+        broken = broken[::through_editor_each]
         for (name, value), saved in zip(broken, through_editor(kind, [value for _, value in broken])):
             if saved is not None:
                 self.assertFalse(is_kept(kind, value, saved), f"refused, but kept: {name}")
@@ -280,7 +281,8 @@ class SchemasTest(unittest.TestCase):
         for kind in ("species", "spectrum"):
             broken = list(wrongly_typed(documented(kind)))
             self.assertGreater(len(broken), 80)
-            self.check_broken(kind, broken)
+            # Files of single spectra go through dialogs, which takes long; the same spectra go in species files.
+            self.check_broken(kind, broken, 5 if kind == "spectrum" else 1)
         for name, value in wrongly_typed(documented("database")):
             self.assert_refused("database", value, name)
         self.check_broken("species", list(wrongly_typed(
