@@ -44,6 +44,14 @@ def documented_examples():
     return [(kind, block) for block in blocks for kind in KINDS if block.get("Type") == TYPE[kind]]
 
 
+def table_rows(heading):
+    """The cells of the rows that name a key, in all tables below a heading of docs/file-formats.md."""
+    page = (ROOT / "docs/file-formats.md").read_text("utf-8")
+    section = page.split(f"\n{heading}\n", 1)[1].split("\n### ", 1)[0]
+    return [[cell.strip().strip("`") for cell in line.strip("|").split("|")]
+            for line in section.splitlines() if line.startswith("| `")]
+
+
 def documented(kind):
     return next(value for this, value in documented_examples() if this == kind)
 
@@ -218,6 +226,26 @@ class SchemasTest(unittest.TestCase):
             found = [SCHEMAS[kind]["$defs"][name] for kind in KINDS if name in SCHEMAS[kind]["$defs"]]
             self.assertGreaterEqual(len(found), 2, name)
             self.assertTrue(all(definition == found[0] for definition in found), name)
+
+    def test_page_and_schemas_say_the_same(self):
+        """The tables of docs/file-formats.md: keys, types, markup and defaults."""
+        defaults = {"empty": "", "0": 0, "false": False, "no points": [], "no image": ""}
+        definitions = SCHEMAS["species"]["$defs"]
+        for heading, name in (("### The profile", "species"), ("### A spectrum", "spectrum")):
+            properties = dict(definitions[name]["properties"])
+            properties.pop("Spectrum", None)  # the second form of the points has no table
+            rows = table_rows(heading)
+            self.assertEqual(sorted(row[0] for row in rows), sorted(properties))
+            for key, kind, *_, default in rows:
+                schema = properties[key]
+                kinds = kind.split(", ")
+                reference = schema.get("$ref", "").removeprefix("#/$defs/")
+                self.assertEqual("markup" in kinds, reference == "markup", key)
+                self.assertEqual("as it stands" in kinds, reference == "text", key)
+                resolved = definitions[reference] if reference else schema
+                json_type = "integer" if "integer" in kinds else kinds[0].split(" ")[0]
+                self.assertEqual(resolved["type"], json_type, key)
+                self.assertEqual(schema["default"], defaults[default], key)
 
     def test_examples_conform_and_are_kept(self):
         self.assertGreaterEqual(len(EXAMPLES), 8)
