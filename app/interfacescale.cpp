@@ -153,6 +153,7 @@ QByteArray screenScaleFactors(const QList<ScreenRatio> &screens)
     constexpr int allDigits = std::numeric_limits<double>::max_digits10;
     QList<QByteArray> factors(screens.size() + spareScreens,
                               QByteArray::number(unknown, 'g', allDigits));
+    factors.reserve(factors.size() + screens.size());
     for (qsizetype i = 0; i < screens.size(); ++i) {
         const QByteArray name = screens[i].name.toLocal8Bit();
         const QByteArray factor =
@@ -176,7 +177,7 @@ InterfaceShrink prepareScreens(int argc, char **argv)
         const Probe system = probeScreens(argc, argv);
         const qsizetype count = std::min(probe.screens.size(), system.screens.size());
         for (qsizetype i = 0; i < count; ++i)
-            probe.screens[i].ownFactor = probe.screens[i].ratio / system.screens[i].ratio;
+            probe.screens[i].ownFactor = probe.screens[i].ratio / system.screens.at(i).ratio;
     }
     qputenv(screenFactorsVariable, screenScaleFactors(probe.screens));
     return {needsShrinking(probe.screens), probe.logicalDpi};

@@ -50,7 +50,7 @@ public:
     void loadSpeciesFromFile();
     // Asks to save, then loads the species file at path; says what is wrong with it in a box. True
     // if it is the document now.
-    bool loadSpeciesFile(const QString &path);
+    bool loadSpeciesFile(const QString &requested);
     [[nodiscard]] bool isValidSpeciesFile(const QString &path) const;
     // Reads the file into the document, which must have been emptied.
     bool loadJSONSpecies(const QString &path);

@@ -88,7 +88,7 @@ QString MainWindow::firstSpeciesFile(const QDir &folder, const QStringList &file
 {
     const WaitCursor waitCursor;
     for (const QString &file : files) {
-        const QString path = folder.absoluteFilePath(file);
+        QString path = folder.absoluteFilePath(file);
         if (isValidSpeciesFile(path))
             return path;
     }

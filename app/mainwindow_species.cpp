@@ -66,8 +66,8 @@ void MainWindow::loadSpeciesFromFile()
 
 bool MainWindow::loadSpeciesFile(const QString &requested)
 {
-    // The caller may have passed the current file's path, which is cleared on the way.
-    const QString path = requested;
+    // It may be the current file's path, which changes on the way.
+    const QString path = requested; // NOLINT(performance-unnecessary-copy-initialization)
     if (!promptToSaveChanges())
         return false;
     if (!QFile::exists(path)) {
@@ -155,7 +155,9 @@ void MainWindow::saveSpeciesToFile()
 {
     commitFocusedField();
     QList<QJsonObject> datasets;
-    for (const SpectrumWindow *window : spectrumWindows())
+    const QList<SpectrumWindow *> windows = spectrumWindows();
+    datasets.reserve(windows.size());
+    for (const SpectrumWindow *window : windows)
         datasets.append(window->toJson());
     if (!writeJsonObject(currentFile, speciesFileObject(speciesModel->toJson(), datasets))) {
         showMessage(this, QMessageBox::Warning, QStringLiteral("Error"),

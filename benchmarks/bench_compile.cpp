@@ -117,6 +117,7 @@ int compileWithJq(const QStringList &files, const QString &output)
     for (const QString &file : files)
         words.push_back(QFile::encodeName(file));
     std::vector<char *> arguments;
+    arguments.reserve(words.size() + 1);
     for (QByteArray &word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);

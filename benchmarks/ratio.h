@@ -44,7 +44,7 @@ Ratio measureSeconds(int rounds, Subject &&subject, Reference &&reference)
     std::vector<double> references;
     std::vector<double> ratios;
     for (int round = 0; round <= rounds; ++round) {
-        double seconds[2];
+        double seconds[2]{};
         for (const int turn : {round % 2, 1 - round % 2})
             seconds[turn] = turn == 0 ? subject() : reference();
         if (round == 0)
@@ -79,7 +79,6 @@ inline bool report(const char *what, const Ratio &ratio, const char *reference, 
 template <typename Value>
 void keep(const Value &value)
 {
-    static const void *volatile sink;
-    sink = &value;
-    static_cast<void>(sink);
+    static volatile unsigned char sink;
+    sink = *reinterpret_cast<const volatile unsigned char *>(&value);
 }

@@ -165,7 +165,7 @@ std::optional<CompileError> compileDatabase(const QStringList &files, const QStr
     MemberText text(format);
     bool taken = true;
     const auto write = [&](const QByteArray &member) { return taken = file.write(member); };
-    if (const auto error = takeEntries(files, text, progress, write))
+    if (auto error = takeEntries(files, text, progress, write))
         return error;
     if (!taken)
         return unwritable();
@@ -193,7 +193,7 @@ isDatabaseUpToDate(const QStringList &files, const QString &database, const Data
     const auto compare = [&](const QByteArray &member) {
         return same = present.continuesWith(member);
     };
-    if (const auto error = takeEntries(files, text, progress, compare))
+    if (auto error = takeEntries(files, text, progress, compare))
         return *error;
     same = same && present.continuesWithHeader(text.next(headerKey, headerObject(header)))
            && present.continuesWith(text.next(typeKey, databaseFileType))

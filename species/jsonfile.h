@@ -11,7 +11,7 @@
 inline constexpr QLatin1String typeKey("Type");
 
 // Larger files, in bytes, are not read: parsing takes many times their size in memory.
-inline constexpr qint64 largestJsonFile = 256 * 1024 * 1024;
+inline constexpr qint64 largestJsonFile = qint64{256} * 1024 * 1024;
 
 // Whether the object's "Type" is exactly this string.
 [[nodiscard]] bool hasType(const QJsonObject &object, QLatin1String type);

@@ -10,7 +10,7 @@ namespace
 {
 
 constexpr qint64 largestPicture = 64'000'000; // pixels
-constexpr qint64 megabyte = 1024 * 1024;
+constexpr qint64 megabyte = qint64{1024} * 1024;
 
 // More than eight bits a channel.
 bool isDeep(const QImage &image)

@@ -128,6 +128,8 @@ bool SpeciesModel::setImage(const QModelIndex &index, const QImage &image)
 {
     const auto current = data(index, Qt::DisplayRole).value<QImage>();
     if (!isSamePicture(image, current)) {
+        // Past the comparison of values, which cannot tell pictures apart.
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call)
         QStandardItemModel::setData(index, QVariant::fromValue(image), Qt::EditRole);
         emit imageChanged();
     }

@@ -212,15 +212,17 @@ std::variant<QList<QPointF>, ResampleError> resampled(const QList<QPointF> &poin
         return ResampleError::NoPoints;
     const double start = points.first().x() + gridStepEv;
     const double end = points.last().x() - gridStepEv;
-    const double steps = std::trunc((end - start) / gridStepEv);
-    if (!std::isfinite(start) || !std::isfinite(end) || steps + 1 > largestGrid)
+    const double wholeSteps = std::trunc((end - start) / gridStepEv);
+    if (!std::isfinite(start) || !std::isfinite(end) || wholeSteps + 1 > largestGrid)
         return ResampleError::GridTooLarge;
 
     QList<QPointF> grid;
     // The first segment that ends at or above a grid energy never lies before that of the energy
     // before it, whatever the order of the points, so one walk over them serves the whole grid.
     qsizetype j = 0;
-    for (double i = 0; i <= steps; ++i) {
+    // A range that is far below zero has no step at all, however far.
+    const int steps = static_cast<int>(std::max(wholeSteps, -1.0));
+    for (int i = 0; i <= steps; ++i) {
         const double x = std::fma(i, gridStepEv, start);
         while (j + 1 < points.size() && !(points[j + 1].x() >= x))
             ++j;

@@ -47,7 +47,7 @@ public:
     void updateChart();
 
 public slots:
-    void onSpectrumTypeChanged(int index);
+    void onSpectrumTypeChanged(int type);
     void updateWindowTitle();
     void onButtonCommaToDotClicked();
 

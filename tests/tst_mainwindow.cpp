@@ -160,8 +160,8 @@ private slots:
         const MainWindow window;
         const auto *bar = window.findChild<QMenuBar *>(QStringLiteral("menubar"));
         QCOMPARE(bar->actions().size(), 2);
-        QCOMPARE(bar->actions()[0]->text(), QStringLiteral("&Species"));
-        QCOMPARE(bar->actions()[1]->text(), QStringLiteral("S&pectrum"));
+        QCOMPARE(bar->actions().at(0)->text(), QStringLiteral("&Species"));
+        QCOMPARE(bar->actions().at(1)->text(), QStringLiteral("S&pectrum"));
         QCOMPARE(actionNames(window.findChild<QMenu *>(QStringLiteral("menuSpecies")))
                      .join(QLatin1Char(' ')),
                  QStringLiteral("actionLoadSpecies actionSaveSpecies actionSaveSpeciesAs - "

@@ -30,8 +30,8 @@ QString storedFolder()
 
 void store(const QString &folder)
 {
-    QSettings(QStringLiteral("Tarnwick Institute"), QStringLiteral("ZORAVEL"))
-        .setValue(QStringLiteral("lastOpenFolder"), folder);
+    QSettings settings(QStringLiteral("Tarnwick Institute"), QStringLiteral("ZORAVEL"));
+    settings.setValue(QStringLiteral("lastOpenFolder"), folder);
 }
 
 } // namespace

@@ -238,8 +238,8 @@ private slots:
             auto *dialog = qobject_cast<QDialog *>(widget);
             widget->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))
                 ->setText(fixture.path(QStringLiteral("gone/s.json")));
-            QObject::connect(dialog, &QDialog::finished,
-                             [&] { QDir().rmdir(fixture.path(QStringLiteral("gone"))); });
+            QObject::connect(dialog, &QDialog::finished, dialog,
+                             [&fixture] { QDir().rmdir(fixture.path(QStringLiteral("gone"))); });
             dialog->accept();
         });
         dialogs.press();

@@ -23,7 +23,7 @@ bool TextGuardDelegate::eventFilter(QObject *object, QEvent *event)
     const bool hasLeft = !editor->isActiveWindow() || QApplication::focusWidget() != editor;
     if (hasLeft && !showsItsModelText(editor))
         commitEditor(m_mapper, editor);
-    return false;
+    return false; // clazy:exclude=base-class-event
 }
 
 bool TextGuardDelegate::showsItsModelText(CleanTextEdit *editor) const

@@ -35,7 +35,7 @@ public:
     [[nodiscard]] CleanTextEdit *field(const QString &name) const;
 
     // Triggers an action that must be enabled.
-    void trigger(const QString &action) const;
+    void trigger(const QString &name) const;
 
     [[nodiscard]] QMdiArea *area() const;
     [[nodiscard]] QList<SpectrumWindow *> spectra() const;
