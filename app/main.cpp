@@ -9,6 +9,10 @@
 #include <QScreen>
 #include <QTimer>
 
+#ifdef Q_OS_UNIX
+#include <csignal>
+#endif
+
 namespace
 {
 
@@ -23,6 +27,16 @@ void showOnScreen(QWidget &window)
         window.showMaximized();
 }
 
+// A write beyond the user's limit of file sizes, or to a terminal that is gone, is to fail as any
+// other write: by default it ends the program, and with it what is being edited.
+void letWritesFail()
+{
+#ifdef Q_OS_UNIX
+    std::signal(SIGXFSZ, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
+#endif
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -32,6 +46,7 @@ int main(int argc, char *argv[])
         return answerOnTerminal(commandLine);
     argc = commandLine.toolkitArguments;
 
+    letWritesFail();
     qputenv("QT_SCALE_FACTOR", QByteArray::number(interfaceScale));
     const InterfaceShrink shrink = prepareScreens(argc, argv);
     const QApplication application(argc, argv);

@@ -48,6 +48,8 @@ void catchInterruptions()
         if (sigaction(signal, nullptr, &present) == 0 && present.sa_handler != SIG_IGN)
             sigaction(signal, &action, nullptr);
     }
+    // A write beyond the user's limit of file sizes is to fail as any other write.
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 InterruptionHold::InterruptionHold()

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "species/replacementfile.h"
 
+#include "species/secondfile.h"
+
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QTemporaryFile>
 
 #include <filesystem>
@@ -11,6 +13,9 @@
 
 namespace
 {
+
+// Systems refuse to make a file where somebody else's might be, even if it is there already.
+constexpr QIODevice::OpenMode inPlace = QIODevice::ReadWrite | QIODevice::ExistingOnly;
 
 bool copyBytes(QIODevice &from, QFile &to)
 {
@@ -22,7 +27,8 @@ bool copyBytes(QIODevice &from, QFile &to)
         if (piece.isEmpty() || to.write(piece) != piece.size())
             return false;
     }
-    return to.flush() && to.error() == QFileDevice::NoError && to.resize(from.size());
+    return to.flush() && to.error() == QFileDevice::NoError && to.resize(from.size())
+           && reachesDisk(to);
 }
 
 // A pipe would wait for a reader that may never come; symbolic links in a circle lead nowhere.
@@ -33,32 +39,25 @@ bool waitsOrLoops(const QFileInfo &target)
     return error == std::errc::too_many_symbolic_link_levels || std::filesystem::is_fifo(status);
 }
 
-// Whether a second file beside it can have the file's name and a suffix. That is found out too late
-// otherwise: the second file has no name until it replaces the first.
-bool canBeLengthened(const QFileInfo &target)
+// What a path leads to, whether it exists or not.
+std::filesystem::path behindLinks(const QString &path)
 {
-    constexpr qsizetype longestName = 255; // bytes, on the usual file systems
-    constexpr qsizetype suffix = sizeof ".XXXXXX" - 1;
-    const QString final = target.exists() ? target.canonicalFilePath() : target.filePath();
-    return QFile::encodeName(QFileInfo(final).fileName()).size() + suffix <= longestName;
+    constexpr int longestChain = 40; // the system follows no more either
+    std::filesystem::path file = QFileInfo(path).filesystemFilePath();
+    std::error_code error;
+    for (int i = 0; i < longestChain && std::filesystem::is_symlink(file, error); ++i)
+        file = file.parent_path() / std::filesystem::read_symlink(file, error);
+    return file;
 }
 
 // Overwrites the file at path with what contents holds; puts its old bytes back if that fails.
 bool writeInPlace(const QString &path, QIODevice &contents)
 {
     QFile file(path);
-    if (!file.exists()) {
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-            return false;
-        const bool complete = copyBytes(contents, file);
-        if (!complete)
-            file.remove();
-        return complete;
-    }
-
-    QTemporaryFile old;
-    if (!file.open(QIODevice::ReadWrite | QIODevice::Unbuffered) || !old.open()
-        || !copyBytes(file, old))
+    // It gets a name, under which it can be found again if the process ends in the midst.
+    QTemporaryFile old(QDir::tempPath() + QStringLiteral("/zoravel-before-XXXXXX.json"));
+    if (!file.open(inPlace | QIODevice::Unbuffered) || !old.open() || !copyBytes(file, old)
+        || old.fileName().isEmpty() || !reserveRoom(file, contents.size()))
         return false;
     if (copyBytes(contents, file))
         return true;
@@ -85,44 +84,34 @@ bool ReplacementFile::open()
     }
     if (target.exists() && !target.isWritable())
         return false;
-    m_file = std::make_unique<QSaveFile>(m_path);
-    if (canBeLengthened(target) && m_file->open(QIODevice::WriteOnly))
-        return true;
+    m_second = std::make_unique<SecondFile>();
+    const SecondFile::Opened opened = m_second->open(behindLinks(m_path));
+    if (opened != SecondFile::Opened::RefusedByFolder)
+        return opened == SecondFile::Opened::Yes;
 
-    // No second file beside it: the folder may be read-only, or the name too long. Find out now
-    // whether the file itself can be written.
-    const bool existed = target.exists();
-    QFile file(m_path);
-    if (!file.open(existed ? QIODevice::ReadWrite : QIODevice::WriteOnly))
+    // Find out now whether the file itself can be written.
+    m_second.reset();
+    if (!target.exists() || !QFile(m_path).open(inPlace))
         return false;
-    if (!existed)
-        file.remove();
     m_file = std::make_unique<QTemporaryFile>();
     return m_file->open(QIODevice::ReadWrite);
 }
 
 bool ReplacementFile::write(const QByteArray &bytes)
 {
-    m_failed = m_failed || m_file->write(bytes) != bytes.size();
+    if (!m_failed)
+        m_failed = m_second ? !m_second->write(bytes) : m_file->write(bytes) != bytes.size();
     return !m_failed;
-}
-
-bool ReplacementFile::flushed() const
-{
-    return m_file->flush() && m_file->error() == QFileDevice::NoError;
 }
 
 bool ReplacementFile::commit()
 {
-    const bool complete = !m_failed && flushed();
-    if (auto *second = qobject_cast<QSaveFile *>(m_file.get())) {
-        // Its commit() reports success after a failed flush or a short write, with the old file
-        // gone.
-        if (!complete)
-            second->cancelWriting();
-        return complete && second->commit();
-    }
-    if (auto *waiting = qobject_cast<QTemporaryFile *>(m_file.get()))
-        return complete && writeInPlace(m_path, *waiting);
-    return complete;
+    if (m_failed)
+        return false;
+    if (m_second)
+        return m_second->takePlace();
+    if (!m_file->flush() || m_file->error() != QFileDevice::NoError)
+        return false;
+    auto *waiting = qobject_cast<QTemporaryFile *>(m_file.get());
+    return !waiting || writeInPlace(m_path, *waiting);
 }

@@ -7,12 +7,14 @@
 #include <memory>
 
 class QFileDevice;
+class SecondFile;
 
 // A file that is written piece by piece and replaces the one at its path as a whole on commit(), or
 // not at all: until then, and after any failure, the old file is as it was. Symbolic links are
-// followed and kept, and so is the file's mode. Where the folder cannot take a second file beside
-// it, the pieces wait in the temporary folder and the file is then written in place; if that fails,
-// its old contents are put back. A device is written to directly; a pipe is refused.
+// followed and kept; another name of the same file (a hard link) keeps the old contents. What else
+// is kept, see SecondFile. A file that may be written in a folder that does not take a second one
+// is written in place, from the temporary folder; if that fails, its old contents are put back. A
+// device is written to directly; a pipe is refused.
 class ReplacementFile
 {
     Q_DISABLE_COPY_MOVE(ReplacementFile)
@@ -29,9 +31,8 @@ public:
     [[nodiscard]] bool commit();
 
 private:
-    [[nodiscard]] bool flushed() const;
-
     QString m_path;
-    std::unique_ptr<QFileDevice> m_file;
+    std::unique_ptr<SecondFile> m_second; // nothing where the file is written itself
+    std::unique_ptr<QFileDevice> m_file;  // the device, or what waits to be written in place
     bool m_failed = false;
 };

@@ -1,6 +1,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # The quick parts of the campaigns of scripts/torture.
 
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+    add_subdirectory(faults)
+endif()
+
 # zoravel_torture_test(<name>): "torture/<name> --quick", which is given the folder of the build and a
 # scratch folder of its own.
 function(zoravel_torture_test name)
@@ -11,3 +15,10 @@ function(zoravel_torture_test name)
     set_tests_properties(torture_${name} PROPERTIES TIMEOUT 600 LABELS torture)
     zoravel_test_environment(torture_${name} "QT_QPA_PLATFORM=offscreen")
 endfunction()
+
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+    zoravel_torture_test(10-write-calls)
+    zoravel_torture_test(11-write-kills)
+    zoravel_torture_test(12-write-places)
+    zoravel_torture_test(13-write-sharing)
+endif()

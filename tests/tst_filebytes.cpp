@@ -21,6 +21,7 @@
 #endif
 #ifdef Q_OS_LINUX
 #include <sys/prctl.h>
+#include <sys/xattr.h>
 #endif
 
 #include <optional>
@@ -289,7 +290,7 @@ private slots:
         QCOMPARE(namesIn(path(name)), QStringList{name});
     }
 
-    // A second file beside it needs a name longer than its own.
+    // A second file beside it cannot have a name made of this one.
     void aNameAsLongAsItCanBeIsWritten_data()
     {
         QTest::addColumn<QString>("name");
@@ -400,6 +401,20 @@ private slots:
         QCOMPARE(fileBytes(path(u"real/file"_s)), newBytes);
     }
 
+    // Another name of the same file is another file afterwards.
+    void aHardLinkKeepsTheOldContents()
+    {
+#ifdef Q_OS_UNIX
+        writeFile(path(), oldBytes);
+        QCOMPARE(link(qPrintable(path()), qPrintable(path(u"other"_s))), 0);
+        QVERIFY(replaceFileBytes(path(), newBytes));
+        QCOMPARE(fileBytes(path()), newBytes);
+        QCOMPARE(fileBytes(path(u"other"_s)), oldBytes);
+#else
+        QSKIP("needs hard links");
+#endif
+    }
+
     // In pieces.
 
     void theOldFileStaysUntilAllPiecesAreCommitted()
@@ -417,11 +432,36 @@ private slots:
         QCOMPARE(namesIn(m_folder->path()), QStringList{u"file"_s});
     }
 
+    void whoHasTheOldFileOpenReadsItToItsEnd_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("short name") << u"file"_s;
+        QTest::newRow("longest name") << QString(255, u'n');
+    }
+    void whoHasTheOldFileOpenReadsItToItsEnd()
+    {
+        QFETCH(QString, name);
+        writeFile(path(name), oldBytes);
+        QFile reader(path(name));
+        QVERIFY(reader.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
+        QVERIFY(replaceFileBytes(path(name), newBytes));
+        QCOMPARE(reader.readAll(), oldBytes);
+    }
+
+    void nothingIsListedBeforeTheCommit()
+    {
+        ReplacementFile file(path());
+        QVERIFY(file.open());
+        QVERIFY(file.write(QByteArray(1'000'000, '<')));
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList());
+    }
+
     void piecesThatAreNotCommittedLeaveNothing_data()
     {
         QTest::addColumn<QString>("name");
-        QTest::newRow("second file") << u"file"_s;
-        QTest::newRow("in place") << QString(255, u'n');
+        QTest::newRow("short name") << u"file"_s;
+        QTest::newRow("longest name") << QString(255, u'n');
     }
     void piecesThatAreNotCommittedLeaveNothing()
     {
@@ -465,8 +505,8 @@ private slots:
     void aNewFileHasTheModeOfTheUsersMask_data()
     {
         QTest::addColumn<QString>("name");
-        QTest::newRow("second file") << u"file"_s;
-        QTest::newRow("in place") << QString(255, u'n');
+        QTest::newRow("short name") << u"file"_s;
+        QTest::newRow("longest name") << QString(255, u'n');
     }
     void aNewFileHasTheModeOfTheUsersMask()
     {
@@ -477,6 +517,54 @@ private slots:
         QCOMPARE(stat(qPrintable(path(name)), &status), 0);
         QCOMPARE(status.st_mode & 07777U, 0640U);
     }
+
+    void theGroupAndTheOwnerAreKept()
+    {
+        if (geteuid() != 0)
+            QSKIP("only the administrator can give a file away");
+        constexpr uid_t somebody = 12'345;
+        writeFile(path(), oldBytes);
+        QCOMPARE(chown(qPrintable(path()), somebody, somebody), 0);
+        QVERIFY(replaceFileBytes(path(), newBytes));
+        struct stat status = {};
+        QCOMPARE(stat(qPrintable(path()), &status), 0);
+        QCOMPARE(status.st_uid, somebody);
+        QCOMPARE(status.st_gid, somebody);
+    }
+
+    // What the old group was allowed to do is not for the user's own.
+    void aGroupThatCannotBeKeptGivesItsPermissionsToNobody()
+    {
+        if (geteuid() != 0)
+            QSKIP("only the administrator can give a file away");
+        writeFile(path(), oldBytes);
+        QCOMPARE(chown(qPrintable(path()), 12'345, 12'345), 0);
+        QCOMPARE(chmod(qPrintable(path()), 0666 & ~04), 0);
+        {
+            const OrdinaryUser user(m_folder->path());
+            if (!user.isBound())
+                QSKIP("permissions do not bind this process");
+            QVERIFY(replaceFileBytes(path(), newBytes));
+        }
+        struct stat status = {};
+        QCOMPARE(stat(qPrintable(path()), &status), 0);
+        QCOMPARE(status.st_mode & 07777U, 0622U);
+        QCOMPARE(fileBytes(path()), newBytes);
+    }
+
+#ifdef Q_OS_LINUX
+    void extendedAttributesAreKept()
+    {
+        const QByteArray name = QFile::encodeName(path());
+        writeFile(path(), oldBytes);
+        if (setxattr(name.constData(), "user.colour", "red", 3, 0) != 0)
+            QSKIP("the file system knows no attributes");
+        QVERIFY(replaceFileBytes(path(), newBytes));
+        QByteArray value(10, '\0');
+        QCOMPARE(getxattr(name.constData(), "user.colour", value.data(), value.size()), 3);
+        QCOMPARE(value.left(3), "red"_ba);
+    }
+#endif
 
     void aReadOnlyFileIsNotReplaced()
     {
@@ -574,7 +662,7 @@ private slots:
 
     // The folder takes a second file but lets nobody else's go, as the system's temporary folder
     // does.
-    void whereTheOldFileCannotBeTakenAwayTheAnswerTellsWhatItHolds()
+    void whereTheOldFileCannotBeTakenAwayItIsWrittenInPlace()
     {
         if (geteuid() != 0)
             QSKIP("only the administrator can give a file away");
@@ -588,7 +676,8 @@ private slots:
                 QSKIP("permissions do not bind this process");
             written = replaceFileBytes(path(), newBytes);
         }
-        QCOMPARE(fileBytes(path()), written ? newBytes : oldBytes);
+        QVERIFY(written);
+        QCOMPARE(fileBytes(path()), newBytes);
         QCOMPARE(namesIn(m_folder->path()), QStringList{u"file"_s});
     }
 
