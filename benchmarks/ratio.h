@@ -79,6 +79,6 @@ inline bool report(const char *what, const Ratio &ratio, const char *reference, 
 template <typename Value>
 void keep(const Value &value)
 {
-    static volatile unsigned char sink;
+    [[maybe_unused]] static volatile unsigned char sink;
     sink = *reinterpret_cast<const volatile unsigned char *>(&value);
 }
