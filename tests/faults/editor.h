@@ -52,7 +52,7 @@ public:
 
 private:
     void answer();
-    void answerFileDialog(QWidget *dialog);
+    void answerFileDialog(QWidget *widget);
     void answerDatabaseDialog(QWidget *dialog);
 
     std::unique_ptr<MainWindow> m_window;

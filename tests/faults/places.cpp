@@ -25,7 +25,7 @@ QString complaintAfterSave(Trial &trial, int number, Trial::Result wanted)
 {
     trial.prepare(number);
     trial.carryOut([] {});
-    const QString complaint = trial.complaint();
+    QString complaint = trial.complaint();
     if (complaint.isEmpty() && trial.result() != wanted)
         return wanted == Trial::Result::New ? u"it is not written"_s : u"it is written"_s;
     return complaint;
@@ -34,7 +34,7 @@ QString complaintAfterSave(Trial &trial, int number, Trial::Result wanted)
 // Twice: what the first save leaves must not stand in the way of the second.
 QString complaintAfterTwoSaves(Trial &trial)
 {
-    const QString complaint = complaintAfterSave(trial, 1, Trial::Result::New);
+    QString complaint = complaintAfterSave(trial, 1, Trial::Result::New);
     return complaint.isEmpty() ? complaintAfterSave(trial, 2, Trial::Result::New) : complaint;
 }
 
@@ -139,7 +139,7 @@ QString closedTemporaryFolder(Editor &editor, const QString &folder)
     Trial trial(editor, Editor::Save, usualSize, folder);
     const Mode closed(folder, 0555);
     qputenv("TMPDIR", "/none");
-    const QString complaint = complaintAfterSave(trial, 1, Trial::Result::Old);
+    QString complaint = complaintAfterSave(trial, 1, Trial::Result::Old);
     qunsetenv("TMPDIR");
     return complaint;
 }
@@ -150,7 +150,7 @@ QString closedFile(Editor &editor, const QString &folder)
     trial.prepare(1);
     const Mode closed(trial.target(), 0444);
     trial.carryOut([] {});
-    const QString complaint = trial.complaint();
+    QString complaint = trial.complaint();
     if (complaint.isEmpty() && trial.result() != Trial::Result::Old)
         return u"it is written"_s;
     return complaint;
@@ -168,7 +168,7 @@ QString deletedFolder(Editor &editor, const QString &folder)
         return u"it counts as saved"_s;
     QDir().mkpath(folder);
     trial.carryOut([] {});
-    const QString complaint = trial.complaint();
+    QString complaint = trial.complaint();
     return complaint.isEmpty() && trial.result() != Trial::Result::New ? u"it is not written"_s
                                                                        : complaint;
 }
@@ -180,7 +180,7 @@ QString symbolicLink(Editor &editor, const QString &folder)
     QDir().mkpath(elsewhere);
     QFile::link(elsewhere + u"/real.json"_s, folder + u"/entry.json"_s);
     Trial trial(editor, Editor::Save, usualSize, folder);
-    const QString complaint = complaintAfterTwoSaves(trial);
+    QString complaint = complaintAfterTwoSaves(trial);
     if (!complaint.isEmpty())
         return complaint;
     if (!QFileInfo(trial.target()).isSymLink())
@@ -199,7 +199,7 @@ QString hardLink(Editor &editor, const QString &folder)
         return u"no link can be made"_s;
     const QByteArray before = fileContents(other);
     trial.carryOut([] {});
-    const QString complaint = trial.complaint();
+    QString complaint = trial.complaint();
     if (!complaint.isEmpty() || trial.result() != Trial::Result::New)
         return complaint + u" (not written)"_s;
     return fileContents(other) == before ? QString() : u"the other name has changed"_s;
@@ -253,7 +253,7 @@ QString noDescriptorsLeft(Editor &editor, const QString &folder)
     }
     for (const int descriptor : descriptors)
         close(descriptor);
-    const QString complaint = trial.complaint();
+    QString complaint = trial.complaint();
     if (!complaint.isEmpty() || trial.result() != Trial::Result::Old)
         return complaint + u" (with no descriptor left)"_s;
     return complaintAfterSave(trial, 2, Trial::Result::New);
@@ -335,7 +335,7 @@ bool visitPlaces(const QString &folder)
     Editor editor;
     bool survived = true;
     int places = 0;
-    const auto next = [&] { return folder + u"/place%1"_s.arg(++places); };
+    const auto next = [&]() -> QString { return folder + u"/place%1"_s.arg(++places); };
     const auto visit = [&](const QString &what, QString (*function)(Editor &, const QString &),
                            const QString &remark) {
         Tally tally(what);
