@@ -4,12 +4,15 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QLabel>
+#include <QLocale>
 
 #include <limits>
 
 CompileProgressDialog::CompileProgressDialog(int fileCount, QWidget *parent)
     : QProgressDialog(parent)
 {
+    // The percentage has the digits that every other number of the program has.
+    setLocale(QLocale::c());
     auto *label = new QLabel(this);
     // The name of a file is never markup.
     label->setTextFormat(Qt::PlainText);

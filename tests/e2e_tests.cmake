@@ -12,6 +12,8 @@ function(zoravel_use_test name)
     set_tests_properties(${name} PROPERTIES TIMEOUT 600 RUN_SERIAL TRUE LABELS gui)
     # libxkbcommon-x11 copies texts that end at their known length, not with a zero: no strict checks.
     zoravel_test_environment(${name} "ASAN_OPTIONS=detect_leaks=1:strict_string_checks=0")
+    zoravel_display_test_in_locales(${name} ${CMAKE_CURRENT_LIST_DIR}/gui/${name}
+        $<TARGET_FILE:zoravel-entry-edit> ${ARGN})
 endfunction()
 
 zoravel_use_test(end_to_end)
