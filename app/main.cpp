@@ -2,10 +2,12 @@
 #include "app/commandline.h"
 #include "app/interfacescale.h"
 #include "app/mainwindow.h"
+#include "app/translation.h"
 
 #include <QApplication>
 #include <QFileInfo>
 #include <QIcon>
+#include <QLocale>
 #include <QScreen>
 #include <QTimer>
 
@@ -51,6 +53,7 @@ int main(int argc, char *argv[])
     const InterfaceShrink shrink = prepareScreens(argc, argv);
     const QApplication application(argc, argv);
     shrinkInterface(shrink);
+    installTranslation(translationFolder(), QLocale());
     QGuiApplication::setDesktopFileName(QStringLiteral(ZORAVEL_DESKTOP_ID));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zoravel.icns")));
 

@@ -14,6 +14,21 @@ set(ZORAVEL_DESKTOP_ID org.zoravel.entryedit)
 set(ZORAVEL_HOMEPAGE "https://zoravel.example" CACHE STRING
     "Address under which this source tree is published, for software centres; their pictures are under it")
 
+# Where the editor's translations are, and the way to them from the folder of its program.
+if(WIN32)
+    set(ZORAVEL_TRANSLATIONS_DIR translations)
+elseif(APPLE)
+    set(ZORAVEL_TRANSLATIONS_DIR zoravel-entry-edit.app/Contents/Resources/translations)
+else()
+    set(ZORAVEL_TRANSLATIONS_DIR ${CMAKE_INSTALL_DATADIR}/zoravel-entry-edit/translations)
+endif()
+if(APPLE)
+    set(ZORAVEL_TRANSLATIONS_FROM_PROGRAM ../Resources/translations)
+else()
+    file(RELATIVE_PATH ZORAVEL_TRANSLATIONS_FROM_PROGRAM
+        ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_PREFIX}/${ZORAVEL_TRANSLATIONS_DIR})
+endif()
+
 set(zoravel_package_editor zoravel-entry-edit)
 set(zoravel_package_cli zoravel)
 

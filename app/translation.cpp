@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/translation.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+
+#include <memory>
+
+namespace
+{
+
+// Owned by the application.
+bool installFile(const QString &name, const QString &folder, const QLocale &locale)
+{
+    auto translator = std::make_unique<QTranslator>(QCoreApplication::instance());
+    return translator->load(locale, name, QStringLiteral("_"), folder)
+           && QCoreApplication::installTranslator(translator.release());
+}
+
+} // namespace
+
+QString translationFolder()
+{
+    return QDir(QCoreApplication::applicationDirPath())
+        .filePath(QStringLiteral(ZORAVEL_TRANSLATIONS));
+}
+
+void installTranslation(const QString &folder, const QLocale &locale)
+{
+    // The toolkit's texts alone would leave two languages in one window.
+    if (installFile(QStringLiteral("zoravel"), folder, locale))
+        installFile(QStringLiteral("qtbase"), QLibraryInfo::path(QLibraryInfo::TranslationsPath),
+                    locale);
+}

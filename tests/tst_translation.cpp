@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/compileprogress.h"
+#include "app/translation.h"
+#include "database/createdatabase.h"
+#include "spectrum/spectrumwindow.h"
+#include "support/dialogs.h"
+#include "support/mainwindowfixture.h"
+#include "support/warnings.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QChart>
+#include <QChartView>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDialogButtonBox>
+#include <QDockWidget>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QMenu>
+#include <QTest>
+#include <QToolBar>
+#include <QTranslator>
+#include <QValueAxis>
+
+using namespace Qt::StringLiterals;
+
+// Looks at the windows in a translation of every text of the template into itself in angle quotes,
+// so that a text that goes round the translation shows.
+class TestTranslation : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void changesNothingWithoutATranslation();
+    void translatesTheMainWindow();
+    void translatesASpectrumWindow();
+    void translatesTheDatabaseDialog();
+    void translatesMessages();
+    void keepsShortcuts();
+};
+
+namespace
+{
+
+const QString folder = QStringLiteral(ZORAVEL_PSEUDO_TRANSLATION_FOLDER);
+
+// What the toolkit shows by itself is in its own translations.
+bool isOfTheToolkit(const QWidget *widget)
+{
+    return widget->objectName().startsWith(u"qt_"_s)
+           || qobject_cast<const QDialogButtonBox *>(widget->parentWidget())
+           || widget->parentWidget()->inherits("QTabBar");
+}
+
+void add(QStringList &texts, const QString &text)
+{
+    if (!text.isEmpty())
+        texts.append(text);
+}
+
+void addTextsOf(QStringList &texts, const QWidget *widget)
+{
+    add(texts, widget->accessibleName());
+    add(texts, widget->toolTip());
+    if (const auto *label = qobject_cast<const QLabel *>(widget))
+        add(texts, label->text());
+    else if (const auto *button = qobject_cast<const QAbstractButton *>(widget))
+        add(texts, button->text());
+    else if (const auto *menu = qobject_cast<const QMenu *>(widget))
+        add(texts, menu->title());
+    else if (const auto *line = qobject_cast<const QLineEdit *>(widget))
+        add(texts, line->text());
+    else if (qobject_cast<const QDockWidget *>(widget) || qobject_cast<const QToolBar *>(widget))
+        add(texts, widget->windowTitle());
+    else if (const auto *box = qobject_cast<const QComboBox *>(widget))
+        for (int i = 0; i < box->count(); ++i)
+            add(texts, box->itemText(i));
+    else if (const auto *view = qobject_cast<const QChartView *>(widget))
+        for (const QAbstractAxis *axis : view->chart()->axes())
+            add(texts, axis->titleText());
+}
+
+// Every text that a window shows in its widgets and actions; contents of fields are not among them.
+QStringList textsOf(const QWidget *window)
+{
+    QStringList texts{window->windowTitle()};
+    for (const QWidget *widget : window->findChildren<QWidget *>()) {
+        if (!isOfTheToolkit(widget))
+            addTextsOf(texts, widget);
+    }
+    for (const QAction *action : window->findChildren<QAction *>()) {
+        if (action->objectName().startsWith(u"action"_s))
+            texts << action->text() << action->toolTip();
+    }
+    return texts;
+}
+
+QStringList untranslated(const QWidget *window)
+{
+    QStringList texts = textsOf(window);
+    texts.removeIf([](const QString &text) {
+        return text.isEmpty() || (text.startsWith(u'«') && text.endsWith(u'»'));
+    });
+    texts.sort();
+    texts.removeDuplicates();
+    return texts;
+}
+
+void translate()
+{
+    installTranslation(folder, QLocale(QLocale::German));
+}
+
+} // namespace
+
+void TestTranslation::init()
+{
+    failOnWarnings();
+}
+
+void TestTranslation::cleanup()
+{
+    for (QTranslator *translator : QCoreApplication::instance()->findChildren<QTranslator *>())
+        delete translator;
+}
+
+void TestTranslation::changesNothingWithoutATranslation()
+{
+    installTranslation(folder, QLocale(QLocale::Finnish));
+    installTranslation(translationFolder(), QLocale());
+    QVERIFY(QCoreApplication::instance()->findChildren<QTranslator *>().isEmpty());
+    const MainWindowFixture f;
+    QCOMPARE(f.find<QAction>(u"actionNextFile"_s)->text(), u"Next File"_s);
+    QVERIFY(untranslated(&f.window).size() > 20);
+}
+
+void TestTranslation::translatesTheMainWindow()
+{
+    translate();
+    const MainWindowFixture f;
+    QCOMPARE(f.window.windowTitle(), u"«ZORAVEL Entry Edit»"_s);
+    QCOMPARE(f.find<QAction>(u"actionSubscript"_s)->toolTip(), u"«Ctrl + B»"_s);
+    QCOMPARE(untranslated(&f.window), QStringList());
+    QVERIFY(textsOf(&f.window).size() > 40);
+}
+
+void TestTranslation::translatesASpectrumWindow()
+{
+    translate();
+    MainWindowFixture f;
+    f.trigger(u"actionNew"_s);
+    SpectrumWindow *spectrum = f.spectra().constFirst();
+    MainWindowFixture::typePoints(spectrum, u"1 2\n"_s);
+    QCOMPARE(spectrum->findChild<QLabel *>(u"label_14"_s)->text(),
+             u"«Spectrum, I(hv / eV) (2 lines)»"_s);
+
+    // The date, and the labels that follow the type, whose texts are fixed.
+    const QString date = spectrum->findChild<QLabel *>(u"labelCreated"_s)->text();
+    QStringList fixed{
+        date,
+        u"Comments: mass resolution, extraction field, details of spectral treatment, sample / "
+        u"isomeric purity etc."_s,
+        u"Flux normalization"_s,
+        u"Further citations (expt., source, light source etc.)"_s,
+        u"Resolution / meV"_s,
+        u"Source"_s,
+        u"Source T / K"_s,
+    };
+    QCOMPARE(untranslated(spectrum), fixed);
+
+    spectrum->findChild<QComboBox *>()->setCurrentIndex(4);
+    fixed = {date,
+             u"0-0 transition / eV"_s,
+             u"Comments: programs used, approximations, convergence, simulation issues etc."_s,
+             u"Conv. FWHM / meV"_s,
+             u"Further citations (program(s), theory etc.)"_s,
+             u"Level(s) of theory"_s,
+             u"Vib. T / K"_s};
+    fixed.sort();
+    QCOMPARE(untranslated(spectrum), fixed);
+    QVERIFY(textsOf(spectrum).contains(u"«hν / eV»"_s));
+    QVERIFY(textsOf(spectrum).contains(u"«FC simulation»"_s));
+}
+
+void TestTranslation::translatesTheDatabaseDialog()
+{
+    translate();
+    const CreateDatabase dialog;
+    QCOMPARE(dialog.windowTitle(), u"«Create database»"_s);
+    QCOMPARE(dialog.version(), u"«1.0»"_s);
+    QCOMPARE(untranslated(&dialog), QStringList());
+    QVERIFY(textsOf(&dialog).size() > 10);
+
+    const CompileProgressDialog progress(1, nullptr);
+    QCOMPARE(progress.windowTitle(), u"«Create database»"_s);
+}
+
+// Fixed texts stay as they are beside those that are translated.
+void TestTranslation::translatesMessages()
+{
+    translate();
+    MainWindowFixture f;
+    Dialogs dialogs;
+    dialogs.press().press();
+    QVERIFY(!f.window.loadSpeciesFile(u"/nowhere.json"_s));
+    QCOMPARE(dialogs.boxes[0].title, u"«File Not Found»"_s);
+    QCOMPARE(dialogs.boxes[0].text, u"«The file /nowhere.json does not exist.»"_s);
+    QVERIFY(!f.window.loadJSONSpecies(u"/nowhere.json"_s));
+    QCOMPARE(dialogs.boxes[1].title, u"Error"_s);
+    QCOMPARE(dialogs.boxes[1].text, u"Could not open file for reading"_s);
+}
+
+void TestTranslation::keepsShortcuts()
+{
+    translate();
+    const MainWindowFixture f;
+    QCOMPARE(f.find<QAction>(u"actionSaveSpecies"_s)->shortcut(), QKeySequence(u"Ctrl+S"_s));
+    QCOMPARE(f.find<QAction>(u"actionNew"_s)->shortcut(), QKeySequence(u"Ctrl+Shift+N"_s));
+}
+
+QTEST_MAIN(TestTranslation)
+
+#include "tst_translation.moc"
