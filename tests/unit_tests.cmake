@@ -19,7 +19,7 @@ zoravel_test(tst_createdatabase zoravel_database)
 zoravel_test(tst_databasecompiler zoravel_database)
 
 zoravel_test(tst_speciesfolder zoravel_species)
-foreach(locale IN ITEMS C en_US.UTF-8 de_DE.UTF-8)
+foreach(locale IN ITEMS C en_US.UTF-8)
     set(test tst_speciesfolder_${locale})
     add_test(NAME ${test} COMMAND tst_speciesfolder -o -,txt)
     zoravel_test_environment(${test} "QT_QPA_PLATFORM=offscreen" "LC_ALL=${locale}")
