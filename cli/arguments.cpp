@@ -62,7 +62,7 @@ QByteArray closestTo(const QByteArray &word, const QByteArrayList &candidates)
         return best;
     qsizetype least = std::max<qsizetype>(1, word.size() / 3) + 1;
     for (const QByteArray &candidate : candidates) {
-        const qsizetype needed = distance(word, candidate);
+        const qsizetype needed = distance(word.toLower(), candidate.toLower());
         // The start of a long name is as good as one letter off.
         const bool isStart = word.size() > 2 && candidate.startsWith(word);
         const qsizetype effort = isStart ? std::min<qsizetype>(needed, 1) : needed;

@@ -22,9 +22,11 @@ struct Command {
 };
 
 const Command &compileCommand();
+const Command &convertCommand();
 const Command &diffCommand();
 const Command &formatCommand();
 const Command &listCommand();
+const Command &plotCommand();
 
 // Says on standard error what is wrong with the command line and where the help is. Returns the
 // status to end with.

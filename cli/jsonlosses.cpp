@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/jsonlosses.h"
 
+#include "cli/pickspectrum.h"
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
 #include "spectrum/spectrumobject.h"
@@ -83,41 +84,14 @@ public:
     QByteArrayList lines;
 
 private:
-    static qsizetype countNoNumbers(const QJsonObject &spectrum)
-    {
-        qsizetype count = 0;
-        const auto look = [&](const QJsonValue &value) { count += value.isDouble() ? 0 : 1; };
-        if (spectrum.contains(pointObjectsKey)) {
-            for (const QJsonValue &point : spectrum.value(pointObjectsKey).toArray()) {
-                look(point.toObject().value(energiesKey));
-                look(point.toObject().value(intensitiesKey));
-            }
-            return count;
-        }
-        for (const QLatin1String key : {energiesKey, intensitiesKey}) {
-            for (const QJsonValue &value : spectrum.value(key).toArray())
-                look(value);
-        }
-        return count;
-    }
-
     void add(const QByteArray &place, const QByteArray &what) { lines.append(place + ": " + what); }
 
     void comparePoints(const QByteArray &path, const QJsonObject &before, const QJsonObject &after)
     {
         const QList<QPointF> old = storedPoints(before);
         const QList<QPointF> kept = storedPoints(after);
-        const qsizetype energies = before.value(energiesKey).toArray().size();
-        const qsizetype intensities = before.value(intensitiesKey).toArray().size();
-        const bool hasObjects = before.contains(pointObjectsKey);
-        if (!hasObjects && energies != intensities)
-            add(path, QByteArray::number(energies) + " energies and "
-                          + QByteArray::number(intensities) + " intensities");
-        else if (hasObjects && energies + intensities > 0)
-            add(path, "the points under E and I, besides those under Spectrum");
-        const qsizetype noNumbers = countNoNumbers(before);
-        if (noNumbers > 0)
-            add(path, QByteArray::number(noNumbers) + " values that are no numbers");
+        if (const QByteArray reason = whyPointsAreLost(before); !reason.isEmpty())
+            add(path, reason);
         qsizetype changed = 0;
         for (qsizetype i = 0; i < old.size(); ++i) {
             const bool same =

@@ -4,8 +4,9 @@
 #include "cli/interruption.h"
 #include "cli/program.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 
+#include <cstdio>
 #include <memory>
 
 #ifndef Q_OS_WIN
@@ -22,12 +23,12 @@ namespace
 void openClosedStreams() {}
 void chooseLocale() {}
 
-QByteArrayList commandLine(int, char **)
+QByteArrayList commandLine(int argc, char **argv)
 {
     QByteArrayList words;
-    for (const QString &word : QCoreApplication::arguments())
-        words.append(word.toUtf8());
-    return words.sliced(1);
+    for (int i = 1; i < argc; ++i)
+        words.append(QString::fromLocal8Bit(argv[i]).toUtf8());
+    return words;
 }
 #else
 // A standard stream that the parent has closed would be the first file that is opened, and take
@@ -55,6 +56,26 @@ QByteArrayList commandLine(int argc, char **argv)
 }
 #endif
 
+// The toolkit's own remarks, on folders of the desktop for example, mean nothing to the user.
+void dropRemarks(QtMsgType type, const QMessageLogContext &, const QString &text)
+{
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::fprintf(stderr, "zoravel: %s\n", qUtf8Printable(text));
+}
+
+// Widgets are drawn in memory, whatever the desktop is like.
+std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv, bool draws)
+{
+    if (!draws)
+        return std::make_unique<QCoreApplication>(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    for (const char *name : {"QT_SCALE_FACTOR", "QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME",
+                             "QT_FONT_DPI", "QT_SCREEN_SCALE_FACTORS"})
+        qunsetenv(name);
+    QCoreApplication::setAttribute(Qt::AA_Use96Dpi);
+    return std::make_unique<QApplication>(argc, argv);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -62,12 +83,12 @@ int main(int argc, char *argv[])
     openClosedStreams();
     catchInterruptions();
     chooseLocale();
+    qInstallMessageHandler(dropRemarks);
+    const QByteArrayList words = commandLine(argc, argv);
+    const Command *command = findCommand(words);
     // The toolkit would take options of its own from the command line.
     int toolkitArgc = qMin(argc, 1);
-#ifdef Q_OS_WIN
-    toolkitArgc = argc;
-#endif
-    const QCoreApplication application(toolkitArgc, argv);
+    const auto application = makeApplication(toolkitArgc, argv, command && command->draws);
     ProcessConsole console;
-    return runProgram(commandLine(argc, argv), console);
+    return runProgram(words, console);
 }

@@ -12,10 +12,8 @@ namespace
 {
 
 const std::array commands{
-    &compileCommand(),
-    &formatCommand(),
-    &listCommand(),
-    &diffCommand(),
+    &compileCommand(), &plotCommand(), &convertCommand(),
+    &formatCommand(),  &listCommand(), &diffCommand(),
 };
 
 constexpr char programDetails[] =

@@ -2,6 +2,7 @@
 #include "spectrum/spectrumwindow.h"
 
 #include "spectrum/spectrummodel.h"
+#include "spectrum/spectrumobject.h"
 #include "support/dialogs.h"
 #include "support/warnings.h"
 #include "widgets/cleantextedit.h"
@@ -270,6 +271,7 @@ private slots:
         QCOMPARE(types, (QStringList{QStringLiteral("ms-TPES"), QStringLiteral("ms-SPES"),
                                      QStringLiteral("TPES"), QStringLiteral("PES"),
                                      QStringLiteral("FC simulation"), QStringLiteral("PIS")}));
+        QCOMPARE(types, QStringList(spectrumTypeNames.begin(), spectrumTypeNames.end()));
         QVERIFY(!f.types()->isEditable());
     }
 

@@ -1,0 +1,269 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/command.h"
+#include "cli/console.h"
+#include "cli/filenames.h"
+#include "cli/interruption.h"
+#include "cli/pickspectrum.h"
+#include "cli/readfile.h"
+#include "exchange/jcampreader.h"
+#include "exchange/jcampwriter.h"
+#include "exchange/metadata.h"
+#include "exchange/tablereader.h"
+#include "exchange/tablewriter.h"
+#include "species/filebytes.h"
+#include "species/jsonfile.h"
+#include "species/speciesfile.h"
+#include "spectrum/spectrumfile.h"
+#include "spectrum/spectrummodel.h"
+#include "spectrum/spectrumobject.h"
+
+#include <QDate>
+#include <QFileInfo>
+#include <QJsonDocument>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+namespace
+{
+
+constexpr std::array options{
+    Option{"output", 'o', "OUT", "the file to write; standard output if not given"},
+    Option{"to", 't', "csv|tsv|jcamp|json", "the format; told by OUT's ending if not given"},
+    Option{"from", 'f', "table|jcamp|json", "FILE's format; told by its contents if not given"},
+    Option{"spectrum", 's', "N", "the spectrum of a file of several: DatasetN of a species"},
+    Option{"decimal", 0, "point|comma", "the decimal sign of the table read, else written"},
+    Option{"columns", 0, "E,I", "the columns of energy and intensity, by number or heading"},
+    Option{"meta", 0, "KEY=VALUE", "set a field of the spectrum; may be given several times"},
+};
+
+constexpr char details[] =
+    R"(Turns one spectrum of FILE, or of standard input where FILE is "-", into another
+format: csv and tsv are tables, jcamp is JCAMP-DX 5.01, json is the editor's own
+spectrum file. Tables may have commas, semicolons, tabs or white space between the
+columns and decimal points or commas; a table that could be read in two ways is
+refused, with the line and the reason. Energies are in eV; those of JCAMP-DX are
+converted from wave numbers and wavelengths. All digits are kept. The fields of the
+spectrum stand in comments of a table and under labels of their own in JCAMP-DX.
+What cannot be kept is named on standard error.
+)";
+
+const QByteArrayList outputFormats{"csv", "tsv", "jcamp", "json"};
+const QByteArrayList inputFormats{"table", "jcamp", "json"};
+
+struct Job {
+    InputFile input;
+    QByteArray output; // empty for standard output
+    QByteArray to;
+    QByteArray from; // empty to find out
+    QByteArray spectrum;
+    char decimal = 0;
+    QByteArrayList columns;
+    QList<std::pair<QByteArray, QByteArray>> fields;
+};
+
+QByteArray formatOfName(const QByteArray &name)
+{
+    const QByteArray ending = name.sliced(name.lastIndexOf('.') + 1).toLower();
+    if (ending == "jdx" || ending == "dx" || ending == "jcm")
+        return "jcamp";
+    if (ending == "txt" || ending == "tab")
+        return "tsv";
+    return outputFormats.contains(ending) ? ending : QByteArray();
+}
+
+QByteArray formatOfContents(const QByteArray &bytes)
+{
+    const QByteArray start = bytes.left(4096).trimmed();
+    if (start.startsWith('{'))
+        return "json";
+    return start.startsWith("##") || start.startsWith("$$") ? "jcamp" : "table";
+}
+
+std::variant<ExchangedSpectrum, ExchangeError> readJson(const QByteArray &bytes, const Job &job)
+{
+    const QJsonObject file = QJsonDocument::fromJson(bytes).object();
+    const auto picked = pickSpectra(file, job.spectrum);
+    if (const auto *reason = std::get_if<QByteArray>(&picked))
+        return ExchangeError{0, *reason};
+    QJsonObject object = std::get<QList<NumberedSpectrum>>(picked).first().object;
+    if (const QByteArray lost = whyPointsAreLost(object); !lost.isEmpty())
+        return ExchangeError{0, "the points are not sound: " + lost};
+    ExchangedSpectrum spectrum{{}, storedPoints(object), {}};
+    for (const QLatin1String key : {typeKey, energiesKey, intensitiesKey, pointObjectsKey})
+        object.remove(key);
+    spectrum.metadata = object;
+    return spectrum;
+}
+
+std::variant<ExchangedSpectrum, ExchangeError> readSpectrum(const QByteArray &bytes, const Job &job)
+{
+    const QByteArray from = job.from.isEmpty() ? formatOfContents(bytes) : job.from;
+    if (from == "json")
+        return readJson(bytes, job);
+    if (from == "jcamp")
+        return readJcamp(bytes, job.spectrum.toInt());
+    if (job.spectrum.toInt() > 1)
+        return ExchangeError{0, "a table holds one spectrum"};
+    return readTable(bytes, {job.decimal, job.columns});
+}
+
+// The whole spectrum object, through the editor's record, which says what belongs into it.
+QJsonObject completed(const ExchangedSpectrum &spectrum, const QByteArray &name, Console &console)
+{
+    SpectrumModel model(nullptr, nullptr);
+    model.loadFromJson(spectrum.metadata);
+    QJsonObject object = model.toJson();
+    for (auto member = spectrum.metadata.begin(); member != spectrum.metadata.end(); ++member) {
+        const QJsonValue kept = object.value(member.key());
+        if (kept != member.value() && member.value() != QJsonValue(QString()))
+            console.error(shownName(name) + ": not kept: " + member.key().toUtf8() + ": "
+                          + metadataText(member.key(), member.value()));
+    }
+    storePoints(object, spectrum.points);
+    return object;
+}
+
+QByteArray written(const QJsonObject &object, const Job &job, bool inputIsTable)
+{
+    // Of two tables it is the one to read whose decimal sign is given.
+    const char decimal = job.decimal == ',' && !inputIsTable ? ',' : '.';
+    if (job.to == "csv")
+        return writeTable(object, decimal == ',' ? ';' : ',', decimal);
+    if (job.to == "tsv")
+        return writeTable(object, '\t', decimal);
+    if (job.to == "jcamp")
+        return writeJcamp(object);
+    return QJsonDocument(spectrumFileObject(object)).toJson(QJsonDocument::Indented);
+}
+
+std::optional<QByteArray> readBytes(const Job &job, Console &console)
+{
+    const bool isInput = job.input.name == "-";
+    std::optional<QByteArray> bytes;
+    if (isInput || QFileInfo(job.input.path).size() <= largestJsonFile)
+        bytes = isInput ? console.readInput() : readFileBytes(job.input.path);
+    if (!bytes)
+        console.error(
+            isInput ? QByteArray("standard input cannot be read")
+                    : QByteArray(shownName(job.input.name) + ": " + whyUnreadable(job.input)));
+    return bytes;
+}
+
+int write(const Job &job, const QByteArray &bytes, Console &console)
+{
+    if (job.output.isEmpty()) {
+        console.out(bytes);
+        return exitFine;
+    }
+    const InterruptionHold hold;
+    OutputFile output(job.output);
+    if (replaceFileBytes(output.path(), bytes) && output.putInPlace())
+        return exitFine;
+    console.error(shownName(job.output) + ": cannot be written");
+    return exitFailure;
+}
+
+int convert(const Job &job, Console &console)
+{
+    const std::optional<QByteArray> bytes = readBytes(job, console);
+    if (!bytes)
+        return exitFailure;
+    auto read = readSpectrum(*bytes, job);
+    const QByteArray name = shownName(job.input.name);
+    if (const auto *error = std::get_if<ExchangeError>(&read)) {
+        const QByteArray line =
+            error->line > 0 ? QByteArray(':' + QByteArray::number(error->line)) : QByteArray();
+        console.error(name + line + ": " + shownName(error->reason));
+        return exitFailure;
+    }
+    auto &spectrum = std::get<ExchangedSpectrum>(read);
+    for (const QByteArray &warning : std::as_const(spectrum.warnings))
+        console.error(name + ": " + shownName(warning));
+    for (const auto &[key, value] : job.fields)
+        static_cast<void>(setMetadata(spectrum.metadata, key, value));
+    // As a new spectrum in the editor.
+    const QString created = QStringLiteral("CreatedDate");
+    if (!spectrum.metadata.contains(created))
+        spectrum.metadata.insert(created, QDate::currentDate().toString(Qt::ISODate));
+    const bool isTable = (job.from.isEmpty() ? formatOfContents(*bytes) : job.from) == "table";
+    return write(job, written(completed(spectrum, job.input.name, console), job, isTable), console);
+}
+
+// Fills the fields to set. Returns what is wrong with them.
+std::optional<UsageError> readFields(const QByteArrayList &texts, Job &job)
+{
+    for (const QByteArray &text : texts) {
+        const qsizetype equals = text.indexOf('=');
+        const QByteArray name = text.left(qMax<qsizetype>(equals, 0));
+        const QByteArray key = metadataKey(name);
+        if (equals < 0)
+            return UsageError{"--meta " + text + " is not of the form KEY=VALUE", {}};
+        if (key.isEmpty())
+            return UsageError{"a spectrum has no field " + name, closestTo(name, metadataKeys())};
+        QJsonObject trial;
+        if (!setMetadata(trial, key, text.sliced(equals + 1)))
+            return UsageError{text.sliced(equals + 1) + " is no value of " + key, {}};
+        job.fields.append({key, text.sliced(equals + 1)});
+    }
+    return std::nullopt;
+}
+
+// The job that the command line asks for, or what is wrong with it.
+std::variant<Job, UsageError> jobOf(const Arguments &arguments)
+{
+    if (arguments.operands().size() != 1)
+        return UsageError{"one file has to be named", {}};
+    const QByteArray &name = arguments.operands().first();
+    Job job;
+    job.input = {name, libraryPath(name)};
+    job.output = arguments.value("output");
+    job.to = arguments.value("to", formatOfName(job.output));
+    job.from = arguments.value("from");
+    job.spectrum = arguments.value("spectrum");
+    if (job.to.isEmpty())
+        return UsageError{"--to FORMAT is missing", {}};
+    if (!outputFormats.contains(job.to))
+        return UsageError{"the format " + job.to + " is none of " + outputFormats.join(", "),
+                          closestTo(job.to, outputFormats)};
+    if (!job.from.isEmpty() && !inputFormats.contains(job.from))
+        return UsageError{"the format " + job.from + " is none of " + inputFormats.join(", "),
+                          closestTo(job.from, inputFormats)};
+    if (!isSpectrumChoice(job.spectrum, false))
+        return UsageError{"--spectrum " + job.spectrum + " is not a number", {}};
+    const QByteArray decimal = arguments.value("decimal");
+    if (!decimal.isEmpty() && decimal != "point" && decimal != "comma")
+        return UsageError{"the decimal sign is point or comma, not " + decimal, {}};
+    job.decimal = decimal == "comma" ? ',' : decimal == "point" ? '.' : '\0';
+    if (arguments.has("columns")) {
+        job.columns = arguments.value("columns").split(',');
+        if (job.columns.size() != 2)
+            return UsageError{"--columns needs two columns, as 1,2", {}};
+    }
+    if (const auto error = readFields(arguments.values("meta"), job))
+        return *error;
+    const QFileInfo output(libraryPath(job.output));
+    if (!job.output.isEmpty() && output.exists() && output == QFileInfo(job.input.path))
+        return UsageError{"OUT is FILE itself", {}};
+    if (!job.output.isEmpty() && isSpeciesFile(output.filePath()))
+        return UsageError{job.output + " is a species file, which is not overwritten", {}};
+    return job;
+}
+
+int run(const Arguments &arguments, Console &console)
+{
+    const auto job = jobOf(arguments);
+    if (const auto *error = std::get_if<UsageError>(&job))
+        return usageError(console, convertCommand(), *error);
+    return convert(std::get<Job>(job), console);
+}
+
+} // namespace
+
+const Command &convertCommand()
+{
+    static constexpr Command command{"convert", "FILE",  "Turn a spectrum into another format",
+                                     details,   options, run};
+    return command;
+}

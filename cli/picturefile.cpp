@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/picturefile.h"
+
+#include "spectrum/spectrumchart.h"
+
+#include <QBuffer>
+#include <QChart>
+#include <QCoreApplication>
+#include <QGraphicsLayout>
+#include <QGraphicsScene>
+#include <QImage>
+#include <QMarginsF>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSvgGenerator>
+#include <QValueAxis>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr double pixelsPerInch = 96;
+constexpr double pointsPerInch = 72;
+constexpr double inchesPerMetre = 1 / 0.0254;
+
+// The intensities within the range have all of the height, as in a chart of these points alone.
+void showRange(QChart &chart, const QList<QPointF> &points, const EnergyRange &range)
+{
+    auto *axisX = qobject_cast<QValueAxis *>(chart.axes(Qt::Horizontal).value(0));
+    auto *axisY = qobject_cast<QValueAxis *>(chart.axes(Qt::Vertical).value(0));
+    axisX->setRange(range.fromEv, range.toEv);
+    std::optional<double> least;
+    std::optional<double> most;
+    for (const QPointF &point : points) {
+        if (point.x() < range.fromEv || point.x() > range.toEv)
+            continue;
+        least = std::min(least.value_or(point.y()), point.y());
+        most = std::max(most.value_or(point.y()), point.y());
+    }
+    if (least)
+        axisY->setRange(*least, *most);
+}
+
+// The scene of the chart alone; it owns the chart.
+class ChartScene
+{
+public:
+    ChartScene(const QList<QPointF> &points, bool isLineSpectrum, const PictureFormat &format)
+        : m_chart(new QChart)
+    {
+        m_scene.addItem(m_chart);
+        m_chart->resize(format.size);
+        setUpSpectrumChart(m_chart);
+        drawSpectrum(m_chart, points, isLineSpectrum);
+        if (format.range)
+            showRange(*m_chart, points, *format.range);
+        // The axes and their labels find their places in events that a window would wait for.
+        QCoreApplication::sendPostedEvents();
+        m_chart->layout()->activate();
+        QCoreApplication::sendPostedEvents();
+        m_scene.setSceneRect(QRectF(QPointF(), QSizeF(format.size)));
+    }
+
+    void render(QPaintDevice &device, const QRectF &target)
+    {
+        QPainter painter(&device);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.fillRect(target, Qt::white);
+        m_scene.render(&painter, target, m_scene.sceneRect());
+    }
+
+private:
+    QGraphicsScene m_scene;
+    QChart *m_chart;
+};
+
+QSize pixelSize(const PictureFormat &format)
+{
+    return (QSizeF(format.size) * (format.dpi / pixelsPerInch)).toSize();
+}
+
+void drawPng(ChartScene &scene, const PictureFormat &format, QIODevice &device)
+{
+    QImage image(pixelSize(format), QImage::Format_RGB32);
+    if (image.isNull())
+        return;
+    const int dotsPerMetre = qRound(format.dpi * inchesPerMetre);
+    scene.render(image, QRectF(QPointF(), QSizeF(image.size())));
+    image.setDotsPerMeterX(dotsPerMetre);
+    image.setDotsPerMeterY(dotsPerMetre);
+    image.save(&device, "PNG");
+}
+
+void drawSvg(ChartScene &scene, const PictureFormat &format, QIODevice &device)
+{
+    QSvgGenerator generator;
+    generator.setOutputDevice(&device);
+    generator.setResolution(int(pixelsPerInch));
+    generator.setSize(format.size);
+    generator.setViewBox(QRect(QPoint(), format.size));
+    generator.setTitle(QStringLiteral("Spectrum"));
+    generator.setDescription({});
+    scene.render(generator, QRectF(QPointF(), QSizeF(format.size)));
+}
+
+void drawPdf(ChartScene &scene, const PictureFormat &format, QIODevice &device)
+{
+    QPdfWriter writer(&device);
+    const QSizeF page = QSizeF(format.size) * (pointsPerInch / pixelsPerInch);
+    writer.setPageSize(QPageSize(page, QPageSize::Point, {}, QPageSize::ExactMatch));
+    writer.setPageMargins(QMarginsF());
+    writer.setResolution(int(pixelsPerInch) * 10); // fine enough for every curve
+    writer.setTitle(QStringLiteral("Spectrum"));
+    writer.setCreator(QStringLiteral("zoravel"));
+    scene.render(writer, QRectF(QPointF(), QSizeF(writer.width(), writer.height())));
+}
+
+} // namespace
+
+bool isDrawable(const PictureFormat &format)
+{
+    constexpr qint64 mostPixels = 400'000'000;
+    const QSize pixels = pixelSize(format);
+    return format.kind != PictureFormat::Png
+           || qint64(pixels.width()) * pixels.height() <= mostPixels;
+}
+
+QByteArray pictureOf(const QList<QPointF> &points, bool isLineSpectrum, const PictureFormat &format)
+{
+    ChartScene scene(points, isLineSpectrum, format);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    switch (format.kind) {
+    case PictureFormat::Png:
+        drawPng(scene, format, buffer);
+        break;
+    case PictureFormat::Svg:
+        drawSvg(scene, format, buffer);
+        break;
+    case PictureFormat::Pdf:
+        drawPdf(scene, format, buffer);
+        break;
+    }
+    return bytes;
+}

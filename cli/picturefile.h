@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QPointF>
+#include <QSize>
+
+#include <optional>
+
+struct EnergyRange {
+    double fromEv;
+    double toEv;
+};
+
+struct PictureFormat {
+    enum Kind { Png, Svg, Pdf };
+    Kind kind = Png;
+    QSize size{800, 500};             // in pixels of 96 to the inch
+    int dpi = 96;                     // of a PNG: it has size times dpi / 96 pixels
+    std::optional<EnergyRange> range; // all of the points if there is none
+};
+
+// Whether a picture of the format fits into memory.
+[[nodiscard]] bool isDrawable(const PictureFormat &format);
+
+// The bytes of a picture file of the editor's chart of points, which have a finite range; empty if
+// it cannot be made. Needs a QApplication.
+[[nodiscard]] QByteArray pictureOf(const QList<QPointF> &points, bool isLineSpectrum,
+                                   const PictureFormat &format);

@@ -1,0 +1,219 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/command.h"
+#include "cli/console.h"
+#include "cli/filenames.h"
+#include "cli/interruption.h"
+#include "cli/pickspectrum.h"
+#include "cli/picturefile.h"
+#include "cli/readfile.h"
+#include "exchange/numbers.h"
+#include "species/filebytes.h"
+#include "species/speciesfile.h"
+#include "spectrum/points.h"
+#include "spectrum/spectrummodel.h"
+#include "spectrum/spectrumobject.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+namespace
+{
+
+constexpr std::array options{
+    Option{"output", 'o', "OUT", "the picture, by its ending png, svg or pdf; has to be given"},
+    Option{"spectrum", 's', "N|all", "the spectrum of a file of several: DatasetN of a species"},
+    Option{"size", 0, "WxH", "its size in pixels of 96 to the inch, 800x500 if not given"},
+    Option{"dpi", 0, "N", "the pixels of a png to the inch, 96 if not given"},
+    Option{"range", 0, "A:B", "the photon energies to show, in eV"},
+};
+
+constexpr char details[] =
+    R"(Draws the chart that the editor shows of a spectrum: a curve, or the sticks of a
+line spectrum. Where there are several pictures, OUT contains %n, which stands for
+the number of the picture: p%n.png gives p1.png, p2.png and so on, in the order of
+the files and, in a file, of the editor. %% stands for a percent sign. A folder
+stands for all its files *.json and those of its subfolders. No display is needed.
+)";
+
+struct Job {
+    QByteArray output; // with "%n"
+    PictureFormat format;
+    QByteArray spectrum;
+};
+
+// The name of the picture of this number; nothing if there is no place for the number.
+std::optional<QByteArray> pictureName(const QByteArray &pattern, qsizetype number)
+{
+    QByteArray name;
+    bool hasNumber = false;
+    for (qsizetype i = 0; i < pattern.size(); ++i) {
+        const char next = i + 1 < pattern.size() ? pattern[i + 1] : '\0';
+        if (pattern[i] == '%' && next == 'n') {
+            name += QByteArray::number(number);
+            hasNumber = true;
+            ++i;
+        } else {
+            name += pattern[i];
+            i += pattern[i] == '%' && next == '%' ? 1 : 0;
+        }
+    }
+    return hasNumber || number == 1 ? std::optional(name) : std::nullopt;
+}
+
+bool writePicture(const QByteArray &name, const QByteArray &bytes, Console &console)
+{
+    const InterruptionHold hold;
+    OutputFile output(name);
+    if (!bytes.isEmpty() && replaceFileBytes(output.path(), bytes) && output.putInPlace())
+        return true;
+    console.error(shownName(name) + ": cannot be written");
+    return false;
+}
+
+// Draws the spectra of the files one by one.
+class Plotter
+{
+public:
+    Plotter(const Job &job, Console &console) : m_job(job), m_console(console) {}
+
+    void addFile(const InputFile &input)
+    {
+        const std::optional<QJsonObject> object = readObject(input, m_console);
+        if (!object)
+            return fail();
+        const auto picked = pickSpectra(*object, m_job.spectrum);
+        if (const auto *reason = std::get_if<QByteArray>(&picked))
+            return fail(input, *reason);
+        for (const NumberedSpectrum &spectrum : std::get<QList<NumberedSpectrum>>(picked))
+            addSpectrum(input, spectrum);
+    }
+
+    [[nodiscard]] int status() const { return m_status; }
+
+private:
+    void addSpectrum(const InputFile &input, const NumberedSpectrum &spectrum)
+    {
+        const QByteArray place = "spectrum " + QByteArray::number(spectrum.number) + ": ";
+        ++m_count;
+        // As the editor shows it, six digits of every number.
+        SpectrumModel model(nullptr, nullptr);
+        model.loadFromJson(spectrum.object);
+        const QList<QPointF> points = model.getXYVectors();
+        if (points.isEmpty() || !finiteRange(points))
+            return fail(input, place + "there is nothing to draw");
+        const std::optional<QByteArray> name = pictureName(m_job.output, m_count);
+        if (!name)
+            return fail(input, place + "OUT needs a %n for more than one picture");
+        const bool isLine = model.value(SpectrumColumn::LineSpectrum).toBool();
+        if (!writePicture(*name, pictureOf(points, isLine, m_job.format), m_console))
+            fail();
+    }
+
+    void fail() { m_status = exitFailure; }
+
+    void fail(const InputFile &input, const QByteArray &why)
+    {
+        m_console.error(shownName(input.name) + ": " + why);
+        fail();
+    }
+
+    const Job &m_job;
+    Console &m_console;
+    qsizetype m_count = 0;
+    int m_status = exitFine;
+};
+
+// "A:B" as two numbers, A below B.
+std::optional<EnergyRange> rangeIn(const QByteArray &text)
+{
+    const QByteArrayList ends = text.split(':');
+    if (ends.size() != 2)
+        return std::nullopt;
+    const std::optional<double> from = numberIn(ends[0]);
+    const std::optional<double> to = numberIn(ends[1]);
+    if (!from || !to || *from >= *to)
+        return std::nullopt;
+    return EnergyRange{*from, *to};
+}
+
+// "WxH", each from 50 to 20,000.
+std::optional<QSize> sizeIn(const QByteArray &text)
+{
+    constexpr int least = 50;
+    constexpr int most = 20'000;
+    const QByteArrayList sides = text.split('x');
+    if (sides.size() != 2)
+        return std::nullopt;
+    const QSize size(sides[0].toInt(), sides[1].toInt());
+    const auto fits = [](int side) { return side >= least && side <= most; };
+    return fits(size.width()) && fits(size.height()) ? std::optional(size) : std::nullopt;
+}
+
+std::variant<Job, UsageError> jobOf(const Arguments &arguments)
+{
+    Job job{arguments.value("output"), {}, arguments.value("spectrum")};
+    if (job.output.isEmpty())
+        return UsageError{"-o OUT is missing", {}};
+    const QByteArray ending = job.output.sliced(job.output.lastIndexOf('.') + 1).toLower();
+    const QByteArrayList endings{"png", "svg", "pdf"};
+    if (!endings.contains(ending))
+        return UsageError{"OUT has to end in .png, .svg or .pdf", closestTo(ending, endings)};
+    job.format.kind = PictureFormat::Kind(endings.indexOf(ending));
+    if (!isSpectrumChoice(job.spectrum, true))
+        return UsageError{"--spectrum " + job.spectrum + " is neither a number nor all", {}};
+    if (arguments.has("size")) {
+        const std::optional<QSize> size = sizeIn(arguments.value("size"));
+        if (!size)
+            return UsageError{"--size needs two numbers from 50 to 20000, as 800x500", {}};
+        job.format.size = *size;
+    }
+    if (arguments.has("dpi")) {
+        constexpr int mostDpi = 2400;
+        job.format.dpi = arguments.value("dpi").toInt();
+        if (job.format.dpi < 10 || job.format.dpi > mostDpi)
+            return UsageError{"--dpi needs a number from 10 to 2400", {}};
+    }
+    if (!isDrawable(job.format))
+        return UsageError{"a picture of that size and --dpi is too large", {}};
+    if (arguments.has("range")) {
+        job.format.range = rangeIn(arguments.value("range"));
+        if (!job.format.range)
+            return UsageError{"--range needs two energies in eV, as 9.2:10.5", {}};
+    }
+    return job;
+}
+
+int run(const Arguments &arguments, Console &console)
+{
+    const auto read = jobOf(arguments);
+    if (const auto *error = std::get_if<UsageError>(&read))
+        return usageError(console, plotCommand(), *error);
+    const auto &job = std::get<Job>(read);
+    if (arguments.operands().isEmpty())
+        return usageError(console, plotCommand(), {"no file is named", {}});
+    const InputList list = listInputs(arguments.operands());
+    if (list.files.size() > 1 && !pictureName(job.output, 2))
+        return usageError(console, plotCommand(), {"several files need a %n in OUT", {}});
+
+    Plotter plotter(job, console);
+    {
+        Progress progress(console, "Drawing", list.files.size());
+        for (qsizetype i = 0; i < list.files.size(); ++i) {
+            progress.advance(i);
+            plotter.addFile(list.files[i]);
+        }
+    }
+    for (const QByteArray &folder : list.unreadableFolders)
+        console.error(shownName(folder) + ": the folder cannot be read");
+    return list.unreadableFolders.isEmpty() ? plotter.status() : exitFailure;
+}
+
+} // namespace
+
+const Command &plotCommand()
+{
+    static constexpr Command command{
+        "plot", "FILE...", "Draw the charts of spectra", details, options, run, true};
+    return command;
+}

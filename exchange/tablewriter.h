@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+
+// Writes a spectrum object as a table of two columns: its fields as comments "# Key: value", a line
+// of headings, the points with all their digits.
+[[nodiscard]] QByteArray writeTable(const QJsonObject &spectrum, char separator, char decimal);

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/files.h"
+#include "testconsole.h"
+
+#include <QDir>
+#include <QImage>
+#include <QSvgRenderer>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace
+{
+
+const QByteArray furan = ZORAVEL_EXAMPLES "/furan.json"; // 1 a curve, 2 sticks, 3 a curve
+
+// How many columns of the picture's middle half have the colour of the series in this row.
+int curvePixels(const QImage &image, int row)
+{
+    int count = 0;
+    for (int x = image.width() / 4; x < image.width() * 3 / 4; ++x) {
+        const QColor colour = image.pixelColor(x, row);
+        count += colour.blue() > colour.red() + 60 ? 1 : 0;
+    }
+    return count;
+}
+
+} // namespace
+
+// zoravel plot.
+class TestCliPlot : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        QDir::setCurrent(m_folder->path());
+    }
+
+    void aPictureHasTheSizeAndResolutionAskedFor()
+    {
+        QVERIFY(plots({"-o", "a.png", "-s", "1", furan}));
+        QCOMPARE(QImage(QStringLiteral("a.png")).size(), QSize(800, 500));
+        QVERIFY(plots({"-o", "a.png", "-s", "1", "--size", "300x200", "--dpi", "192", furan}));
+        const QImage fine(QStringLiteral("a.png"));
+        QCOMPARE(fine.size(), QSize(600, 400));
+        QCOMPARE(fine.dotsPerMeterX(), 7559);
+    }
+
+    void theChartShowsItsAxesAndItsPoints()
+    {
+        QVERIFY(plots({"-o", "curve.png", "-s", "1", furan}));
+        QVERIFY(plots({"-o", "sticks.png", "-s", "2", furan}));
+        const QImage curve(QStringLiteral("curve.png"));
+        const QImage sticks(QStringLiteral("sticks.png"));
+        QVERIFY(curve != sticks);
+        // Dark text left of the plot and below it, and the series' colour within.
+        for (const QImage &image : {curve, sticks}) {
+            QVERIFY(hasDark(image, QRect(0, 100, 60, 300)));
+            QVERIFY(hasDark(image, QRect(300, 470, 200, 30)));
+            int coloured = 0;
+            for (int row = 0; row < image.height(); ++row)
+                coloured += curvePixels(image, row);
+            QVERIFY(coloured > 300);
+        }
+    }
+
+    void theRangeIsWhatIsShown()
+    {
+        QVERIFY(plots({"-o", "all.png", "-s", "1", furan}));
+        QVERIFY(plots({"-o", "part.png", "-s", "1", "--range", "8.8:9", furan}));
+        QVERIFY(QImage(QStringLiteral("all.png")) != QImage(QStringLiteral("part.png")));
+        QVERIFY(plots({"-o", "nothing.png", "-s", "1", "--range", "100:101", furan}));
+        const QImage nothing(QStringLiteral("nothing.png"));
+        for (int row = 0; row < nothing.height(); ++row)
+            QCOMPARE(curvePixels(nothing, row), 0);
+    }
+
+    void vectorPicturesAreSound()
+    {
+        QVERIFY(plots({"-o", "a.svg", "-s", "2", furan}));
+        QSvgRenderer renderer(QStringLiteral("a.svg"));
+        QVERIFY(renderer.isValid());
+        QCOMPARE(renderer.viewBox(), QRect(0, 0, 800, 500));
+        QVERIFY(fileBytes(QStringLiteral("a.svg")).contains("eV"));
+        QVERIFY(plots({"-o", "a.pdf", "-s", "2", furan}));
+        const QByteArray pdf = fileBytes(QStringLiteral("a.pdf"));
+        QVERIFY(pdf.startsWith("%PDF-") && pdf.contains("/MediaBox [0 0 600.000000 375.000000]"));
+    }
+
+    void picturesAreNumberedInTheOrderOfTheSpectra()
+    {
+        QVERIFY(plots({"-o", "p%n-%%.png", "-s", "all", furan, ZORAVEL_EXAMPLES "/water.json"}));
+        QCOMPARE(QDir().entryList(QDir::Files),
+                 (QStringList{QStringLiteral("p1-%.png"), QStringLiteral("p2-%.png"),
+                              QStringLiteral("p3-%.png"), QStringLiteral("p4-%.png"),
+                              QStringLiteral("p5-%.png")}));
+        QVERIFY(plots({"-o", "third.png", "-s", "3", furan}));
+        QCOMPARE(fileBytes(QStringLiteral("third.png")), fileBytes(QStringLiteral("p3-%.png")));
+    }
+
+    void whatCannotBeDrawnIsSaid_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QByteArray>("error");
+        QTest::newRow("no spectrum")
+            << QByteArray(R"({"Type": "Species v1"})") << QByteArray("there is no spectrum");
+        QTest::newRow("no points") << QByteArray(R"({"Type": "Spectrum v1"})")
+                                   << QByteArray("spectrum 1: there is nothing to draw");
+        QTest::newRow("no range") << QByteArray(
+            R"({"Type": "Spectrum v1", "E": [-1e308, 1e308], "I": [1, 2]})")
+                                  << QByteArray("spectrum 1: there is nothing to draw");
+        QTest::newRow("other file")
+            << QByteArray("{}") << QByteArray("neither a species nor a spectrum file");
+    }
+    void whatCannotBeDrawnIsSaid()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QByteArray, error);
+        writeFile(QStringLiteral("in.json"), bytes);
+        TestConsole console;
+        QCOMPARE(console.run({"plot", "-o", "a.png", "in.json"}), 3);
+        QCOMPARE(console.errors, "zoravel: in.json: " + error + '\n');
+        QVERIFY(!QFile::exists(QStringLiteral("a.png")));
+    }
+
+    void wrongUsageIsRefused_data()
+    {
+        QTest::addColumn<QByteArrayList>("words");
+        for (const QByteArrayList &words :
+             QList<QByteArrayList>{{furan},
+                                   {"-o", "a.png"},
+                                   {"-o", "a.gif", furan},
+                                   {"-o", "a.png", "--size", "10x10", furan},
+                                   {"-o", "a.png", "--size", "800", furan},
+                                   {"-o", "a.png", "--size", "20000x20000", "--dpi", "2400", furan},
+                                   {"-o", "a.png", "--dpi", "0", furan},
+                                   {"-o", "a.png", "--range", "10:9", furan},
+                                   {"-o", "a.png", "--range", "9", furan},
+                                   {"-o", "a.png", "-s", "x", furan},
+                                   {"-o", "a.png", furan, furan}})
+            QTest::newRow(words.join(' ').constData()) << words;
+    }
+    void wrongUsageIsRefused()
+    {
+        QFETCH(QByteArrayList, words);
+        TestConsole console;
+        QCOMPARE(console.run(QByteArrayList{"plot"} + words), 2);
+        QVERIFY(console.errors.endsWith("See \"zoravel plot --help\".\n"));
+        QVERIFY(!QFile::exists(QStringLiteral("a.png")));
+    }
+
+private:
+    static bool plots(const QByteArrayList &words)
+    {
+        TestConsole console;
+        const int status = console.run(QByteArrayList{"plot"} + words);
+        return status == 0 && console.errors.isEmpty() && console.output.isEmpty();
+    }
+
+    static bool hasDark(const QImage &image, const QRect &area)
+    {
+        for (int y = area.top(); y <= area.bottom(); ++y) {
+            for (int x = area.left(); x <= area.right(); ++x) {
+                if (qGray(image.pixel(x, y)) < 100)
+                    return true;
+            }
+        }
+        return false;
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+QTEST_MAIN(TestCliPlot)
+#include "tst_cli_plot.moc"
