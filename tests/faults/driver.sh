@@ -42,6 +42,11 @@ prepare_driver()
     cp "$build/tests/faults/faultdriver" "$build/tests/faults/libzoravel_faults.so" "$place"
     mkdir -p "$place/home/runtime"
     chmod 700 "$place/home/runtime"
+    # The project's folder may be closed for the user.
+    if [[ -n ${LSAN_OPTIONS:-} ]]; then
+        cp "$(dirname "${BASH_SOURCE[0]}")/../support/leaks.supp" "$place"
+        export LSAN_OPTIONS=suppressions=$place/leaks.supp:print_suppressions=0
+    fi
     [[ ${#as_user[@]} == 0 ]] || chown -R 65534:65534 "$place"
     export LD_LIBRARY_PATH=$place HOME=$place/home XDG_CONFIG_HOME=$place/home/config
     export XDG_CACHE_HOME=$place/home/cache XDG_RUNTIME_DIR=$place/home/runtime
