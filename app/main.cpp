@@ -3,6 +3,7 @@
 #include "app/interfacescale.h"
 #include "app/mainwindow.h"
 #include "app/translation.h"
+#include "widgets/contrast.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -55,6 +56,7 @@ int main(int argc, char *argv[])
     shrinkInterface(shrink);
     installTranslation(translationFolder(), QLocale());
     QGuiApplication::setDesktopFileName(QStringLiteral(ZORAVEL_DESKTOP_ID));
+    QApplication::setPalette(readableSelection(QApplication::palette()));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zoravel.icns")));
 
     MainWindow window;

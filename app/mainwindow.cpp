@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/mainwindow.h"
 
+#include "app/accessiblespectra.h"
 #include "app/quietarea.h"
 #include "settings/lastfolder.h"
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
 #include "spectrum/spectrumwindow.h"
 #include "ui_mainwindow.h"
+#include "widgets/contrast.h"
 #include "widgets/editorcommit.h"
+#include "widgets/focusring.h"
+#include "widgets/tabchain.h"
 
 #include <QCloseEvent>
 #include <QDataWidgetMapper>
@@ -16,6 +20,7 @@
 #include <QMessageBox>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QTabBar>
 
 const QRegularExpression MainWindow::reDataset(datasetKeyPattern);
 
@@ -26,6 +31,7 @@ MainWindow::MainWindow(QWidget *parent)
       speciesModel(new SpeciesModel(this)),
       mapper(new QDataWidgetMapper(this))
 {
+    describeSpectraToAssistiveTechnology();
     ui->setupUi(this);
     setCentralWidget(ui->mdiArea);
     connectImage();
@@ -33,6 +39,8 @@ MainWindow::MainWindow(QWidget *parent)
     setupMapper();
     setAcceptDrops(true);
     takeDropsOnDock();
+    keepDockReadable();
+    openToTheKeyboard();
 }
 
 MainWindow::~MainWindow()
@@ -83,6 +91,41 @@ void MainWindow::takeDropsOnDock()
 {
     ui->speciesDock->setAcceptDrops(true);
     ui->speciesDock->installEventFilter(this);
+}
+
+// Its style sheet makes it grey and most of its fields white in every theme.
+void MainWindow::keepDockReadable()
+{
+    keepTextDark(ui->speciesDock);
+    // A widget under a style sheet does not take its parent's palette.
+    const QList<QWidget *> parts = ui->speciesDock->findChildren<QWidget *>();
+    for (QWidget *part : parts)
+        keepTextDark(part);
+}
+
+// What has no shortcut can be reached with Tab. Of the tool bar these are the buttons that do not
+// work on the field with the keyboard.
+void MainWindow::openToTheKeyboard()
+{
+    auto *tabs = ui->mdiArea->findChild<QTabBar *>();
+    const auto followSpectra = [this, tabs] {
+        const bool empty = ui->mdiArea->subWindowList().isEmpty();
+        tabs->setFocusPolicy(empty ? Qt::NoFocus : Qt::TabFocus);
+    };
+    connect(ui->mdiArea, &QMdiArea::subWindowActivated, tabs, followSpectra);
+    ui->mdiArea->setAccessibleName(tr("Spectra"));
+    QWidget *last = ui->imageLabel;
+    for (QAction *action : {ui->actionSelectFolder, ui->actionPreviousFile, ui->actionNextFile}) {
+        QWidget *button = ui->toolBar->widgetForAction(action);
+        button->setFocusPolicy(Qt::TabFocus);
+        setTabOrder(last, button);
+        last = button;
+    }
+    // In two steps: the toolkit does not take the first one of the chain behind the last one.
+    setTabOrder(ui->imageLabel, tabs);
+    setTabOrder(last, tabs);
+    followSpectra();
+    new FocusRing(this);
 }
 
 void MainWindow::updateWindowTitle(bool isModified)
@@ -146,6 +189,11 @@ void MainWindow::commitFocusedField()
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     event->setAccepted(promptToSaveChanges());
+}
+
+bool MainWindow::focusNextPrevChild(bool next)
+{
+    return moveFocusByTab(this, next) || QMainWindow::focusNextPrevChild(next);
 }
 
 QString MainWindow::lastfolder() const

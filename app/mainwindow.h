@@ -111,6 +111,7 @@ public slots:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
@@ -120,6 +121,8 @@ private:
     void connectImage();
     void connectActions();
     void takeDropsOnDock();
+    void keepDockReadable();
+    void openToTheKeyboard();
     // The sub-windows' spectra in the order of their creation.
     [[nodiscard]] QList<SpectrumWindow *> spectrumWindows() const;
     // The spectrum that the user works on, or null.

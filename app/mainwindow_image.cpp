@@ -72,8 +72,11 @@ void MainWindow::updateImageFromSpecies()
     const QImage image = speciesModel->getImage();
     if (image.isNull()) {
         ui->imageLabel->clear();
+        ui->imageLabel->setAccessibleDescription(tr("No image"));
         return;
     }
+    ui->imageLabel->setAccessibleDescription(
+        tr("%1 by %2 pixels").arg(image.width()).arg(image.height()));
     // In the screen's own pixels, so that it is sharp where several of them make one of the
     // label's.
     const qreal ratio = ui->imageLabel->devicePixelRatioF();

@@ -1,23 +1,50 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "spectrum/spectrumchartview.h"
 
+#include "spectrum/chartwords.h"
+#include "widgets/contrast.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QChart>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QPainter>
 
 #include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+QAccessibleInterface *chartInterface(const QString &className, QObject *object)
+{
+    if (className != QLatin1String("SpectrumChartView"))
+        return nullptr;
+    auto *view = qobject_cast<QWidget *>(object);
+    return view ? new QAccessibleWidget(view, QAccessible::Chart) : nullptr;
+}
+
+} // namespace
 
 SpectrumChartView::SpectrumChartView(QWidget *parent)
     : QChartView(new QChart, parent), mousePositionLabel(new QLabel(this))
 {
+    QAccessible::installFactory(chartInterface);
+    // The view itself takes the keyboard, not the part of it that is drawn on.
+    viewport()->setFocusProxy(nullptr);
+    viewport()->setFocusPolicy(Qt::NoFocus);
     setRenderHint(QPainter::Antialiasing);
     setMouseTracking(true);
     mousePositionLabel->setStyleSheet(
         QStringLiteral("background-color: rgba(255, 255, 255, 150); padding: 2px;"));
+    keepTextDark(mousePositionLabel);
     mousePositionLabel->setAlignment(Qt::AlignCenter);
     // The label lies over the chart, whose zoom and read-out work under it as elsewhere.
     mousePositionLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
     mousePositionLabel->show();
+    setSpectrumPoints({});
 }
 
 void SpectrumChartView::updateMousePositionLabel(const QPointF &value)
@@ -34,6 +61,95 @@ void SpectrumChartView::updateLabelPosition()
     constexpr int inset = 10;
     mousePositionLabel->move(std::max(width() - mousePositionLabel->width(), inset) - inset,
                              std::max(height() - mousePositionLabel->height(), inset) - inset);
+}
+
+void SpectrumChartView::setSpectrumPoints(const QList<QPointF> &points)
+{
+    m_points = points;
+    m_point = std::min(m_point, m_points.size() - 1);
+    m_summary = pointsInWords(m_points);
+    describe();
+}
+
+void SpectrumChartView::setSpectrumTitle(const QString &title)
+{
+    m_title = title;
+    describe();
+}
+
+void SpectrumChartView::describe()
+{
+    setAccessibleDescription(spectrumInWords(m_title, m_summary));
+}
+
+void SpectrumChartView::readOut(qsizetype point)
+{
+    if (m_points.isEmpty())
+        return;
+    m_point = std::clamp<qsizetype>(point, 0, m_points.size() - 1);
+    const QPointF &value = m_points[m_point];
+    updateMousePositionLabel(value);
+
+    const QRectF area = chart()->plotArea();
+    const QPointF at = chart()->mapToPosition(value);
+    // A zoomed chart follows.
+    const QPointF off(at.x() - std::clamp(at.x(), area.left(), area.right()),
+                      std::clamp(at.y(), area.top(), area.bottom()) - at.y());
+    if (std::max(std::abs(off.x()), std::abs(off.y())) > 1)
+        chart()->scroll(off.x(), off.y());
+    viewport()->update();
+}
+
+void SpectrumChartView::zoomAtPoint()
+{
+    QRectF area = chart()->plotArea();
+    const QPointF centre = m_point < 0 ? area.center() : chart()->mapToPosition(m_points[m_point]);
+    QRectF part(QPointF(), area.size() / 2);
+    part.moveCenter(centre);
+    part.moveLeft(std::clamp(part.left(), area.left(), area.right() - part.width()));
+    part.moveTop(std::clamp(part.top(), area.top(), area.bottom() - part.height()));
+    chart()->zoomIn(part);
+}
+
+void SpectrumChartView::keyPressEvent(QKeyEvent *event)
+{
+    const qsizetype page = std::max<qsizetype>(1, m_points.size() / 20);
+    switch (event->key()) {
+    case Qt::Key_Left:
+        return readOut(m_point - 1);
+    case Qt::Key_Right:
+        return readOut(m_point + 1);
+    case Qt::Key_PageUp:
+        return readOut(m_point - page);
+    case Qt::Key_PageDown:
+        return readOut(m_point + page);
+    case Qt::Key_Home:
+        return readOut(0);
+    case Qt::Key_End:
+        return readOut(m_points.size() - 1);
+    case Qt::Key_Plus:
+        return zoomAtPoint();
+    case Qt::Key_Minus:
+        return chart()->zoomOut();
+    case Qt::Key_0:
+        return chart()->zoomReset();
+    default:
+        QChartView::keyPressEvent(event);
+    }
+}
+
+// A line at the energy that the keyboard reads out.
+void SpectrumChartView::drawForeground(QPainter *painter, const QRectF &rect)
+{
+    QChartView::drawForeground(painter, rect);
+    if (m_point < 0 || !hasFocus())
+        return;
+    const QRectF area = chart()->plotArea();
+    const double x = chart()->mapToPosition(m_points[m_point]).x();
+    if (x < area.left() - 1 || x > area.right() + 1)
+        return;
+    painter->setPen(QPen(Qt::darkGray, 1, Qt::DashLine));
+    painter->drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
 }
 
 void SpectrumChartView::mouseReleaseEvent(QMouseEvent *event)

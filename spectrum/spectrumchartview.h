@@ -2,12 +2,17 @@
 #pragma once
 
 #include <QChartView>
+#include <QList>
+#include <QPointF>
+#include <QString>
 
 class QLabel;
-class QPointF;
 
 // A chart view with a rubber-band zoom, reset by the right button, and a small label in its lower
-// right corner that reads out the point under the mouse: photon energy in eV and intensity.
+// right corner that reads out the point under the mouse: photon energy in eV and intensity. With
+// the keyboard it reads out the points of its spectrum one by one, and zooms: Left, Right, Page Up,
+// Page Down, Home, End; +, - and 0. To assistive technology it is a chart that describes its
+// spectrum in words.
 class SpectrumChartView : public QChartView
 {
     Q_OBJECT
@@ -20,11 +25,27 @@ public:
     // Moves the label 10 pixels in from the lower right corner, but not out of the view.
     void updateLabelPosition();
 
+    // What is drawn, for the keyboard's read-out and the description: the points of the spectrum,
+    // which need not be those of the chart's series.
+    void setSpectrumPoints(const QList<QPointF> &points);
+    void setSpectrumTitle(const QString &title);
+
 protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void drawForeground(QPainter *painter, const QRectF &rect) override;
 
 private:
+    void describe();
+    // Reads out the point of this number, or the nearest one that there is.
+    void readOut(qsizetype point);
+    void zoomAtPoint();
+
     QLabel *mousePositionLabel;
+    QString m_title;
+    QString m_summary; // of the points, in words
+    QList<QPointF> m_points;
+    qsizetype m_point = -1; // that the keyboard reads out; none at first
 };

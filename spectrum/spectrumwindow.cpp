@@ -5,6 +5,7 @@
 #include "spectrum/spectrummodel.h"
 #include "ui_spectrumwindow.h"
 #include "widgets/editorcommit.h"
+#include "widgets/tabchain.h"
 #include "widgets/textguarddelegate.h"
 #include "widgets/undoabletext.h"
 
@@ -190,6 +191,7 @@ void SpectrumWindow::setTypeLabels(bool simulation)
 void SpectrumWindow::updateWindowTitle()
 {
     setWindowTitle(ui->lineEditTitle->toPlainText());
+    ui->chartSpectrum->setSpectrumTitle(windowTitle());
 }
 
 void SpectrumWindow::onButtonCommaToDotClicked()
@@ -209,8 +211,10 @@ void SpectrumWindow::onLineSpectrumToggled()
 
 void SpectrumWindow::updateChart()
 {
-    drawSpectrum(ui->chartSpectrum->chart(), model->getXYVectors(),
+    const QList<QPointF> points = model->getXYVectors();
+    drawSpectrum(ui->chartSpectrum->chart(), points,
                  model->value(SpectrumColumn::LineSpectrum).toBool());
+    ui->chartSpectrum->setSpectrumPoints(points);
 }
 
 // Points that were typed shortly before a save are not in the file: when they are read after it,
@@ -225,6 +229,11 @@ void SpectrumWindow::showLineCount()
 {
     ui->label_14->setText(
         tr("Spectrum, I(hv / eV) (%1 lines)").arg(ui->textEditSpect->blockCount()));
+}
+
+bool SpectrumWindow::focusNextPrevChild(bool next)
+{
+    return moveFocusByTab(window(), next) || QWidget::focusNextPrevChild(next);
 }
 
 void SpectrumWindow::closeEvent(QCloseEvent *event)

@@ -53,6 +53,7 @@ public slots:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     struct Mapping {

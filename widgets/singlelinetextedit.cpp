@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/singlelinetextedit.h"
 
+#include "widgets/contrast.h"
+
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QTextCursor>
@@ -17,6 +19,7 @@ SingleLineTextEdit::SingleLineTextEdit(QWidget *parent) : CleanTextEdit(parent)
     setFrameStyle(QFrame::NoFrame);
     setLineWrapMode(QTextEdit::NoWrap);
     setStyleSheet(QStringLiteral("background-color: white; border: 1px solid gray; padding: 2px;"));
+    keepTextDark(this);
     adjustHeight();
 }
 

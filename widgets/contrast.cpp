@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "widgets/contrast.h"
+
+#include <QAbstractScrollArea>
+#include <QChildEvent>
+#include <QColor>
+#include <QMenu>
+#include <QWidget>
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+// Relative luminance, from 0 for black to 1 for white.
+double luminance(const QColor &colour)
+{
+    const auto linear = [](double part) {
+        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF())
+           + 0.0722 * linear(colour.blueF());
+}
+
+// Catches the menus of the widgets that it filters when they are first shown.
+class MenuFilter final : public QObject
+{
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::ChildPolished) {
+            auto *menu = qobject_cast<QMenu *>(static_cast<QChildEvent *>(event)->child());
+            if (menu)
+                keepTextDark(menu);
+        }
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+} // namespace
+
+double contrast(const QColor &one, const QColor &other)
+{
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+QPalette readableSelection(const QPalette &palette)
+{
+    constexpr int step = 4; // of 255
+    QPalette selection;
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        const QColor text = palette.color(group, QPalette::HighlightedText);
+        QColor background = palette.color(group, QPalette::Highlight);
+        const int away = luminance(text) > 0.18 ? -step : step; // where black and white are alike
+        while (contrast(text, background) < leastTextContrast) {
+            const int lightness = background.lightness() + away;
+            if (lightness < 0 || lightness > 255)
+                break;
+            background.setHsl(background.hslHue(), background.hslSaturation(), lightness);
+        }
+        selection.setColor(group, QPalette::Highlight, background);
+        selection.setColor(group, QPalette::HighlightedText, text);
+    }
+    return selection;
+}
+
+void keepTextDark(QWidget *widget)
+{
+    static const QColor button(0xe4, 0xe4, 0xe4);
+    static const QColor faint(0x4d, 0x4d, 0x4d); // readable on all these backgrounds
+    QPalette palette = widget->palette();
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(role, Qt::black);
+    palette.setColor(QPalette::PlaceholderText, faint);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, faint);
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::Window, button);
+    palette.setColor(QPalette::Button, button);
+    palette.setColor(QPalette::Light, Qt::white);
+    palette.setColor(QPalette::Midlight, QColor(0xf0, 0xf0, 0xf0));
+    palette.setColor(QPalette::Mid, QColor(0xb0, 0xb0, 0xb0));
+    palette.setColor(QPalette::Dark, QColor(0x90, 0x90, 0x90));
+    palette.setColor(QPalette::Shadow, QColor(0x60, 0x60, 0x60));
+    widget->setPalette(palette);
+
+    static MenuFilter menus;
+    widget->installEventFilter(&menus);
+    // A text editor's menu comes up from the part that shows its text.
+    if (const auto *area = qobject_cast<QAbstractScrollArea *>(widget))
+        area->viewport()->installEventFilter(&menus);
+}
