@@ -29,6 +29,16 @@ public:
         return QCoreApplication::translate("MainWindow", "Spectrum %1: %2")
             .arg(QString::number(number), window->windowTitle());
     }
+
+    // Of the tabs only one is shown; the toolkit says so of all.
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        const auto *window = qobject_cast<QMdiSubWindow *>(widget());
+        if (window->mdiArea() && window->mdiArea()->currentSubWindow() != window)
+            state.invisible = true;
+        return state;
+    }
 };
 
 QAccessibleInterface *interfaceOf(const QString &className, QObject *object)

@@ -2,3 +2,8 @@
 # The editor for those who cannot see it well, at all, or cannot use a mouse.
 zoravel_test(tst_accessibility zoravel_windowfixture)
 zoravel_test(tst_keyboard zoravel_windowfixture)
+
+add_test(NAME screen_reader
+    COMMAND ${CMAKE_CURRENT_LIST_DIR}/gui/screen_reader $<TARGET_FILE:zoravel-entry-edit>)
+set_tests_properties(screen_reader PROPERTIES TIMEOUT 400 RUN_SERIAL TRUE LABELS gui)
+zoravel_test_environment(screen_reader "ASAN_OPTIONS=detect_leaks=1:strict_string_checks=0")
