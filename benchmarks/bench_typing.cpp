@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A key press in the point editor of a large spectrum against one in that of a small spectrum.
+// A key press in the point editor of a large spectrum against one in that of a small spectrum, and
+// in one of which half of the lines are marked as no points against one without marks.
 #include "benchmarks/ratio.h"
 #include "spectrum/spectrumwindow.h"
 
@@ -18,9 +19,11 @@ constexpr int keysPerRound = 20;
 class Typist
 {
 public:
-    explicit Typist(int lines) : m_window(spectrumOf(lines))
+    explicit Typist(int lines, bool withMarks = false) : m_window(spectrumOf(lines))
     {
         m_editor = m_window.findChild<QPlainTextEdit *>(QStringLiteral("textEditSpect"));
+        if (withMarks)
+            spoilEveryOtherLine();
         m_window.show();
         m_editor->setFocus();
         QCoreApplication::processEvents();
@@ -50,6 +53,15 @@ public:
     }
 
 private:
+    void spoilEveryOtherLine()
+    {
+        QStringList lines = m_editor->toPlainText().split(QLatin1Char('\n'));
+        for (qsizetype i = 0; i < lines.size(); i += 2)
+            lines[i].replace(QLatin1Char('.'), QLatin1Char(','));
+        m_editor->setPlainText(lines.join(QLatin1Char('\n')));
+        m_window.readPendingPoints();
+    }
+
     static QJsonObject spectrumOf(int lines)
     {
         QJsonArray energies;
@@ -81,6 +93,7 @@ int main(int argc, char *argv[])
     const QApplication application(argc, argv);
     Typist large(200'000);
     Typist small(5'000);
+    Typist marked(200'000, true);
     bool kept = true;
     for (const auto &[what, part] : {std::pair("a key press at the start of 200,000 lines", 0.0),
                                      std::pair("a key press in the middle of 200,000 lines", 0.5),
@@ -90,6 +103,11 @@ int main(int argc, char *argv[])
         const Ratio ratio = measureSeconds(
             rounds, [&] { return large.secondsPerKey(); }, [&] { return small.secondsPerKey(); });
         kept &= report(what, ratio, "one in 5,000 lines", 1.5);
+
+        marked.goTo(part);
+        const Ratio marks = measureSeconds(
+            rounds, [&] { return marked.secondsPerKey(); }, [&] { return large.secondsPerKey(); });
+        kept &= report("the same with every other line marked", marks, "one without marks", 1.5);
     }
     return kept ? 0 : 1;
 }

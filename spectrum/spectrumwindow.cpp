@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "spectrum/spectrumwindow.h"
 
+#include "spectrum/pointmarks.h"
 #include "spectrum/spectrumchart.h"
 #include "spectrum/spectrummodel.h"
 #include "ui_spectrumwindow.h"
@@ -34,6 +35,7 @@ SpectrumWindow::SpectrumWindow(QWidget *parent)
     ui->setupUi(this);
     initializeMappings();
     model = new SpectrumModel(this, ui->textEditSpect);
+    marks = new PointMarks(ui->textEditSpect);
     mapper->setModel(model);
     mapper->setItemDelegate(new TextGuardDelegate(mapper));
     connectSignals();
@@ -48,6 +50,7 @@ SpectrumWindow::SpectrumWindow(const QJsonObject &spectrum, QWidget *parent)
     model->loadFromJson(spectrum);
     onSpectrumTypeChanged(model->value(SpectrumColumn::Type).toInt());
     updateChart();
+    markBadLines();
 }
 
 SpectrumWindow::~SpectrumWindow() = default;
@@ -223,6 +226,23 @@ void SpectrumWindow::onPointsRead()
 {
     if (model->lastReadFoundChanges())
         markModified();
+    markBadLines();
+}
+
+// The line count's tool tip says it to those who see the marks, the description to those who do
+// not.
+void SpectrumWindow::markBadLines()
+{
+    marks->readLines(model->getXYVectors());
+    QString said;
+    if (marks->count() == 1)
+        said = tr("Line %1 is not a point of two finite numbers.").arg(marks->firstLine());
+    else if (marks->count() > 1)
+        said = tr("%1 lines are not points of two finite numbers. The first is line %2.")
+                   .arg(marks->count())
+                   .arg(marks->firstLine());
+    ui->label_14->setToolTip(said);
+    ui->textEditSpect->setAccessibleDescription(said);
 }
 
 void SpectrumWindow::showLineCount()

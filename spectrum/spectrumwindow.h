@@ -9,6 +9,7 @@
 
 #include <memory>
 
+class PointMarks;
 class QDataWidgetMapper;
 class SpectrumModel;
 
@@ -69,11 +70,13 @@ private:
     void setTypeLabels(bool simulation);
     void onLineSpectrumToggled();
     void onPointsRead();
+    void markBadLines();
     void showLineCount();
     void markModified();
 
     std::unique_ptr<Ui::SpectrumWindow> ui;
     SpectrumModel *model;
+    PointMarks *marks; // belongs to the point editor
     QDataWidgetMapper *mapper;
     bool updating = false;
     QList<Mapping> mappings;

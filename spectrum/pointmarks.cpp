@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "spectrum/pointmarks.h"
+
+#include "spectrum/points.h"
+
+#include <QEvent>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace
+{
+
+// States of the lines, which move with them when others come or go. A new line has -1.
+constexpr int markedState = 1;
+constexpr int goodState = 0;
+
+bool isFinite(const QPointF &point)
+{
+    return std::isfinite(point.x()) && std::isfinite(point.y());
+}
+
+bool isMistake(const QString &line)
+{
+    if (const std::optional<QPointF> point = parsePoint(line))
+        return !isFinite(*point);
+    return std::any_of(line.begin(), line.end(), [](QChar c) { return !c.isSpace(); });
+}
+
+QTextCharFormat markOn(const QColor &background)
+{
+    const bool isDark = background.lightness() < 128;
+    QTextCharFormat format;
+    format.setUnderlineStyle(QTextCharFormat::WaveUnderline);
+    format.setUnderlineColor(isDark ? QColor(0xff, 0x70, 0x70) : QColor(0xd0, 0x00, 0x00));
+    return format;
+}
+
+} // namespace
+
+PointMarks::PointMarks(QPlainTextEdit *editor) : QObject(editor), m_editor(editor)
+{
+    m_editor->viewport()->installEventFilter(this);
+}
+
+// Most texts are: then no line has to be looked at a second time.
+bool PointMarks::isFaultless(const QList<QPointF> &points) const
+{
+    const QTextDocument *document = m_editor->document();
+    const int lines = document->blockCount() - (document->lastBlock().length() <= 1 ? 1 : 0);
+    return points.size() == lines && std::all_of(points.begin(), points.end(), isFinite);
+}
+
+void PointMarks::readLines(const QList<QPointF> &points)
+{
+    const bool wasMarked = m_count > 0;
+    m_count = 0;
+    m_firstLine = 0;
+    if (wasMarked || !isFaultless(points)) {
+        int number = 0;
+        for (QTextBlock line = m_editor->document()->begin(); line.isValid(); line = line.next()) {
+            ++number;
+            const bool mistake = isMistake(line.text());
+            line.setUserState(mistake ? markedState : goodState);
+            if (mistake && ++m_count == 1)
+                m_firstLine = number;
+        }
+    }
+    if (wasMarked || m_count > 0) {
+        ++m_reading;
+        m_editor->viewport()->update();
+    }
+}
+
+bool PointMarks::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Paint && m_reading > 0)
+        followView();
+    return QObject::eventFilter(watched, event);
+}
+
+void PointMarks::followView()
+{
+    const View view{m_reading, m_editor->verticalScrollBar()->value(), m_editor->blockCount(),
+                    m_editor->viewport()->size(), m_editor->palette().color(QPalette::Base).rgb()};
+    if (view == m_view)
+        return;
+    m_view = view;
+    markShownLines();
+}
+
+// The editor looks at all its selections for each line that it draws: those of the lines that can
+// be seen are few. Some more are for lines that come up when a long one becomes shorter.
+void PointMarks::markShownLines()
+{
+    QList<QTextEdit::ExtraSelection> marks;
+    const int bottom = m_editor->viewport()->height() * 3 / 2;
+    const QTextCharFormat format = markOn(m_editor->palette().color(QPalette::Base));
+    QTextBlock line = m_editor->cursorForPosition(QPoint(0, 0)).block();
+    for (; line.isValid() && m_count > 0; line = line.next()) {
+        QTextCursor cursor(line);
+        if (m_editor->cursorRect(cursor).top() > bottom)
+            break;
+        if (line.userState() != markedState)
+            continue;
+        cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+        marks.append({cursor, format});
+    }
+    m_editor->setExtraSelections(marks);
+}

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QPointF>
+#include <QRgb>
+#include <QSize>
+
+class QPlainTextEdit;
+
+// Underlines the lines of a point editor that are not points of two finite numbers: others are left
+// out of a file, and numbers that are not finite come back as 0. Blank lines are no mistakes. A
+// line keeps its mark while it is edited, until the lines are read again. Text, undo history and
+// modified state stay as they are, and a key press costs the same whatever the number of marks.
+class PointMarks : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Belongs to the editor.
+    explicit PointMarks(QPlainTextEdit *editor);
+
+    // Looks at every line of the editor; points are what has just been read from its text.
+    void readLines(const QList<QPointF> &points);
+
+    // As of the last reading.
+    [[nodiscard]] int count() const { return m_count; }
+    // The number of the first marked line, from 1 on; 0 if there is none.
+    [[nodiscard]] int firstLine() const { return m_firstLine; }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    [[nodiscard]] bool isFaultless(const QList<QPointF> &points) const;
+    void followView();
+    void markShownLines();
+
+    QPlainTextEdit *m_editor;
+    int m_count = 0;
+    int m_firstLine = 0;
+    // What the marks that are drawn depend on.
+    struct View {
+        int reading = 0;
+        int scrolled = 0;
+        int lines = 0;
+        QSize size;
+        QRgb background = 0;
+
+        bool operator==(const View &) const = default;
+    };
+    View m_view;
+    int m_reading = 0;
+};
