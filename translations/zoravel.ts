@@ -186,6 +186,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>No image</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>&amp;Open</source>
         <translation type="unfinished"></translation>
     </message>
@@ -294,6 +298,18 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Spectrum %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Spectrum %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Spectra</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>(untitled)</source>
         <translation type="unfinished"></translation>
     </message>
@@ -371,6 +387,10 @@
     </message>
     <message>
         <source>Failed to load the image data.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 by %2 pixels</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -487,6 +507,33 @@
     </message>
 </context>
 <context>
+    <name>SpectrumChartView</name>
+    <message>
+        <source>no points</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 points, none of them finite</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>one point at %1 eV, intensity %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 points from %2 eV to %3 eV, highest at %4 eV, intensity %5</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Spectrum without a title</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>SpectrumWindow</name>
     <message>
         <source>Title</source>
@@ -598,6 +645,14 @@
     </message>
     <message>
         <source>Intensity / arb. unit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Line %1 is not a point of two finite numbers.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 lines are not points of two finite numbers. The first is line %2.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
