@@ -5,6 +5,8 @@ list(REMOVE_ITEM zoravel_components Unspecified)
 
 set(CPACK_COMPONENTS_ALL ${zoravel_components})
 set(CPACK_PACKAGE_NAME ${PROJECT_NAME})
+set(CPACK_PACKAGE_FILE_NAME
+    ${PROJECT_NAME}-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR})
 set(CPACK_PACKAGE_VENDOR "ZORAVEL maintainers")
 set(CPACK_PACKAGE_CONTACT "ZORAVEL maintainers <maintainers@zoravel.example>")
 set(CPACK_PACKAGE_HOMEPAGE_URL ${ZORAVEL_HOMEPAGE})
@@ -53,6 +55,8 @@ exchanged as files and through the clipboard.")
 
 set(CPACK_DEBIAN_CLI_PACKAGE_NAME ${zoravel_package_cli})
 set(CPACK_DEBIAN_CLI_PACKAGE_SECTION science)
+# Plots have letters, and a machine without a display need not have a font.
+set(CPACK_DEBIAN_CLI_PACKAGE_RECOMMENDS fonts-dejavu-core)
 set(CPACK_COMPONENT_CLI_DESCRIPTION
 "terminal program for entries of photoionisation spectra
 The entries of a reference collection of molecular photoionisation spectra
