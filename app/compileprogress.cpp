@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/compileprogress.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLocale>
 
@@ -37,8 +37,11 @@ bool CompileProgressDialog::advance(int done, int number, const QString &next)
         tr("File %1 of %2: %3")
             .arg(QString::number(number), QString::number(maximum()), QFileInfo(next).fileName()));
     setValue(done);
-    if (!isVisible())
+    if (!isVisible()) {
+        // The wait cursor would say that its button cannot be pressed.
+        QGuiApplication::changeOverrideCursor(Qt::BusyCursor);
         show();
+    }
     QCoreApplication::processEvents();
     return !wasCanceled();
 }

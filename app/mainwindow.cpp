@@ -12,6 +12,7 @@
 #include "widgets/editorcommit.h"
 #include "widgets/focusring.h"
 #include "widgets/tabchain.h"
+#include "widgets/waitcursor.h"
 
 #include <QCloseEvent>
 #include <QDataWidgetMapper>
@@ -170,6 +171,7 @@ void MainWindow::cleanUp()
 {
     if (!promptToSaveChanges())
         return;
+    const WaitCursor waitCursor;
     closeQuietly(ui->mdiArea);
     currentFile.clear();
     for (int column = 0; column < speciesModel->columnCount(); ++column)

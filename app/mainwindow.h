@@ -135,6 +135,8 @@ private:
     void loadSpeciesObject(const QJsonObject &file);
     // One for each spectrum of a species file's object, in the order of their keys.
     void createSpectrumWindows(const QJsonObject &file);
+    // Writes the document to the current file. False if the file does not hold it.
+    [[nodiscard]] bool writeSpecies();
     bool loadFirstOf(const QDir &folder, const QStringList &files);
     bool loadNeighbour(const QDir &folder, const QStringList &files, qsizetype current, int step);
     // The path of the first of files that is a species file, or an empty text.

@@ -3,9 +3,9 @@
 
 #include "app/compileprogress.h"
 #include "app/messagebox.h"
-#include "app/waitcursor.h"
 #include "database/createdatabase.h"
 #include "database/databasecompiler.h"
+#include "widgets/waitcursor.h"
 
 #include <QDate>
 

@@ -2,8 +2,8 @@
 #include "app/mainwindow.h"
 
 #include "app/messagebox.h"
-#include "app/waitcursor.h"
 #include "species/speciesfolder.h"
+#include "widgets/waitcursor.h"
 
 #include <QDir>
 #include <QFileDialog>

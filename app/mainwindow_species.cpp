@@ -3,13 +3,13 @@
 
 #include "app/messagebox.h"
 #include "app/quietarea.h"
-#include "app/waitcursor.h"
 #include "species/jsonfile.h"
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
 #include "spectrum/spectrumwindow.h"
 #include "ui_mainwindow.h"
 #include "widgets/textguarddelegate.h"
+#include "widgets/waitcursor.h"
 
 #include <QDataWidgetMapper>
 #include <QDropEvent>
@@ -165,6 +165,16 @@ void MainWindow::saveSpeciesToFile()
         return;
     }
     updateWindowTitle(false);
+}
+
+bool MainWindow::writeSpecies()
+{
+    const WaitCursor waitCursor;
+    commitFocusedField();
+    QList<QJsonObject> datasets;
+    for (const SpectrumWindow *window : spectrumWindows())
+        datasets.append(window->toJson());
+    return writeJsonObject(currentFile, speciesFileObject(speciesModel->toJson(), datasets));
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent *event)

@@ -6,6 +6,7 @@
 #include "spectrum/spectrumfile.h"
 #include "spectrum/spectrumwindow.h"
 #include "ui_mainwindow.h"
+#include "widgets/waitcursor.h"
 
 #include <QClipboard>
 #include <QFileDialog>
@@ -16,6 +17,24 @@ namespace
 {
 
 constexpr QLatin1String errorTitle("Error");
+
+std::optional<QJsonObject> readBehindWaitCursor(const QString &path)
+{
+    const WaitCursor waitCursor;
+    return readJsonObject(path);
+}
+
+bool writeBehindWaitCursor(const QString &path, const SpectrumWindow &window)
+{
+    const WaitCursor waitCursor;
+    return writeJsonObject(path, spectrumFileObject(window.toJson()));
+}
+
+QJsonDocument clipboardDocument()
+{
+    const WaitCursor waitCursor;
+    return QJsonDocument::fromJson(QGuiApplication::clipboard()->text().toUtf8());
+}
 
 } // namespace
 
@@ -59,6 +78,7 @@ void MainWindow::createNewSpectrumWindow()
 
 void MainWindow::createNewSpectrumWindow(const QJsonObject &obj)
 {
+    const WaitCursor waitCursor;
     addSpectrumWindowToMdiArea(new SpectrumWindow(obj, this));
 }
 
@@ -67,6 +87,7 @@ void MainWindow::deleteCurrentSpectrum()
     QMdiSubWindow *subWindow = ui->mdiArea->currentSubWindow();
     if (!subWindow)
         return;
+    const WaitCursor waitCursor;
     subWindow->close();
     setModified();
 }
@@ -76,7 +97,7 @@ bool MainWindow::loadJSONSpectrum()
     const QString fileName =
         QFileDialog::getOpenFileName(this, tr("Open Spectrum JSON File"), lastfolder(),
                                      tr("JSON Files (*.json);;All Files (*)"));
-    const std::optional<QJsonObject> spectrum = readJsonObject(fileName);
+    const std::optional<QJsonObject> spectrum = readBehindWaitCursor(fileName);
     if (!spectrum) {
         showMessage(this, QMessageBox::Warning, errorTitle, tr("Could not open file for reading"));
         return false;
@@ -104,7 +125,7 @@ void MainWindow::saveSpectrumToFile()
     if (fileName.isEmpty())
         return;
     window->commitFocusedField();
-    if (!writeJsonObject(fileName, spectrumFileObject(window->toJson()))) {
+    if (!writeBehindWaitCursor(fileName, *window)) {
         showMessage(this, QMessageBox::Warning, errorTitle, tr("Could not open file for writing"));
         return;
     }
@@ -118,6 +139,7 @@ void MainWindow::copySpectrumToClipboard()
         showMessage(this, QMessageBox::Warning, errorTitle, tr("No spectrum window is selected."));
         return;
     }
+    const WaitCursor waitCursor;
     window->commitFocusedField();
     const QJsonDocument document(spectrumFileObject(window->toJson()));
     QGuiApplication::clipboard()->setText(
@@ -126,8 +148,7 @@ void MainWindow::copySpectrumToClipboard()
 
 void MainWindow::pasteSpectrumFromClipboard()
 {
-    const QByteArray text = QGuiApplication::clipboard()->text().toUtf8();
-    const QJsonDocument document = QJsonDocument::fromJson(text);
+    const QJsonDocument document = clipboardDocument();
     if (!document.isObject()) {
         showMessage(this, QMessageBox::Warning, errorTitle,
                     tr("Clipboard does not contain a valid spectrum."));

@@ -33,9 +33,15 @@ std::variant<QJsonObject, CompileError> readEntry(const QString &file)
     return *std::move(object);
 }
 
-std::optional<CompileError> firstBadInput(const QStringList &files)
+// What is wrong with the first bad species file of the list, or that the progress was cancelled.
+std::optional<CompileError> firstBadInput(const QStringList &files,
+                                          const CompileProgress &progress = {})
 {
+    int done = 0;
     for (const QString &file : files) {
+        if (progress && !progress(done, done))
+            return CompileError{CompileError::Cancelled};
+        ++done;
         const auto entry = readEntry(file);
         if (const auto *error = std::get_if<CompileError>(&entry))
             return *error;
@@ -156,7 +162,8 @@ std::optional<CompileError> compileDatabase(const QStringList &files, const QStr
 {
     // A bad species file counts before an output that cannot be written.
     const auto unwritable = [&]() -> CompileError {
-        return firstBadInput(files).value_or(CompileError{CompileError::UnwritableOutput});
+        return firstBadInput(files, progress)
+            .value_or(CompileError{CompileError::UnwritableOutput});
     };
 
     ReplacementFile file(output);
@@ -173,7 +180,7 @@ std::optional<CompileError> compileDatabase(const QStringList &files, const QStr
     file.write(text.next(typeKey, databaseFileType));
     file.write(text.end());
     if (!file.commit())
-        return unwritable();
+        return CompileError{CompileError::UnwritableOutput}; // every species file was good
     return std::nullopt;
 }
 

@@ -5,6 +5,7 @@
 #include "spectrum/points.h"
 #include "spectrum/spectrumobject.h"
 #include "widgets/undoabletext.h"
+#include "widgets/waitcursor.h"
 
 #include <QJsonValue>
 #include <QMessageBox>
@@ -135,6 +136,7 @@ void SpectrumModel::normalizeSpectrum()
 {
     constexpr int energyDecimals = 4;
     constexpr int intensityDecimals = 2;
+    const WaitCursor waitCursor;
     if (const std::optional<QList<QPointF>> points = normalised(getXYVectors()))
         rewritePoints(fixedPointLines(*points, energyDecimals, intensityDecimals));
 }
@@ -147,10 +149,15 @@ void SpectrumModel::makePointsSparser()
         warn(QStringLiteral("Cannot resample line spectra"));
         return;
     }
-    const std::variant<QList<QPointF>, ResampleError> result = resampled(getXYVectors());
-    if (const auto *points = std::get_if<QList<QPointF>>(&result))
-        rewritePoints(fixedPointLines(*points, energyDecimals, intensityDecimals));
-    else if (std::get<ResampleError>(result) == ResampleError::GridTooLarge)
+    const auto resample = [this] {
+        const WaitCursor waitCursor;
+        const std::variant<QList<QPointF>, ResampleError> result = resampled(getXYVectors());
+        if (const auto *points = std::get_if<QList<QPointF>>(&result))
+            rewritePoints(fixedPointLines(*points, energyDecimals, intensityDecimals));
+        return std::holds_alternative<ResampleError>(result)
+               && std::get<ResampleError>(result) == ResampleError::GridTooLarge;
+    };
+    if (resample())
         warn(QStringLiteral("Energy range too large to resample"));
 }
 

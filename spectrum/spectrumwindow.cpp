@@ -9,10 +9,12 @@
 #include "widgets/tabchain.h"
 #include "widgets/textguarddelegate.h"
 #include "widgets/undoabletext.h"
+#include "widgets/waitcursor.h"
 
 #include <QCloseEvent>
 #include <QDataWidgetMapper>
 #include <QDate>
+#include <QKeyEvent>
 #include <QScopedValueRollback>
 
 namespace
@@ -131,6 +133,7 @@ void SpectrumWindow::connectSignals()
     connect(ui->checkBoxLineSpectrum, &QCheckBox::toggled, this,
             &SpectrumWindow::onLineSpectrumToggled);
     connect(ui->textEditSpect, &QPlainTextEdit::textChanged, this, &SpectrumWindow::showLineCount);
+    ui->textEditSpect->installEventFilter(this);
 }
 
 void SpectrumWindow::buildChart()
@@ -199,6 +202,7 @@ void SpectrumWindow::updateWindowTitle()
 
 void SpectrumWindow::onButtonCommaToDotClicked()
 {
+    const WaitCursor waitCursor;
     QString text = ui->textEditSpect->toPlainText();
     text.replace(QLatin1Char(','), QLatin1Char('.'));
     replaceTextUndoably(ui->textEditSpect, text);
@@ -254,6 +258,21 @@ void SpectrumWindow::showLineCount()
 bool SpectrumWindow::focusNextPrevChild(bool next)
 {
     return moveFocusByTab(window(), next) || QWidget::focusNextPrevChild(next);
+}
+
+// Undoing what rewrote a large text takes its time.
+bool SpectrumWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    const auto *key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent *>(event) : nullptr;
+    const bool isUndo = key && key->matches(QKeySequence::Undo);
+    if (watched != ui->textEditSpect || (!isUndo && !(key && key->matches(QKeySequence::Redo))))
+        return QWidget::eventFilter(watched, event);
+    const WaitCursor waitCursor;
+    if (isUndo)
+        ui->textEditSpect->undo();
+    else
+        ui->textEditSpect->redo();
+    return true;
 }
 
 void SpectrumWindow::closeEvent(QCloseEvent *event)

@@ -168,6 +168,29 @@ private slots:
         QCOMPARE(error->file, path("gone.json"));
     }
 
+    void lookingForABadInputShowsProgressAndCanBeCancelled()
+    {
+        const QStringList files = makeSpecies(5);
+        int calls = 0;
+        const auto cancelAt = [&](int call) {
+            calls = 0;
+            return compileDatabase(files, path("missing/db.json"), header, QJsonDocument::Indented,
+                                   [&](int done, int index) {
+                                       if (done != calls || index != done)
+                                           QTest::qFail("wrong progress", __FILE__, __LINE__);
+                                       return ++calls < call;
+                                   });
+        };
+        const auto unwritable = cancelAt(6);
+        QVERIFY(unwritable);
+        QCOMPARE(unwritable->kind, CompileError::UnwritableOutput);
+        QCOMPARE(calls, 5);
+        const auto cancelled = cancelAt(3);
+        QVERIFY(cancelled);
+        QCOMPARE(cancelled->kind, CompileError::Cancelled);
+        QCOMPARE(calls, 3);
+    }
+
     void cancellingWritesNothing()
     {
         const QStringList files = makeSpecies(5);

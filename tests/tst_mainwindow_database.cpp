@@ -175,6 +175,8 @@ private slots:
             label = progress->labelText();
             const auto buttons = progress->findChildren<QPushButton *>();
             QCOMPARE(buttons.size(), 1);
+            QVERIFY(QGuiApplication::overrideCursor());
+            QCOMPARE(QGuiApplication::overrideCursor()->shape(), Qt::BusyCursor);
             buttons.first()->click();
         });
         QVERIFY(

@@ -26,7 +26,11 @@ SingleLineTextEdit::SingleLineTextEdit(QWidget *parent) : CleanTextEdit(parent)
 void SingleLineTextEdit::adjustHeight()
 {
     constexpr int heightMargin = 5;
-    document()->adjustSize();
+    constexpr int longText = 2000; // characters
+    // Each layout of a long line takes its time, and this makes up to four. Lines are not wrapped,
+    // so the height is the same without.
+    if (document()->characterCount() < longText)
+        document()->adjustSize();
     setFixedHeight(static_cast<int>(document()->size().height()) + heightMargin);
 }
 
