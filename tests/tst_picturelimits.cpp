@@ -1,0 +1,303 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "species/picture.h"
+
+#include <QBuffer>
+#include <QColorSpace>
+#include <QImageReader>
+#include <QImageWriter>
+#include <QTest>
+#include <QtEndian>
+
+#include <cstdlib>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace
+{
+
+using namespace Qt::Literals::StringLiterals;
+
+quint32 crcOf(const QByteArray &bytes)
+{
+    quint32 crc = 0xffffffff;
+    for (const char byte : bytes) {
+        crc ^= static_cast<uchar>(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = crc >> 1 ^ (crc & 1 ? 0xedb88320 : 0);
+    }
+    return ~crc;
+}
+
+QByteArray bigEndian(quint32 value)
+{
+    QByteArray bytes(4, 0);
+    qToBigEndian(value, bytes.data());
+    return bytes;
+}
+
+QByteArray littleEndian(quint32 value, int size)
+{
+    QByteArray bytes(4, 0);
+    qToLittleEndian(value, bytes.data());
+    return bytes.first(size);
+}
+
+QByteArray pngChunk(const QByteArray &name, const QByteArray &data)
+{
+    return bigEndian(quint32(data.size())) + name + data + bigEndian(crcOf(name + data));
+}
+
+// depth in bits a channel; colour type 0 grey, 2 RGB, 3 palette, 6 RGBA.
+QByteArray pngOf(quint32 width, quint32 height, char depth, char colourType,
+                 const QByteArray &chunks)
+{
+    return "\x89PNG\r\n\x1a\n"
+           + pngChunk("IHDR", bigEndian(width) + bigEndian(height) + QByteArray(1, depth)
+                                  + QByteArray(1, colourType) + QByteArray(3, 0))
+           + chunks + pngChunk("IEND", {});
+}
+
+// As PNG compresses: 64 MB of zeros in a few kilobytes.
+QByteArray compressedZeros(int megabytes)
+{
+    return qCompress(QByteArray(qsizetype(megabytes) << 20, 0), 9).sliced(4);
+}
+
+QByteArray encoded(const QImage &image, const char *format)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return buffer.data();
+}
+
+// How many bytes the most that a process of its own had in memory grows by when it decodes these
+// bytes; -1 if it gets a picture, -2 if it dies.
+qint64 memoryToRefuse(const QByteArray &bytes)
+{
+    int ends[2];
+    if (pipe(ends) != 0)
+        return -2;
+    const pid_t child = fork();
+    if (child == 0) {
+        const auto peak = [] {
+            rusage usage{};
+            getrusage(RUSAGE_SELF, &usage);
+            return qint64(usage.ru_maxrss) * 1024;
+        };
+        const qint64 before = peak();
+        const bool refused = decodePicture(bytes).isNull();
+        const qint64 grown = refused ? peak() - before : -1;
+        const bool told = write(ends[1], &grown, sizeof grown) == sizeof grown;
+        _exit(told ? 0 : 1);
+    }
+    close(ends[1]);
+    qint64 grown = -2;
+    if (read(ends[0], &grown, sizeof grown) != sizeof grown)
+        grown = -2;
+    close(ends[0]);
+    int status = 0;
+    waitpid(child, &status, 0);
+    return grown;
+}
+
+QImage pattern(QImage::Format format)
+{
+    QImage image(37, 23, QImage::Format_ARGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixelColor(x, y,
+                                QColor(x * 6, y * 11, (x * y) % 256, (x + y) % 3 ? 255 : x * 6));
+    }
+    return image.convertToFormat(format);
+}
+
+} // namespace
+
+// What pictures of strangers may cost, and that good ones are kept as they are.
+class TestPictureLimits : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        // What the decoders complain of is no concern here.
+        qputenv("QT_LOGGING_RULES", "qt.gui.imageio*=false");
+        (void)decodePicture(encoded(pattern(QImage::Format_ARGB32), "PNG"));
+    }
+
+    void aBombIsRefusedWithLittleMemory_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        const auto row = [](const char *name, const QByteArray &file) {
+            QTest::newRow(name) << file;
+        };
+        const QByteArray zeros = compressedZeros(64);
+        row("PNG that claims 60,000 squared", pngOf(60000, 60000, 8, 6, pngChunk("IDAT", zeros)));
+        row("PNG of 62 megapixels in 32 bits", pngOf(7900, 7900, 8, 6, pngChunk("IDAT", zeros)));
+        row("PNG of 62 megapixels in 64 bits", pngOf(7900, 7900, 16, 6, pngChunk("IDAT", zeros)));
+        row("PNG of 100 megapixels in one bit each",
+            pngOf(10000, 10000, 1, 0, pngChunk("IDAT", compressedZeros(13))));
+        row("PNG of one very long line", pngOf(1'000'000'000, 1, 8, 0, pngChunk("IDAT", zeros)));
+        row("PNG with a bomb for a colour profile and no pixels",
+            pngOf(10, 10, 8, 2, pngChunk("iCCP", QByteArray("x\0\0", 3) + zeros)));
+        row("PNG with a bomb for a text and no pixels",
+            pngOf(10, 10, 8, 2, pngChunk("zTXt", QByteArray("x\0\0", 3) + zeros)));
+        row("PNG with an international text and no pixels",
+            pngOf(10, 10, 8, 2, pngChunk("iTXt", QByteArray("x\0\1\0\0\0", 6) + zeros)));
+        row("BMP that claims 30,000 squared", "BM" + littleEndian(0, 4) + littleEndian(0, 4)
+                                                  + littleEndian(54, 4) + littleEndian(40, 4)
+                                                  + littleEndian(30000, 4) + littleEndian(30000, 4)
+                                                  + littleEndian(1, 2) + littleEndian(24, 2)
+                                                  + QByteArray(24, 0) + QByteArray(1000, 0));
+        row("compressed BMP that claims 16,000 squared",
+            "BM" + littleEndian(0, 4) + littleEndian(0, 4) + littleEndian(54 + 1024, 4)
+                + littleEndian(40, 4) + littleEndian(16000, 4) + littleEndian(16000, 4)
+                + littleEndian(1, 2) + littleEndian(8, 2) + littleEndian(1, 4) + QByteArray(20, 0)
+                + QByteArray(1024, 0) + QByteArray(1000, 0));
+        const QByteArray inner = pngOf(60000, 60000, 8, 6, pngChunk("IDAT", zeros));
+        row("icon with a PNG that claims 60,000 squared",
+            QByteArray("\0\0\1\0\1\0\0\0\0\0\1\0\x20\0", 14)
+                + littleEndian(quint32(inner.size()), 4) + littleEndian(22, 4) + inner);
+        row("GIF that claims 65,535 squared",
+            QByteArray("GIF89a\xff\xff\xff\xff\xf0\0\0\0\0\0\xff\xff\xff,\0\0\0\0\xff\xff\xff\xff"
+                       "\0\2\2\x44\1\0;",
+                       33));
+        row("PGM that claims 60,000 squared", "P5 60000 60000 255\n" + QByteArray(1000, 0));
+        row("PBM that claims 60,000 squared", "P4 60000 60000\n" + QByteArray(1000, 0));
+        row("PPM that claims 11,000 squared", "P6 11000 11000 255\n" + QByteArray(1000, 0));
+        row("XPM that claims 60,000 squared",
+            "/* XPM */\nstatic char *x[] = {\n\"60000 60000 2 1\",\n\"a c #000000\",\n"
+            "\"b c #ffffff\",\n\"ab\"};\n");
+        row("XPM that claims 10,000 squared",
+            "/* XPM */\nstatic char *x[] = {\n\"10000 10000 2 1\",\n\"a c #000000\",\n"
+            "\"b c #ffffff\",\n\"ab\"};\n");
+        row("XBM that claims 30,000 squared",
+            "#define x_width 30000\n#define x_height 30000\nstatic char x_bits[] = { 0x00 };\n");
+        row("TGA that claims 65,535 squared",
+            QByteArray("\0\0\2\0\0\0\0\0\0\0\0\0\xff\xff\xff\xff\x18\0", 18) + QByteArray(1000, 0));
+        row("TIFF that claims 60,000 squared", tiff(60000, 60000));
+        row("WebP that claims 16,384 squared",
+            QByteArray("RIFF") + littleEndian(100, 4) + "WEBPVP8X" + littleEndian(10, 4)
+                + QByteArray("\0\0\0\0\xff\x3f\0\xff\x3f\0", 10) + QByteArray(80, 0));
+        row("JPEG that claims 65,500 squared", jpeg(65500, 65500));
+        row("compressed drawing", QByteArray("\x1f\x8b\x08\0\0\0\0\0\0\3", 10) + zeros);
+        row("drawing", "<svg xmlns='http://www.w3.org/2000/svg' width='60000' height='60000'/>");
+    }
+    void aBombIsRefusedWithLittleMemory()
+    {
+        QFETCH(QByteArray, file);
+        constexpr qint64 limit = 64 << 20;
+        const qint64 grown = memoryToRefuse(file);
+        QVERIFY2(grown >= 0, grown == -1 ? "it is a picture" : "the process died");
+        QVERIFY2(grown < limit, QByteArray::number(grown).constData());
+    }
+
+    void theMeasureSeesWhatAPictureTakes()
+    {
+        // Large but within the limits: it is decoded.
+        QImage large(5000, 5000, QImage::Format_RGB32);
+        large.fill(Qt::red);
+        QCOMPARE(memoryToRefuse(encoded(large, "PNG")), -1);
+        // Cut off behind nine tenths of its bytes: decoded as far as it goes, or refused late.
+        QByteArray noise(9 << 20, 0);
+        for (qsizetype i = 0; i < noise.size(); ++i)
+            noise[i] = char(i * 2654435761u >> 13);
+        const QImage grey(reinterpret_cast<const uchar *>(noise.constData()), 3000, 3000, 3000,
+                          QImage::Format_Grayscale8);
+        QVERIFY(memoryToRefuse(encoded(grey, "PNG")) == -1);
+    }
+
+    void whatIsOverTheLimitIsRefusedInEveryFormat_data()
+    {
+        QTest::addColumn<QByteArray>("format");
+        // Those that write one bit a pixel quickly.
+        for (const char *format : {"png", "bmp", "pbm", "xbm", "tiff"}) {
+            if (QImageWriter::supportedImageFormats().contains(format))
+                QTest::newRow(format) << QByteArray(format);
+        }
+    }
+    void whatIsOverTheLimitIsRefusedInEveryFormat()
+    {
+        QFETCH(QByteArray, format);
+        QImage large(8001, 8001, QImage::Format_Mono);
+        large.fill(1);
+        const QByteArray file = encoded(large, format.constData());
+        QVERIFY(!file.isEmpty());
+        QVERIFY(decodePicture(file).isNull());
+    }
+
+    void aPictureOfAnyKindKeepsItsPixels_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        const QList<QByteArray> readable = QImageReader::supportedImageFormats();
+        const QList<QPair<const char *, QImage::Format>> kinds{
+            {"one bit", QImage::Format_Mono},
+            {"palette", QImage::Format_Indexed8},
+            {"grey", QImage::Format_Grayscale8},
+            {"deep grey", QImage::Format_Grayscale16},
+            {"16 bits", QImage::Format_RGB16},
+            {"colour", QImage::Format_RGB32},
+            {"alpha", QImage::Format_ARGB32},
+            {"premultiplied alpha", QImage::Format_ARGB32_Premultiplied},
+            {"deep colour", QImage::Format_RGBX64},
+            {"deep alpha", QImage::Format_RGBA64}};
+        for (const QByteArray &format : QImageWriter::supportedImageFormats()) {
+            for (const auto &[kind, pixels] : kinds) {
+                const QByteArray file = encoded(pattern(pixels), format.constData());
+                if (readable.contains(format) && !file.isEmpty())
+                    QTest::addRow("%s, %s", format.constData(), kind) << file;
+            }
+        }
+    }
+    void aPictureOfAnyKindKeepsItsPixels()
+    {
+        QFETCH(QByteArray, file);
+        const QImage original = QImage::fromData(file);
+        QVERIFY(!original.isNull());
+        const QImage loaded = decodePicture(file);
+        QVERIFY(isSamePicture(loaded, original));
+        const QImage again = decodePicture(encodePng(loaded));
+        QCOMPARE(again.size(), original.size());
+        QVERIFY(isSamePicture(again, original));
+        // Not by the comparison that the program itself uses, too.
+        const bool deep = original.depth() > 32 || original.format() == QImage::Format_Grayscale16;
+        const QImage::Format common = deep ? QImage::Format_RGBA64 : QImage::Format_ARGB32;
+        QImage left = again.convertToFormat(common);
+        QImage right = original.convertToFormat(common);
+        left.setColorSpace({});
+        right.setColorSpace({});
+        if (original.format() != QImage::Format_ARGB32_Premultiplied
+            && original.format() != QImage::Format_RGBA64_Premultiplied)
+            QCOMPARE(left, right);
+    }
+
+private:
+    static QByteArray tiff(quint32 width, quint32 height)
+    {
+        const auto tag = [](quint32 id, quint32 type, quint32 value) -> QByteArray {
+            return littleEndian(id, 2) + littleEndian(type, 2) + littleEndian(1, 4)
+                   + littleEndian(value, 4);
+        };
+        return QByteArray("II*\0\x8\0\0\0", 8) + littleEndian(9, 2) + tag(256, 4, width)
+               + tag(257, 4, height) + tag(258, 3, 8) + tag(259, 3, 1) + tag(262, 3, 1)
+               + tag(273, 4, 200) + tag(277, 3, 1) + tag(278, 4, height) + tag(279, 4, 1000)
+               + QByteArray(1200, 0);
+    }
+
+    // A real one with another size in its frame header.
+    static QByteArray jpeg(quint16 width, quint16 height)
+    {
+        QByteArray file = encoded(pattern(QImage::Format_RGB32), "JPEG");
+        const qsizetype frame = file.indexOf("\xff\xc0");
+        qToBigEndian(height, file.data() + frame + 5);
+        qToBigEndian(width, file.data() + frame + 7);
+        return file;
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPictureLimits)
+#include "tst_picturelimits.moc"
