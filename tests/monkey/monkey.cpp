@@ -10,6 +10,7 @@
 #include <QJsonDocument>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPixmapCache>
 #include <QPlainTextEdit>
 #include <QSettings>
 #include <QTimer>
@@ -122,6 +123,7 @@ void Monkey::discardAll()
     for (MainWindow *window : {&m_window, &m_reader})
         window->cleanUp();
     QGuiApplication::clipboard()->clear();
+    QPixmapCache::clear(); // of up to 10 MB, which the toolkit fills by and by
     m_document.clear();
     m_file.clear();
     m_stored = m_document.toJson();
