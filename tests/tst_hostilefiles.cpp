@@ -22,6 +22,8 @@
 #include <QTest>
 #include <QTextEdit>
 
+#include <utility>
+
 #include <sys/inotify.h>
 #include <unistd.h>
 
@@ -210,7 +212,7 @@ private slots:
         dialogs.press();
         QVERIFY(!compile(file));
         QCOMPARE(dialogs.boxes.size(), 4);
-        for (const SeenBox &box : dialogs.boxes) {
+        for (const SeenBox &box : std::as_const(dialogs.boxes)) {
             QCOMPARE(box.format, Qt::PlainText);
             QVERIFY2(box.text.contains(file), qPrintable(box.text));
         }
@@ -238,7 +240,7 @@ private slots:
         dialogs.press();
         fixture.window.pasteImageFromClipboard();
         QCOMPARE(dialogs.boxes.size(), 7);
-        for (const SeenBox &box : dialogs.boxes)
+        for (const SeenBox &box : std::as_const(dialogs.boxes))
             QCOMPARE(box.format, Qt::PlainText);
     }
 

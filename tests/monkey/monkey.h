@@ -52,7 +52,8 @@ private:
     void clean();
     void close();
     void compile();
-    void loaded(const QString &path, const QJsonObject &before);
+    // The file is the document now.
+    void loaded(const QString &path);
     void checkSaved();
     void savedAs(const QString &path);
     [[nodiscard]] QStringList entries() const;

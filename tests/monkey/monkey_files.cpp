@@ -7,6 +7,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -137,8 +138,7 @@ void Monkey::saveAs()
     savedAs(path);
 }
 
-// Before is what the document was, with everything read.
-void Monkey::loaded(const QString &path, const QJsonObject & /*before*/)
+void Monkey::loaded(const QString &path)
 {
     const QJsonObject file = objectIn(path);
     const bool hadImageKey = m_document.hasImageKey;
@@ -162,7 +162,7 @@ void Monkey::load()
     if (isLoaded != afterPrompt(answer, before))
         fail(QStringLiteral("loaded or not, against the answer"));
     if (isLoaded)
-        loaded(path, before);
+        loaded(path);
 }
 
 void Monkey::loadByDialog()
@@ -172,10 +172,9 @@ void Monkey::loadByDialog()
     const QString path = anyEntry();
     note(path);
     rest();
-    const QJsonObject before = m_document.toJson();
     m_answers.expect(QMessageBox::Discard, path);
     m_window.loadSpeciesFromFile();
-    loaded(path, before);
+    loaded(path);
 }
 
 void Monkey::loadWhatIsNoEntry()
@@ -201,7 +200,7 @@ void Monkey::drop()
     const QMessageBox::StandardButton answer = expectPrompt();
     dropFiles(&m_window, {path});
     if (afterPrompt(answer, before))
-        loaded(path, before);
+        loaded(path);
 }
 
 void Monkey::step()
@@ -221,7 +220,7 @@ void Monkey::step()
     if (isLoaded != mayGo)
         fail(QStringLiteral("stepped or not, against the answer"));
     if (isLoaded)
-        loaded(m_folder.filePath(names[next]), before);
+        loaded(m_folder.filePath(names[next]));
 }
 
 void Monkey::selectFolder()
@@ -234,7 +233,7 @@ void Monkey::selectFolder()
     if (isLoaded != afterPrompt(answer, before))
         fail(QStringLiteral("loaded or not, against the answer"));
     if (isLoaded)
-        loaded(first, before);
+        loaded(first);
 }
 
 void Monkey::clean()
@@ -274,7 +273,7 @@ void Monkey::compile()
         fail(QStringLiteral("the database is not written"));
     const QJsonObject database = objectIn(path);
     int number = 1;
-    for (const QString &file : files) {
+    for (const QString &file : std::as_const(files)) {
         QJsonObject entry = objectIn(file);
         entry.remove(QLatin1String("Type"));
         if (database[QStringLiteral("Entry%1").arg(number++)].toObject() != entry)
