@@ -212,6 +212,7 @@ void SpectrumWindow::onLineSpectrumToggled()
 {
     if (updating)
         return;
+    const WaitCursor waitCursor;
     mapper->submit();
     updateChart();
 }
