@@ -137,8 +137,20 @@ void Scene::showSpectrum(int number)
     settle();
 }
 
-void Scene::openSpectrum(const QString &example, int number,
-                         const std::function<QString(double, double)> &line)
+void Scene::newSpectrum(const QString &pointText)
+{
+    trigger("actionNew");
+    // The day on which the picture is taken shall not show.
+    auto *model = required(spectrum()->findChild<SpectrumModel *>(), "there is no record");
+    model->setValue(SpectrumColumn::CreatedDate, QStringLiteral("2026-11-21"));
+    auto *editor = static_cast<QPlainTextEdit *>(inSpectrum("textEditSpect"));
+    editor->insertPlainText(pointText);
+    editor->moveCursor(QTextCursor::Start);
+    settle();
+}
+
+void Scene::newSpectrumLike(const QString &example, int number,
+                            const std::function<QString(double, double)> &line)
 {
     open(example);
     showSpectrum(number);
@@ -148,15 +160,7 @@ void Scene::openSpectrum(const QString &example, int number,
     QStringList lines;
     for (qsizetype i = 0; i < energies.size(); ++i)
         lines.append(line(energies[i].toDouble(), intensities[i].toDouble()));
-
-    trigger("actionNew");
-    // The day on which the picture is taken shall not show.
-    auto *model = required(spectrum()->findChild<SpectrumModel *>(), "there is no record");
-    model->setValue(SpectrumColumn::CreatedDate, QStringLiteral("2026-11-21"));
-    auto *editor = static_cast<QPlainTextEdit *>(inSpectrum("textEditSpect"));
-    editor->insertPlainText(lines.join(QLatin1Char('\n')));
-    editor->moveCursor(QTextCursor::Start);
-    settle();
+    newSpectrum(lines.join(QLatin1Char('\n')));
 }
 
 void Scene::click(const char *buttonInSpectrum)
@@ -204,6 +208,18 @@ QPixmap Scene::cutPointsAndChart()
     const QPixmap points =
         cut(QRect(corner - around, QSize(editor->width() + 2 * margin, chart.height())));
     return beside({points, chart});
+}
+
+QPixmap Scene::toolTip()
+{
+    settle();
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto tip = std::find_if(windows.begin(), windows.end(), [](const QWidget *widget) {
+        return widget->isVisible() && widget->windowType() == Qt::ToolTip;
+    });
+    if (tip == windows.end())
+        fail("there is no tool tip");
+    return (*tip)->grab();
 }
 
 void Scene::whenDialogIsOpen(const std::function<void(QWidget *)> &then)

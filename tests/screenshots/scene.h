@@ -46,9 +46,11 @@ public:
     void open(const QString &example);
     // Puts the spectrum of this number, from 0, on top.
     void showSpectrum(int number);
-    // A new spectrum with the points of an example's, each as the line that a function makes of it.
-    void openSpectrum(const QString &example, int number,
-                      const std::function<QString(double, double)> &line);
+    // A new spectrum with this point text.
+    void newSpectrum(const QString &pointText);
+    // The same with the points of an example's, each as the line that a function makes of it.
+    void newSpectrumLike(const QString &example, int number,
+                         const std::function<QString(double, double)> &line);
     void click(const char *buttonInSpectrum);
     // What two seconds without typing do.
     void readPoints();
@@ -60,6 +62,8 @@ public:
     [[nodiscard]] QPixmap cutAround(const QList<QWidget *> &widgets);
     // The top of the point editor with its buttons, beside the chart.
     [[nodiscard]] QPixmap cutPointsAndChart();
+    // The tool tip that is shown.
+    [[nodiscard]] QPixmap toolTip();
     // A place of the window in the last cut.
     [[nodiscard]] QPoint placeInCut(const QPoint &place) const { return place - m_cut.topLeft(); }
 

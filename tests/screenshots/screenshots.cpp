@@ -2,6 +2,7 @@
 #include "screenshots/scene.h"
 
 #include "app/interfacescale.h"
+#include "widgets/contrast.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -11,6 +12,7 @@
 #include <QTest>
 #include <QTextEdit>
 #include <QTextStream>
+#include <QToolTip>
 
 #include <map>
 
@@ -97,7 +99,7 @@ void takeTypes(Scene &scene)
 void takePastedPoints(Scene &scene)
 {
     // As a spreadsheet of a country with decimal commas puts two columns on the clipboard.
-    scene.openSpectrum(QStringLiteral("water.json"), 0, [](double energy, double intensity) {
+    scene.newSpectrumLike(QStringLiteral("water.json"), 0, [](double energy, double intensity) {
         return QStringLiteral("%1\t%2").arg(energy).arg(intensity).replace(QLatin1Char('.'),
                                                                            QLatin1Char(','));
     });
@@ -108,11 +110,24 @@ void takePastedPoints(Scene &scene)
     scene.save(below(pictures));
 }
 
+void takeMarks(Scene &scene)
+{
+    scene.newSpectrum(
+        QStringLiteral("hν / eV\tI\n9.23\t12.5\n9,24\t1000\n9.25\t480\n9.26\n9.27\t95"));
+    scene.readPoints();
+    QWidget *count = scene.inSpectrum("label_14");
+    QPixmap picture = scene.cutPointsAndChart();
+    QToolTip::showText(count->mapToGlobal(QPoint()), count->toolTip(), count);
+    paintOver(picture, {20, 130}, scene.toolTip());
+    scene.save(picture);
+}
+
 void takeNormalised(Scene &scene)
 {
-    scene.openSpectrum(QStringLiteral("nitric-oxide.json"), 0, [](double energy, double intensity) {
-        return QStringLiteral("%1\t%2").arg(energy).arg(intensity * 3.7e-6);
-    });
+    scene.newSpectrumLike(QStringLiteral("nitric-oxide.json"), 0,
+                          [](double energy, double intensity) {
+                              return QStringLiteral("%1\t%2").arg(energy).arg(intensity * 3.7e-6);
+                          });
     scene.readPoints();
     QList<QPixmap> pictures{scene.cutPointsAndChart()};
     scene.click("buttonNormalize");
@@ -176,6 +191,7 @@ const std::map<QString, void (*)(Scene &)> scenes{
     {QStringLiteral("structure-image"), takeImageMenu},
     {QStringLiteral("types"), takeTypes},
     {QStringLiteral("decimal-commas"), takePastedPoints},
+    {QStringLiteral("marked-lines"), takeMarks},
     {QStringLiteral("normalized"), takeNormalised},
     {QStringLiteral("resampled"), takeResampled},
     {QStringLiteral("line-spectrum"), takeLines},
@@ -193,6 +209,7 @@ int main(int argc, char *argv[])
     const InterfaceShrink shrink = prepareScreens(argc, argv);
     const QApplication application(argc, argv);
     shrinkInterface(shrink);
+    QApplication::setPalette(readableSelection(QApplication::palette()));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zoravel.icns")));
     QApplication::setCursorFlashTime(0);
 
