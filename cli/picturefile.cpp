@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/picturefile.h"
 
+#include "spectrum/points.h"
 #include "spectrum/spectrumchart.h"
 
 #include <QBuffer>
@@ -53,13 +54,16 @@ public:
         m_scene.addItem(m_chart);
         m_chart->resize(format.size);
         setUpSpectrumChart(m_chart);
+        // The axes and their labels find their places in events that a window would wait for. Each
+        // change of theirs lays all points out anew, so there are only the corners until then.
+        if (const std::optional<PointRange> range = finiteRange(points))
+            drawSpectrum(m_chart, {{range->minX, range->minY}, {range->maxX, range->maxY}}, false);
+        settle();
         drawSpectrum(m_chart, points, isLineSpectrum);
-        if (format.range)
+        if (format.range) {
             showRange(*m_chart, points, *format.range);
-        // The axes and their labels find their places in events that a window would wait for.
-        QCoreApplication::sendPostedEvents();
-        m_chart->layout()->activate();
-        QCoreApplication::sendPostedEvents();
+            settle();
+        }
         m_scene.setSceneRect(QRectF(QPointF(), QSizeF(format.size)));
     }
 
@@ -72,6 +76,13 @@ public:
     }
 
 private:
+    void settle()
+    {
+        QCoreApplication::sendPostedEvents();
+        m_chart->layout()->activate();
+        QCoreApplication::sendPostedEvents();
+    }
+
     QGraphicsScene m_scene;
     QChart *m_chart;
 };
