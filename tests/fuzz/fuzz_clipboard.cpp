@@ -46,7 +46,7 @@ public:
 private:
     void testPasted(const QJsonObject &pasted)
     {
-        const QJsonObject first = spectra().first()->toJson();
+        const QJsonObject first = spectra().constFirst()->toJson();
         REQUIRE_EQUAL(first, expectedSpectrum(pasted));
 
         // A copy of it is the same, and so is what is pasted from the copy.
@@ -58,8 +58,8 @@ private:
         m_window.pasteSpectrumFromClipboard();
         REQUIRE_EQUAL(m_boxes.take(), QStringList());
         REQUIRE_EQUAL(spectra().size(), 2);
-        REQUIRE_EQUAL(spectra().last()->toJson(), expectedSpectrum(first));
-        REQUIRE_EQUAL(spectra().first()->toJson(), first);
+        REQUIRE_EQUAL(spectra().constLast()->toJson(), expectedSpectrum(first));
+        REQUIRE_EQUAL(spectra().constFirst()->toJson(), first);
 
         m_window.findChild<QMdiArea *>()->closeAllSubWindows();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

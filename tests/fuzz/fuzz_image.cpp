@@ -7,7 +7,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     constexpr qint64 mostPixels = 64'000'000;
-    constexpr qint64 mostBytes = 128 * 1024 * 1024;
+    constexpr qint64 mostBytes = qint64(128) * 1024 * 1024;
     const QImage image = decodePicture(bytesOf(data, size));
     REQUIRE(isSamePicture(image, image));
     if (image.isNull()) {

@@ -8,8 +8,8 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
-#include <cstring>
 #include <variant>
 
 using namespace Qt::StringLiterals;
@@ -20,7 +20,8 @@ namespace
 // Bit for bit: "not a number" equals itself, and -0 is not 0.
 bool isSame(double left, double right)
 {
-    return std::memcmp(&left, &right, sizeof left) == 0 || (std::isnan(left) && std::isnan(right));
+    return std::bit_cast<quint64>(left) == std::bit_cast<quint64>(right)
+           || (std::isnan(left) && std::isnan(right));
 }
 
 bool isSame(const QList<QPointF> &left, const QList<QPointF> &right)
@@ -34,7 +35,8 @@ bool isSame(const QList<QPointF> &left, const QList<QPointF> &right)
 QList<double> numbersIn(const QJsonValue &array)
 {
     QList<double> numbers;
-    for (const QJsonValue element : array.toArray()) {
+    const QJsonArray elements = array.toArray();
+    for (const QJsonValue &element : elements) {
         REQUIRE(element.isDouble());
         numbers.append(element.toDouble());
     }

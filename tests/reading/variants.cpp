@@ -119,7 +119,7 @@ void useFaultsAt(const QJsonObject &file, const QStringList &path, const QJsonVa
         use({textWith(file, path, members), path.join(u'/') + u' ' + fault,
              objectWith(file, path, members)});
     };
-    const QString key = path.last();
+    const QString &key = path.last();
     give(u"removed"_s, {});
     give(u"under another key"_s, {{key.toLower() + u'1', value}});
     give(u"given twice"_s, {{key, value}, {key, value}});
