@@ -5,6 +5,7 @@
 #include "cli/exitstatus.h"
 
 #include <QByteArray>
+#include <QByteArrayList>
 
 #include <span>
 
@@ -21,12 +22,17 @@ struct Command {
     bool draws = false; // needs the toolkit's widgets, if no display
 };
 
+const Command &checkCommand();
 const Command &compileCommand();
 const Command &convertCommand();
 const Command &diffCommand();
+const Command &explainCommand();
 const Command &formatCommand();
 const Command &listCommand();
 const Command &plotCommand();
+
+// The ids of all checks.
+[[nodiscard]] QByteArrayList checkIds();
 
 // Says on standard error what is wrong with the command line and where the help is. Returns the
 // status to end with.

@@ -12,8 +12,8 @@ namespace
 {
 
 const std::array commands{
-    &compileCommand(), &plotCommand(), &convertCommand(),
-    &formatCommand(),  &listCommand(), &diffCommand(),
+    &compileCommand(), &checkCommand(),  &explainCommand(), &plotCommand(),
+    &convertCommand(), &formatCommand(), &listCommand(),    &diffCommand(),
 };
 
 constexpr char programDetails[] =

@@ -18,9 +18,6 @@
 namespace
 {
 
-constexpr QLatin1String databaseFileType("Database v1");
-constexpr QLatin1String headerKey("Header");
-
 // The species file's object as an entry, or what is wrong with the file.
 std::variant<QJsonObject, CompileError> readEntry(const QString &file)
 {

@@ -3,12 +3,16 @@
 
 #include <QDate>
 #include <QJsonDocument>
+#include <QLatin1String>
 #include <QString>
 #include <QStringList>
 
 #include <functional>
 #include <optional>
 #include <variant>
+
+inline constexpr QLatin1String databaseFileType("Database v1");
+inline constexpr QLatin1String headerKey("Header");
 
 // The values of a database file's "Header".
 struct DatabaseHeader {

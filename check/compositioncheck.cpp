@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "check/compositioncheck.h"
+
+#include "check/elements.h"
+#include "check/formula.h"
+#include "check/inchi.h"
+#include "check/numbertext.h"
+#include "check/recordcheck.h"
+#include "check/textcheck.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace
+{
+
+constexpr QLatin1String formulaKey("Formula");
+constexpr QLatin1String massKey("Mass");
+constexpr QLatin1String inchiKey("InChI");
+
+struct NamedKind {
+    MassKind kind;
+    const char *name;
+};
+constexpr std::array massKinds{NamedKind{MassKind::Average, "average"},
+                               NamedKind{MassKind::Monoisotopic, "monoisotopic"},
+                               NamedKind{MassKind::Nominal, "nominal"}};
+
+// The readings of the formula; none if there is no formula or if it cannot be read.
+std::vector<Formula> readFormula(const JsonValue &value, FindingList &findings)
+{
+    if (plainText(value).isEmpty())
+        return {};
+    const auto result = parseFormula(value.string());
+    if (const auto *readings = std::get_if<std::vector<Formula>>(&result))
+        return *readings;
+    const auto &error = std::get<FormulaError>(result);
+    findings.add(error.kind == FormulaError::Element ? Check::FormulaElement : Check::FormulaSyntax,
+                 value,
+                 QStringLiteral("Formula %1: %2").arg(quoted(plainText(value)), error.message));
+    return {};
+}
+
+// By how much the mass is off what the formula has, beyond its own rounding; 0 if it fits. Masses
+// are cut off as well as rounded by those who shorten them.
+double deviation(double mass, double lastDigit, const FormulaMass &expected)
+{
+    constexpr double arithmetic = 1e-9;
+    const double low = expected.mass - expected.uncertainty - lastDigit - arithmetic;
+    const double high = expected.mass + expected.uncertainty + lastDigit / 2 + arithmetic;
+    return mass >= low && mass <= high ? 0 : std::abs(mass - expected.mass);
+}
+
+void checkMass(const JsonValue &value, const QString &formula, const std::vector<Formula> &readings,
+               FindingList &findings)
+{
+    constexpr double small = 0.001; // relative
+    const std::optional<double> mass =
+        value && value.isNumber() ? valueOf(value.raw()) : std::nullopt;
+    // The editor writes 0 for an empty field.
+    if (!mass || *mass == 0)
+        return;
+    const double lastDigit = lastDigitOf(value.raw());
+    double nearest = 0;
+    double nearestMass = 0;
+    const char *nearestName = nullptr;
+    for (const Formula &reading : readings) {
+        for (const NamedKind &kind : massKinds) {
+            const std::optional<FormulaMass> expected = massOf(reading, kind.kind);
+            if (!expected)
+                continue;
+            const double off = deviation(*mass, lastDigit, *expected);
+            if (off == 0)
+                return;
+            if (!nearestName || off < nearest) {
+                nearest = off;
+                nearestMass = expected->mass;
+                nearestName = kind.name;
+            }
+        }
+    }
+    if (!nearestName)
+        return;
+    const bool isSmall = nearest < small * nearestMass;
+    findings.add(Check::MassFormula, value,
+                 QStringLiteral("Mass %1 does not belong to %2: nearest is its %3 mass %4")
+                     .arg(QString::fromLatin1(value.raw()), formula, QLatin1String(nearestName))
+                     .arg(nearestMass, 0, 'g', 8),
+                 isSmall ? QStringLiteral("Older atomic weights may explain so small a difference.")
+                         : QStringLiteral("Correct the mass or the formula."),
+                 isSmall ? Severity::Warning : Severity::Error);
+}
+
+QString formulaText(const std::map<int, double> &counts)
+{
+    // Hill's order.
+    std::vector<std::pair<QString, double>> parts;
+    for (const auto &[number, count] : counts)
+        parts.emplace_back(QLatin1String(elementOf(number).symbol), count);
+    const bool organic = counts.contains(6);
+    const auto rank = [&](const QString &symbol) {
+        return organic && symbol == QLatin1String("C")   ? 0
+               : organic && symbol == QLatin1String("H") ? 1
+                                                         : 2;
+    };
+    std::sort(parts.begin(), parts.end(), [&](const auto &a, const auto &b) {
+        return std::make_pair(rank(a.first), a.first) < std::make_pair(rank(b.first), b.first);
+    });
+    QString text;
+    for (const auto &[symbol, count] : parts)
+        text += count == 1 ? symbol : symbol + QString::number(count);
+    return text;
+}
+
+void checkAgainstInchi(const JsonValue &value, const std::vector<Formula> &readings,
+                       const Inchi &inchi, FindingList &findings)
+{
+    constexpr double rounding = 1e-6;
+    const std::map<int, double> named(inchi.atoms.begin(), inchi.atoms.end());
+    const auto hasSameAtoms = [&](const Formula &reading) {
+        const std::map<int, double> counts = elementCounts(reading.atoms);
+        return counts.size() == named.size()
+               && std::equal(
+                   counts.begin(), counts.end(), named.begin(), [&](const auto &a, const auto &b) {
+                       return a.first == b.first && std::abs(a.second - b.second) < rounding;
+                   });
+    };
+    const auto same = std::find_if(readings.begin(), readings.end(), hasSameAtoms);
+    if (same == readings.end()) {
+        findings.add(
+            Check::FormulaInchi, value,
+            QStringLiteral("The InChI names %1, the formula %2")
+                .arg(formulaText(named), formulaText(elementCounts(readings.front().atoms))),
+            QStringLiteral("Take both from one source."));
+        return;
+    }
+    const bool sameCharge = std::any_of(same, readings.end(), [&](const Formula &reading) {
+        return hasSameAtoms(reading) && reading.charge == inchi.charge;
+    });
+    if (!sameCharge)
+        findings.add(Check::FormulaInchi, value,
+                     QStringLiteral("The InChI has the charge %1, the formula %2")
+                         .arg(inchi.charge)
+                         .arg(same->charge),
+                     QStringLiteral("Write the charge in superscript behind the formula."),
+                     Severity::Warning);
+}
+
+} // namespace
+
+void checkComposition(const JsonValue &species, FindingList &findings)
+{
+    const JsonValue formula = species.member(formulaKey);
+    const JsonValue inchi = species.member(inchiKey);
+    const std::vector<Formula> readings = readFormula(formula, findings);
+    checkMass(species.member(massKey), plainText(formula), readings, findings);
+
+    const QString text = plainText(inchi);
+    if (text.isEmpty())
+        return;
+    const auto result = parseInchi(text);
+    if (const auto *error = std::get_if<InchiError>(&result))
+        findings.add(Check::InchiForm, inchi, QStringLiteral("InChI: %1").arg(error->message),
+                     QStringLiteral("Copy the InChI again, as a whole."));
+    else if (!readings.empty())
+        checkAgainstInchi(inchi, readings, std::get<Inchi>(result), findings);
+}

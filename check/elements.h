@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QStringView>
+
+#include <optional>
+
+// Chemical elements with their masses in unified atomic mass units.
+//
+// Average masses: IUPAC Commission on Isotopic Abundances and Atomic Weights, Standard Atomic
+// Weights 2021; for elements whose weight is an interval its conventional value, and half the
+// interval as its uncertainty. Masses of nuclides: Atomic Mass Evaluation AME2020, rounded to
+// 0.00001.
+struct Element {
+    const char *symbol;
+    double weight;      // 0 where there is none: no stable isotope
+    double uncertainty; // of weight
+    int mainIsotope;    // mass number of the most abundant one; 0 where there is none
+    double mainMass;    // of that isotope
+};
+
+// The atomic number of the element with this symbol; nothing if there is none. D and T are none.
+[[nodiscard]] std::optional<int> atomicNumber(QStringView symbol);
+
+// The element of an atomic number from 1 to 118.
+[[nodiscard]] const Element &elementOf(int number);
+
+// The mass of a nuclide and how far it may be off: where the table does not hold it, its mass
+// number and 0.12 (no nuclide is farther from it).
+struct NuclideMass {
+    double mass;
+    double uncertainty;
+};
+[[nodiscard]] NuclideMass nuclideMass(int number, int massNumber);

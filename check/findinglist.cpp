@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "check/findinglist.h"
+
+#include "check/utf8text.h"
+
+#include <utility>
+
+namespace
+{
+
+// The line that holds offset, a window of it if it is long, and a caret below the place.
+QString sourceAt(const QByteArray &bytes, qsizetype offset)
+{
+    constexpr qsizetype longest = 100; // characters
+    constexpr qsizetype before = 60;
+    const QByteArrayView line = lineAt(bytes, offset);
+    const qsizetype column = positionAt(bytes, offset).column - 1;
+    QString text = QString::fromUtf8(line);
+    for (QChar &c : text) {
+        if (!c.isPrint())
+            c = QLatin1Char(' ');
+    }
+    // The caret counts code points, as columns do; what lies beyond the first plane is rare here.
+    const qsizetype start = text.size() > longest ? qMax<qsizetype>(column - before, 0) : 0;
+    return text.sliced(qMin(start, text.size())).left(longest) + QLatin1Char('\n')
+           + QString(column - start, QLatin1Char(' ')) + QLatin1Char('^');
+}
+
+} // namespace
+
+FindingList::FindingList(QString path, const QByteArray &bytes, const CheckSet &enabled)
+    : m_path(std::move(path)), m_bytes(bytes), m_enabled(enabled)
+{
+}
+
+void FindingList::add(Check check, const JsonValue &value, const QString &message,
+                      const QString &hint, std::optional<Severity> severity)
+{
+    append(check, placeOf(value), message, hint, severity);
+}
+
+void FindingList::addAtKey(Check check, const JsonValue &member, const QString &message,
+                           const QString &hint)
+{
+    const TextPosition position = positionAt(m_bytes, member.keyBegin());
+    append(check, {member.pointer(), position.line, position.column}, message, hint, {});
+}
+
+void FindingList::addAt(Check check, qsizetype offset, const QString &message, const QString &hint)
+{
+    const TextPosition position = positionAt(m_bytes, offset);
+    append(check, {{}, position.line, position.column}, message, hint, {});
+}
+
+void FindingList::addAtByte(Check check, qsizetype offset, const QString &message,
+                            const QString &hint)
+{
+    const TextPosition position = positionAt(m_bytes, offset);
+    append(check, {{}, position.line, position.column}, message, hint, {},
+           sourceAt(m_bytes, offset));
+}
+
+void FindingList::addForFile(Check check, const QString &message, const QString &hint)
+{
+    append(check, {}, message, hint, {});
+}
+
+Place FindingList::placeOf(const JsonValue &value) const
+{
+    const TextPosition position = positionAt(m_bytes, value.begin());
+    return {value.pointer(), position.line, position.column};
+}
+
+void FindingList::append(Check check, const Place &place, const QString &message,
+                         const QString &hint, std::optional<Severity> severity,
+                         const QString &source)
+{
+    m_found.set(static_cast<std::size_t>(check));
+    if (!m_enabled.test(static_cast<std::size_t>(check)))
+        return;
+    m_findings.append({.check = check,
+                       .severity = severity.value_or(infoOf(check).severity),
+                       .path = m_path,
+                       .pointer = place.pointer,
+                       .line = place.line,
+                       .column = place.column,
+                       .message = message,
+                       .hint = hint,
+                       .source = source});
+}

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "check/finding.h"
+#include "check/jsontext.h"
+
+#include <QList>
+
+#include <optional>
+
+// Where a finding of a document stands.
+struct Place {
+    QString pointer;
+    int line = 1;
+    int column = 1;
+};
+
+// Collects what the checks find in one file. Findings of checks that are not asked for are dropped.
+class FindingList
+{
+    Q_DISABLE_COPY_MOVE(FindingList)
+
+public:
+    // bytes, the file's text, must outlive it.
+    FindingList(QString path, const QByteArray &bytes, const CheckSet &enabled);
+
+    // At a value, or at the key of an object's member. A milder severity than the check's own may
+    // be given.
+    void add(Check check, const JsonValue &value, const QString &message, const QString &hint = {},
+             std::optional<Severity> severity = {});
+    void addAtKey(Check check, const JsonValue &member, const QString &message,
+                  const QString &hint = {});
+    // At a byte of a document, for what has no pointer.
+    void addAt(Check check, qsizetype offset, const QString &message, const QString &hint = {});
+    // At a byte of a text that is no document; shows the line and a caret.
+    void addAtByte(Check check, qsizetype offset, const QString &message, const QString &hint = {});
+    // About the file as a whole.
+    void addForFile(Check check, const QString &message, const QString &hint = {});
+
+    // Whether the check has found something, asked for or not.
+    [[nodiscard]] bool has(Check check) const
+    {
+        return m_found.test(static_cast<std::size_t>(check));
+    }
+
+    [[nodiscard]] Place placeOf(const JsonValue &value) const;
+    [[nodiscard]] QList<Finding> take() { return std::move(m_findings); }
+
+private:
+    void append(Check check, const Place &place, const QString &message, const QString &hint,
+                std::optional<Severity> severity, const QString &source = {});
+
+    QString m_path;
+    const QByteArray &m_bytes;
+    CheckSet m_enabled;
+    CheckSet m_found;
+    QList<Finding> m_findings;
+};

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArrayView>
+
+#include <optional>
+
+// Significant digits that the editor keeps of energies and intensities.
+inline constexpr int keptDigits = 6;
+
+// What a number looks like as it stands in a JSON text.
+struct NumberForm {
+    int significantDigits; // without zeros before and behind
+    bool isPlain;          // as the editor writes it: no exponent, no zero that could be left out
+};
+[[nodiscard]] NumberForm formOf(QByteArrayView raw);
+
+// The value next to a JSON number; nothing if it is too large, or too close to zero, for a double.
+[[nodiscard]] std::optional<double> valueOf(QByteArrayView raw);
+
+// The weight of the last digit that is written: 0.01 for 1.25, 100 for 3e2.
+[[nodiscard]] double lastDigitOf(QByteArrayView raw);
+
+// What loading makes of an energy or intensity.
+[[nodiscard]] double loadedValue(double value);
+
+// Whether loading changes the number more than a rounding error of its computation would.
+[[nodiscard]] bool losesDigits(QByteArrayView raw, double value);

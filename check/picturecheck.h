@@ -1,0 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "check/findinglist.h"
+#include "check/jsontext.h"
+
+// Checks the structure image of a profile. Nothing is said of a profile without one.
+void checkPicture(const JsonValue &value, FindingList &findings);

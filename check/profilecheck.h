@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "check/findinglist.h"
+#include "check/jsontext.h"
+
+#include <optional>
+
+// What other checks need to know of a profile.
+struct ProfileEnergies {
+    std::optional<double> aie; // eV
+    std::optional<double> vie; // eV
+};
+
+// Checks the object under "Species".
+ProfileEnergies checkProfile(const JsonValue &species, FindingList &findings);

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "check/textcheck.h"
+
+#include "check/markup.h"
+#include "check/numbertext.h"
+#include "check/recordcheck.h"
+
+#include <QRegularExpression>
+
+namespace
+{
+
+Check checkOf(MarkupIssue::Kind kind)
+{
+    switch (kind) {
+    case MarkupIssue::ForeignTag:
+        return Check::MarkupTag;
+    case MarkupIssue::Unbalanced:
+        return Check::MarkupUnbalanced;
+    case MarkupIssue::Lost:
+        return Check::TextLost;
+    case MarkupIssue::Invisible:
+        return Check::InvisibleCharacter;
+    }
+    Q_UNREACHABLE();
+}
+
+// A number with one comma, perhaps with an uncertainty and a unit; not a list of numbers.
+QRegularExpressionMatch commaIn(const QString &text)
+{
+    static const QRegularExpression comma(
+        QStringLiteral("^[<>~\u2248 ]*-?(\\d+),(\\d+)(\\s*(\u00b1|\\+/-)\\s*\\d+([.,]\\d+)?)?"
+                       "\\s*[a-zA-Z]*$"));
+    return comma.match(text);
+}
+
+void checkDecimalComma(const JsonValue &value, TextUse use, FindingList &findings)
+{
+    const QString text = plainText(value);
+    const QRegularExpressionMatch match = commaIn(text);
+    if (!match.hasMatch())
+        return;
+    const bool isEnergy = use == TextUse::Energy;
+    // 1,200 K may be a thousand and two hundred.
+    const bool mayGroup = match.capturedLength(2) == 3 && match.captured(1) != QLatin1String("0");
+    if (!isEnergy && mayGroup)
+        return;
+    findings.add(Check::DecimalComma, value,
+                 QStringLiteral("%1 has a decimal comma").arg(quoted(text)),
+                 QStringLiteral("Write %1.%2").arg(match.captured(1), match.captured(2)),
+                 isEnergy ? Severity::Error : Severity::Warning);
+}
+
+} // namespace
+
+void checkText(const JsonValue &value, TextUse use, FindingList &findings)
+{
+    if (!value || !value.isString())
+        return;
+    for (const MarkupIssue &issue : markupIssues(value.string(), use == TextUse::Lines))
+        findings.add(checkOf(issue.kind), value,
+                     QStringLiteral("In %1 %2").arg(quoted(value.key()), issue.message));
+    if (use == TextUse::Energy || use == TextUse::Quantity)
+        checkDecimalComma(value, use, findings);
+}
+
+bool hasDecimalComma(const QString &plain)
+{
+    return commaIn(plain).hasMatch();
+}
+
+QString plainText(const JsonValue &value)
+{
+    static const QRegularExpression tags(QStringLiteral("</?(sub|sup|br)\\b[^>]*>"));
+    if (!value || !value.isString())
+        return {};
+    QString text = value.string();
+    if (text.contains(QLatin1Char('<')))
+        text.remove(tags);
+    return text.trimmed();
+}
+
+std::optional<EnergyText> energyOf(const QString &plain)
+{
+    static const QRegularExpression number(
+        QStringLiteral("^[\\s<>~\u2248(]*([+-]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][+-]?\\d+)?)(.*)$"),
+        QRegularExpression::DotMatchesEverythingOption);
+    const QRegularExpressionMatch match = number.match(plain);
+    // In "9,24" the 9 is not the number.
+    if (!match.hasMatch() || match.capturedView(2).startsWith(QLatin1Char(',')))
+        return std::nullopt;
+    const QString digits = match.captured(1);
+    return EnergyText{digits.toDouble(), lastDigitOf(digits.toLatin1()) / 2,
+                      digits.size() == plain.size()};
+}

@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "check/filecheck.h"
+#include "species/filebytes.h"
+#include "species/speciesfile.h"
+#include "support/warnings.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+#include <cmath>
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+struct Molecule {
+    QString name;
+    QString cas;
+    QString formula;
+    QString mass;
+    QString inchi;
+};
+
+QList<Molecule> molecules()
+{
+    QList<Molecule> list;
+    const auto bytes = readFileBytes(QStringLiteral(ZORAVEL_TEST_DATA "/molecules.tsv"));
+    const QStringList lines = QString::fromUtf8(bytes.value_or(QByteArray())).split(u'\n');
+    for (const QString &line : lines.sliced(1)) {
+        const QStringList cells = line.split(u'\t');
+        if (cells.size() == 5)
+            list.append({cells[0], cells[1], cells[2], cells[3], cells[4]});
+    }
+    return list;
+}
+
+// The checks that find something wrong in a profile with these values.
+CheckSet findingsOf(const Molecule &molecule)
+{
+    const QJsonObject species{{u"Name"_s, molecule.name},    {u"Aliases"_s, QString()},
+                              {u"CAS"_s, molecule.cas},      {u"Formula"_s, molecule.formula},
+                              {u"InChI"_s, molecule.inchi},  {u"PubChem"_s, QString()},
+                              {u"AIE"_s, QString()},         {u"VIE"_s, QString()},
+                              {u"AIE_Comment"_s, QString()}, {u"VIE_Comment"_s, QString()}};
+    QByteArray text = QJsonDocument(speciesFileObject(species, {})).toJson();
+    // The mass keeps the digits that it has.
+    text.replace("\"Name\":",
+                 QByteArray("\"Mass\": " + molecule.mass.toUtf8() + ",\n        \"Name\":"));
+    CheckSet found;
+    for (const Finding &finding : checkBytes(u"a.json"_s, text, {}).findings)
+        found.set(std::size_t(finding.check));
+    return found;
+}
+
+// The characters that one may be mistaken for: all other digits, or all other letters of its case.
+QString othersThan(QChar c)
+{
+    QString others = c.isDigit()   ? u"0123456789"_s
+                     : c.isUpper() ? u"ABCDEFGHIJKLMNOPQRSTUVWXYZ"_s
+                                   : u"abcdefghijklmnopqrstuvwxyz"_s;
+    return others.remove(c);
+}
+
+struct Outcome {
+    int wrong = 0; // changes that make the record wrong
+    int found = 0; // of these, those that the right check finds
+    [[nodiscard]] double share() const { return double(found) / wrong; }
+};
+
+// What becomes of a field when each of its digits and letters is changed to every other, one at a
+// time. isWrong tells which changes make the record wrong.
+template <typename Wrong>
+Outcome changeEach(QString Molecule::*field, std::initializer_list<Check> right, Wrong &&isWrong)
+{
+    Outcome outcome;
+    CheckSet expected;
+    for (const Check check : right)
+        expected.set(std::size_t(check));
+    const auto tryChange = [&](const Molecule &molecule, const Molecule &other) {
+        if (!isWrong(molecule, other))
+            return;
+        ++outcome.wrong;
+        outcome.found += (findingsOf(other) & expected).any();
+    };
+    for (const Molecule &molecule : molecules()) {
+        const QString &text = molecule.*field;
+        for (qsizetype place = 0; place < text.size(); ++place) {
+            if (!text[place].isLetterOrNumber())
+                continue;
+            for (const QChar c : othersThan(text[place])) {
+                Molecule other = molecule;
+                (other.*field)[place] = c;
+                tryChange(molecule, other);
+            }
+        }
+    }
+    return outcome;
+}
+
+} // namespace
+
+class TestMolecules : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { failOnWarnings(); }
+
+    void twoHundredMoleculesGiveNoFinding()
+    {
+        const QList<Molecule> list = molecules();
+        QCOMPARE(list.size(), 200);
+        for (const Molecule &molecule : list) {
+            const CheckSet found = findingsOf(molecule);
+            for (const CheckInfo &info : allChecks())
+                QVERIFY2(!found.test(std::size_t(info.check)),
+                         qPrintable(molecule.name + u": "_s + info.id));
+        }
+    }
+
+    // A CAS number that another digit turns into one with a right check digit is wrong all the
+    // same, and cannot be told. A mass is wrong if it is off by more than atomic weights vary.
+    void aChangedDigitOrLetterGivesTheRightFindingInNearlyAllCases()
+    {
+        const auto always = [](const Molecule &, const Molecule &) { return true; };
+        const auto massIsOff = [](const Molecule &before, const Molecule &after) {
+            constexpr double natural = 2e-4; // relative
+            const double mass = before.mass.toDouble();
+            return std::abs(after.mass.toDouble() - mass) > natural * mass;
+        };
+        const Outcome cas =
+            changeEach(&Molecule::cas, {Check::CasForm, Check::CasCheckDigit}, always);
+        const Outcome formula = changeEach(
+            &Molecule::formula,
+            {Check::FormulaSyntax, Check::FormulaElement, Check::FormulaInchi, Check::MassFormula},
+            always);
+        const Outcome mass = changeEach(&Molecule::mass, {Check::MassFormula}, massIsOff);
+        const Outcome inchi =
+            changeEach(&Molecule::inchi, {Check::InchiForm, Check::FormulaInchi}, always);
+        Outcome all;
+        for (const auto &[name, outcome] : {std::pair("CAS", cas), std::pair("formula", formula),
+                                            std::pair("mass", mass), std::pair("InChI", inchi)}) {
+            std::printf("%s: %d of %d changes found (%.2f %%)\n", name, outcome.found,
+                        outcome.wrong, 100 * outcome.share());
+            QVERIFY(outcome.wrong > 500);
+            all.wrong += outcome.wrong;
+            all.found += outcome.found;
+        }
+        std::printf("all: %d of %d changes found (%.2f %%)\n", all.found, all.wrong,
+                    100 * all.share());
+        QVERIFY(all.share() >= 0.95);
+        QVERIFY(cas.share() >= 0.85);
+        QVERIFY(formula.share() >= 0.95);
+        QVERIFY(mass.share() >= 0.95);
+        QVERIFY(inchi.share() >= 0.95);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestMolecules)
+#include "tst_molecules.moc"
