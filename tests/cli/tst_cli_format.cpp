@@ -60,6 +60,15 @@ private slots:
         QCOMPARE(console.output, "");
     }
 
+    // The encoder of pictures is the toolkit's: with another one, scripts/make-examples has to be
+    // run again.
+    void theExamplesAreWhatTheEditorSaves()
+    {
+        TestConsole console;
+        QCOMPARE(console.run({"format", "--check", ZORAVEL_EXAMPLES}), 0);
+        QCOMPARE(console.output + console.errors, "");
+    }
+
     void inPlaceWritesWhatChangesAndNothingElse()
     {
         writeFile(QStringLiteral("b.json"), saved(loose));
