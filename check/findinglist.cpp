@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "check/findinglist.h"
 
-#include "check/utf8text.h"
-
 #include <utility>
 
 namespace
@@ -29,7 +27,7 @@ QString sourceAt(const QByteArray &bytes, qsizetype offset)
 } // namespace
 
 FindingList::FindingList(QString path, const QByteArray &bytes, const CheckSet &enabled)
-    : m_path(std::move(path)), m_bytes(bytes), m_enabled(enabled)
+    : m_path(std::move(path)), m_bytes(bytes), m_positions(bytes), m_enabled(enabled)
 {
 }
 
@@ -42,20 +40,20 @@ void FindingList::add(Check check, const JsonValue &value, const QString &messag
 void FindingList::addAtKey(Check check, const JsonValue &member, const QString &message,
                            const QString &hint)
 {
-    const TextPosition position = positionAt(m_bytes, member.keyBegin());
+    const TextPosition position = m_positions.at(member.keyBegin());
     append(check, {member.pointer(), position.line, position.column}, message, hint, {});
 }
 
 void FindingList::addAt(Check check, qsizetype offset, const QString &message, const QString &hint)
 {
-    const TextPosition position = positionAt(m_bytes, offset);
+    const TextPosition position = m_positions.at(offset);
     append(check, {{}, position.line, position.column}, message, hint, {});
 }
 
 void FindingList::addAtByte(Check check, qsizetype offset, const QString &message,
                             const QString &hint)
 {
-    const TextPosition position = positionAt(m_bytes, offset);
+    const TextPosition position = m_positions.at(offset);
     append(check, {{}, position.line, position.column}, message, hint, {},
            sourceAt(m_bytes, offset));
 }
@@ -65,9 +63,9 @@ void FindingList::addForFile(Check check, const QString &message, const QString 
     append(check, {}, message, hint, {});
 }
 
-Place FindingList::placeOf(const JsonValue &value) const
+Place FindingList::placeOf(const JsonValue &value)
 {
-    const TextPosition position = positionAt(m_bytes, value.begin());
+    const TextPosition position = m_positions.at(value.begin());
     return {value.pointer(), position.line, position.column};
 }
 

@@ -3,6 +3,7 @@
 
 #include "check/finding.h"
 #include "check/jsontext.h"
+#include "check/utf8text.h"
 
 #include <QList>
 
@@ -43,7 +44,7 @@ public:
         return m_found.test(static_cast<std::size_t>(check));
     }
 
-    [[nodiscard]] Place placeOf(const JsonValue &value) const;
+    [[nodiscard]] Place placeOf(const JsonValue &value);
     [[nodiscard]] QList<Finding> take() { return std::move(m_findings); }
 
 private:
@@ -52,6 +53,7 @@ private:
 
     QString m_path;
     const QByteArray &m_bytes;
+    PositionFinder m_positions;
     CheckSet m_enabled;
     CheckSet m_found;
     QList<Finding> m_findings;

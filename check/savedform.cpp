@@ -8,9 +8,13 @@
 #include "spectrum/spectrumobject.h"
 
 #include <QByteArray>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonValue>
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -27,7 +31,13 @@ constexpr std::string_view viewOf(QLatin1String text)
     return {text.data(), static_cast<std::size_t>(text.size())};
 }
 
-// Walks a text along the layout that the editor writes.
+// The value as the toolkit writes it.
+QByteArray writtenForm(const QJsonValue &value)
+{
+    return QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact).chopped(1).sliced(1);
+}
+
+// Walks a text along the layout that the editor writes, whatever it holds.
 class LayoutWalker
 {
 public:
@@ -38,6 +48,9 @@ public:
         return takeValue(root, 0) && take("\n") && m_at == m_bytes.size();
     }
 
+    // Up to where the text has that layout.
+    [[nodiscard]] qsizetype place() const { return m_at; }
+
 private:
     bool take(QByteArrayView expected)
     {
@@ -47,10 +60,10 @@ private:
         return true;
     }
 
-    bool takeIndent(int level)
+    bool takeIndent(qsizetype level)
     {
         static const QByteArray blanks(64, ' ');
-        constexpr int width = 4;
+        constexpr qsizetype width = 4;
         return level * width <= blanks.size() && take(QByteArrayView(blanks).first(level * width));
     }
 
@@ -60,7 +73,7 @@ private:
         return true;
     }
 
-    bool takeValue(const JsonValue &value, int level)
+    bool takeValue(const JsonValue &value, qsizetype level)
     {
         if (value.begin() != m_at)
             return false;
@@ -69,10 +82,11 @@ private:
         case JsonKind::Array:
             return takeContainer(value, level);
         case JsonKind::Number:
-            return formOf(value.raw()).isPlain && takeRaw(value.raw());
+            return isWrittenLikeThat(value) && takeRaw(value.raw());
         case JsonKind::String:
             // Escapes may be written in several ways.
-            return !value.raw().contains('\\') && takeRaw(value.raw());
+            return (!value.raw().contains('\\') || writtenForm(value.string()) == value.raw())
+                   && takeRaw(value.raw());
         case JsonKind::Null:
         case JsonKind::Bool:
             return takeRaw(value.raw());
@@ -80,10 +94,21 @@ private:
         Q_UNREACHABLE();
     }
 
-    bool takeContainer(const JsonValue &container, int level)
+    // All numbers of the records are doubles.
+    static bool isWrittenLikeThat(const JsonValue &number)
+    {
+        constexpr int exactDigits = 15; // of any double
+        const NumberForm form = formOf(number.raw());
+        if (form.isPlain && form.significantDigits <= exactDigits)
+            return true;
+        const std::optional<double> value = valueOf(number.raw());
+        return value && writtenForm(*value) == number.raw();
+    }
+
+    bool takeContainer(const JsonValue &container, qsizetype level)
     {
         const bool isObject = container.isObject();
-        if (container.count() == 0 || !take(isObject ? "{\n" : "[\n"))
+        if (!take(isObject ? "{\n" : "[\n"))
             return false;
         QByteArrayView last;
         for (JsonValue child = container.firstChild(); child; child = child.nextSibling()) {
@@ -93,6 +118,7 @@ private:
                 return false;
             if (isObject) {
                 const QByteArrayView key = child.rawKey();
+                // Keys of other characters are not the editor's.
                 if (child.keyBegin() != m_at || key.contains('\\') || key.compare(last) <= 0
                     || !isAscii(key) || !takeRaw(key) || !take(": "))
                     return false;
@@ -101,7 +127,8 @@ private:
             if (!takeValue(child, level + 1))
                 return false;
         }
-        return take("\n") && takeIndent(level) && take(isObject ? "}" : "]");
+        return (container.count() == 0 || take("\n")) && takeIndent(level)
+               && take(isObject ? "}" : "]");
     }
 
     static bool isAscii(QByteArrayView bytes)
@@ -131,7 +158,7 @@ bool hasExactly(const JsonValue &object, std::vector<std::string_view> keys)
 
 bool staysAsText(const JsonValue &value, bool isCleaned)
 {
-    if (!value || !value.isString())
+    if (!value.isString())
         return false;
     if (!isCleaned || !value.utf8().contains('<'))
         return true;
@@ -147,97 +174,158 @@ bool staysAsPicture(const JsonValue &value)
     return value.isString() && bytes.startsWith("\x89PNG\r\n\x1a\n") && bytes.toBase64() == text;
 }
 
-bool staysAsSpecies(const JsonValue &species)
+bool staysAsField(const JsonValue &value, SpeciesFieldKind kind)
 {
-    std::vector<std::string_view> keys;
-    const QLatin1String pictureKey = speciesFields[speciesImageColumn].key;
-    const JsonValue picture = species.member(pictureKey);
-    for (const SpeciesField &field : speciesFields) {
-        if (field.kind != SpeciesFieldKind::Image || picture)
-            keys.push_back(viewOf(field.key));
+    switch (kind) {
+    case SpeciesFieldKind::Text:
+        return staysAsText(value, true);
+    case SpeciesFieldKind::Lines:
+        return staysAsText(value, true) && !value.utf8().contains('\n');
+    case SpeciesFieldKind::Number:
+        return value.isNumber();
+    case SpeciesFieldKind::Image:
+        return staysAsPicture(value);
     }
-    if (!species.isObject() || !hasExactly(species, std::move(keys)))
-        return false;
-    return std::all_of(speciesFields.begin(), speciesFields.end(), [&](const SpeciesField &field) {
-        const JsonValue value = species.member(field.key);
-        switch (field.kind) {
-        case SpeciesFieldKind::Text:
-        case SpeciesFieldKind::Lines:
-            return staysAsText(value, true);
-        case SpeciesFieldKind::Number: {
-            constexpr int exactDigits = 15; // of any double
-            return value.isNumber() && formOf(value.raw()).significantDigits <= exactDigits;
+    Q_UNREACHABLE();
+}
+
+// Looks for what loading and saving changes in a file whose layout has been walked.
+class ContentWalker
+{
+public:
+    // The first value found that does not stay as it is.
+    [[nodiscard]] const JsonValue &changed() const { return m_changed; }
+
+    bool walkSpecies(const JsonValue &species)
+    {
+        std::vector<std::string_view> keys;
+        for (const SpeciesField &field : speciesFields) {
+            if (field.kind != SpeciesFieldKind::Image || species.member(field.key))
+                keys.push_back(viewOf(field.key));
         }
-        case SpeciesFieldKind::Image:
-            return !value || staysAsPicture(value);
+        if (!species.isObject() || !hasExactly(species, std::move(keys)))
+            return isChanged(species);
+        for (const SpeciesField &field : speciesFields) {
+            const JsonValue value = species.member(field.key);
+            if (value && !staysAsField(value, field.kind))
+                return isChanged(value);
         }
-        Q_UNREACHABLE();
-    });
-}
-
-bool stayAsNumbers(const JsonValue &list)
-{
-    if (!list || !list.isArray())
-        return false;
-    for (JsonValue element = list.firstChild(); element; element = element.nextSibling()) {
-        if (!element.isNumber() || formOf(element.raw()).significantDigits > keptDigits)
-            return false;
+        return true;
     }
-    return true;
-}
 
-bool staysAsSpectrum(const JsonValue &spectrum, bool isFile)
-{
-    if (!spectrum.isObject())
-        return false;
-    const JsonValue type = spectrum.member(spectrumTypeKey);
-    if (!type || !type.isNumber() || type.raw().contains('.'))
-        return false;
-    const SpectrumKind other =
-        type.raw().toInt() == simulationType ? SpectrumKind::Experiment : SpectrumKind::Simulation;
-    std::vector<std::string_view> keys{viewOf(spectrumTypeKey), viewOf(lineSpectrumKey),
-                                       viewOf(energiesKey), viewOf(intensitiesKey)};
-    if (isFile)
-        keys.push_back(viewOf(typeKey));
-    for (const SpectrumTextField &field : spectrumTextFields) {
-        if (field.kind == other)
-            continue;
-        keys.push_back(viewOf(field.key));
-        if (!staysAsText(spectrum.member(field.key), field.kind == SpectrumKind::Any))
-            return false;
+    bool walkSpectrum(const JsonValue &spectrum, bool isFile)
+    {
+        if (!spectrum.isObject())
+            return isChanged(spectrum);
+        const JsonValue type = spectrum.member(spectrumTypeKey);
+        bool isWhole = false;
+        const int number = type && type.isNumber() ? type.raw().toInt(&isWhole) : 0;
+        if (!isWhole)
+            return isChanged(type ? type : spectrum);
+        const SpectrumKind other =
+            number == simulationType ? SpectrumKind::Experiment : SpectrumKind::Simulation;
+        std::vector<std::string_view> keys{viewOf(spectrumTypeKey), viewOf(lineSpectrumKey),
+                                           viewOf(energiesKey), viewOf(intensitiesKey)};
+        if (isFile)
+            keys.push_back(viewOf(typeKey));
+        for (const SpectrumTextField &field : spectrumTextFields) {
+            if (field.kind != other)
+                keys.push_back(viewOf(field.key));
+        }
+        if (!hasExactly(spectrum, std::move(keys)))
+            return isChanged(spectrum);
+        return walkFields(spectrum, other) && walkPoints(spectrum);
     }
-    const JsonValue energies = spectrum.member(energiesKey);
-    const JsonValue intensities = spectrum.member(intensitiesKey);
-    return hasExactly(spectrum, std::move(keys))
-           && spectrum.member(lineSpectrumKey).kind() == JsonKind::Bool && stayAsNumbers(energies)
-           && stayAsNumbers(intensities) && energies.count() == intensities.count();
+
+    // Notes the value, if it is the first. Returns false.
+    bool isChanged(const JsonValue &value)
+    {
+        if (!m_changed)
+            m_changed = value;
+        return false;
+    }
+
+private:
+    bool walkFields(const JsonValue &spectrum, SpectrumKind other)
+    {
+        for (const SpectrumTextField &field : spectrumTextFields) {
+            if (field.kind == other)
+                continue;
+            const JsonValue value = spectrum.member(field.key);
+            if (!staysAsText(value, field.kind == SpectrumKind::Any))
+                return isChanged(value);
+        }
+        const JsonValue isLine = spectrum.member(lineSpectrumKey);
+        return isLine.kind() == JsonKind::Bool || isChanged(isLine);
+    }
+
+    bool walkPoints(const JsonValue &spectrum)
+    {
+        const JsonValue energies = spectrum.member(energiesKey);
+        const JsonValue intensities = spectrum.member(intensitiesKey);
+        if (energies.count() != intensities.count())
+            return isChanged(energies);
+        return walkNumbers(energies) && walkNumbers(intensities);
+    }
+
+    bool walkNumbers(const JsonValue &list)
+    {
+        if (!list.isArray())
+            return isChanged(list);
+        for (JsonValue element = list.firstChild(); element; element = element.nextSibling()) {
+            if (!element.isNumber() || formOf(element.raw()).significantDigits > keptDigits)
+                return isChanged(element);
+        }
+        return true;
+    }
+
+    JsonValue m_changed;
+};
+
+// The number behind "Dataset" in a key as the editor writes it; 0 if the key is not of that form.
+qsizetype datasetNumber(QByteArrayView key)
+{
+    constexpr std::string_view prefix = "Dataset";
+    if (!key.startsWith(QByteArrayView(prefix.data(), qsizetype(prefix.size()))))
+        return 0;
+    const QByteArray digits = key.sliced(qsizetype(prefix.size())).toByteArray();
+    const qsizetype number = digits.toLongLong();
+    return number > 0 && QByteArray::number(number) == digits ? number : 0;
 }
 
-bool staysAsSpeciesFile(const JsonValue &root)
+bool walkSpeciesFile(const JsonValue &root, ContentWalker &content)
 {
-    // With ten spectra their keys no longer sort as they are numbered.
-    constexpr int mostSpectra = 9;
-    int number = 0;
+    std::vector<JsonValue> datasets; // in the order of their keys, as the editor loads them
     for (JsonValue member = root.firstChild(); member; member = member.nextSibling()) {
         const QByteArrayView key = member.keyUtf8();
-        if (key == bytesOf(typeKey))
-            continue;
-        const bool stays = key == bytesOf(speciesKey)
-                               ? staysAsSpecies(member)
-                               : ++number <= mostSpectra
-                                     && key == QByteArray("Dataset" + QByteArray::number(number))
-                                     && staysAsSpectrum(member, false);
-        if (!stays)
-            return false;
+        if (key == bytesOf(speciesKey)) {
+            if (!content.walkSpecies(member))
+                return false;
+        } else if (key != bytesOf(typeKey)) {
+            if (datasetNumber(key) == 0 || !content.walkSpectrum(member, false))
+                return content.isChanged(member);
+            datasets.push_back(member);
+        }
     }
-    return bool(root.member(speciesKey)) && bool(root.member(typeKey));
+    // Each is saved under the number of its place: with ten of them, the tenth under another one.
+    for (const JsonValue &dataset : datasets) {
+        const auto number = static_cast<std::size_t>(datasetNumber(dataset.keyUtf8()));
+        if (number > datasets.size() || dataset.raw() != datasets[number - 1].raw())
+            return content.isChanged(dataset);
+    }
+    return (root.member(speciesKey) && root.member(typeKey)) || content.isChanged(root);
 }
 
 } // namespace
 
-bool isCertainlyAsSaved(const JsonText &text, bool isSpecies)
+std::optional<qsizetype> placeThatSavingChanges(const JsonText &text, bool isSpecies)
 {
     const JsonValue root = text.root();
-    return LayoutWalker(text).walk(root)
-           && (isSpecies ? staysAsSpeciesFile(root) : staysAsSpectrum(root, true));
+    LayoutWalker layout(text);
+    if (!layout.walk(root))
+        return layout.place();
+    ContentWalker content;
+    const bool stays =
+        isSpecies ? walkSpeciesFile(root, content) : content.walkSpectrum(root, true);
+    return stays ? std::nullopt : std::optional(content.changed().begin());
 }

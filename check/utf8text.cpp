@@ -2,6 +2,7 @@
 #include "check/utf8text.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -37,6 +38,20 @@ bool startsCharacter(char c)
 {
     return (static_cast<unsigned char>(c) & 0xc0) != 0x80;
 }
+
+// The place behind the bytes, which follow that of start.
+TextPosition advanced(TextPosition start, QByteArrayView bytes)
+{
+    for (const char c : bytes) {
+        if (c == '\n')
+            start = {start.line + 1, 1};
+        else if (startsCharacter(c))
+            ++start.column;
+    }
+    return start;
+}
+
+constexpr qsizetype markDistance = 256; // bytes
 
 // The offset at which the line that holds offset starts.
 qsizetype lineStart(QByteArrayView text, qsizetype offset)
@@ -75,6 +90,27 @@ TextPosition positionAt(QByteArrayView utf8, qsizetype offset)
     position.column +=
         static_cast<int>(std::count_if(inLine.begin(), inLine.end(), startsCharacter));
     return position;
+}
+
+TextPosition PositionFinder::at(qsizetype offset)
+{
+    constexpr int fewCalls = 16;
+    if (m_marks.empty() && ++m_calls <= fewCalls)
+        return positionAt(m_text, offset);
+    if (m_marks.empty())
+        setMarks();
+    const qsizetype end = std::clamp<qsizetype>(offset, 0, m_text.size());
+    const qsizetype mark = end / markDistance;
+    const qsizetype start = mark * markDistance;
+    return advanced(m_marks[static_cast<std::size_t>(mark)], m_text.sliced(start, end - start));
+}
+
+void PositionFinder::setMarks()
+{
+    m_marks.push_back({});
+    for (qsizetype end = markDistance; end <= m_text.size(); end += markDistance)
+        m_marks.push_back(
+            advanced(m_marks.back(), m_text.sliced(end - markDistance, markDistance)));
 }
 
 QByteArrayView lineAt(QByteArrayView utf8, qsizetype offset)

@@ -4,6 +4,7 @@
 #include <QByteArrayView>
 
 #include <optional>
+#include <vector>
 
 // A place in a text as people and editors count: both from 1, columns in characters.
 struct TextPosition {
@@ -19,3 +20,20 @@ struct TextPosition {
 
 // The bytes of the line that holds offset, without its end.
 [[nodiscard]] QByteArrayView lineAt(QByteArrayView utf8, qsizetype offset);
+
+// Says positionAt() of one text, which must outlive it. Each call of that walks over the text; once
+// there are many of them, marks at even distances save nearly all of the way.
+class PositionFinder
+{
+public:
+    explicit PositionFinder(QByteArrayView utf8) : m_text(utf8) {}
+
+    [[nodiscard]] TextPosition at(qsizetype offset);
+
+private:
+    void setMarks();
+
+    QByteArrayView m_text;
+    int m_calls = 0;
+    std::vector<TextPosition> m_marks;
+};
