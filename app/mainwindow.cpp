@@ -12,16 +12,21 @@
 #include "widgets/editorcommit.h"
 #include "widgets/focusring.h"
 #include "widgets/tabchain.h"
+#include "widgets/tabstepping.h"
 #include "widgets/waitcursor.h"
 
 #include <QCloseEvent>
 #include <QDataWidgetMapper>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QShortcut>
 #include <QTabBar>
+
+#include <algorithm>
 
 const QRegularExpression MainWindow::reDataset(datasetKeyPattern);
 
@@ -56,9 +61,17 @@ void MainWindow::connectImage()
 {
     connect(ui->buttonDownload, &QPushButton::clicked, this, &MainWindow::onButtonDownloadClicked);
     connect(networkManager, &QNetworkAccessManager::finished, this, &MainWindow::onImageDownloaded);
+    // Pixels of the screen are not parted: without this the image's would cover some of the
+    // border's.
+    ui->imageLabel->setMargin(1);
     ui->imageLabel->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(ui->imageLabel, &QWidget::customContextMenuRequested, this,
             &MainWindow::showImageContextMenu);
+    // The toolkit knows it on Windows only; not every keyboard has a key Menu.
+    auto *menuKeys = new QShortcut(Qt::SHIFT | Qt::Key_F10, ui->imageLabel);
+    menuKeys->setContext(Qt::WidgetShortcut);
+    connect(menuKeys, &QShortcut::activated, this,
+            [this] { showImageContextMenu(ui->imageLabel->rect().center()); });
 }
 
 void MainWindow::connectActions()
@@ -126,6 +139,7 @@ void MainWindow::openToTheKeyboard()
     setTabOrder(ui->imageLabel, tabs);
     setTabOrder(last, tabs);
     followSpectra();
+    tabs->installEventFilter(new TabStepping(tabs));
     new FocusRing(this);
 }
 
@@ -172,13 +186,26 @@ void MainWindow::cleanUp()
     if (!promptToSaveChanges())
         return;
     const WaitCursor waitCursor;
+    QWidget *const focused = focusWidget();
     closeQuietly(ui->mdiArea);
     currentFile.clear();
     for (int column = 0; column < speciesModel->columnCount(); ++column)
         speciesModel->setData(speciesModel->index(0, column), QVariant(), Qt::EditRole);
     mapper->toFirst();
     currentFile.clear();
+    settleFocus(focused);
     updateWindowTitle(false);
+}
+
+void MainWindow::settleFocus(QWidget *before)
+{
+    SpectrumWindow *const spectrum = currentSpectrumWindow();
+    if (ui->speciesDock->isAncestorOf(before) || ui->toolBar->isAncestorOf(before))
+        before->setFocus();
+    else if (before && spectrum)
+        spectrum->focusTitle();
+    else
+        ui->lineEditSpecies->setFocus();
 }
 
 void MainWindow::commitFocusedField()
@@ -196,6 +223,28 @@ void MainWindow::closeEvent(QCloseEvent *event)
 bool MainWindow::focusNextPrevChild(bool next)
 {
     return moveFocusByTab(this, next) || QMainWindow::focusNextPrevChild(next);
+}
+
+// Within the spectra, their area takes Ctrl+Tab; it shall reach them from everywhere.
+void MainWindow::keyPressEvent(QKeyEvent *event)
+{
+    const bool isTab = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
+    if (isTab && event->modifiers().testFlag(Qt::ControlModifier))
+        goToPreviousSpectrum();
+    else
+        QMainWindow::keyPressEvent(event);
+}
+
+void MainWindow::goToPreviousSpectrum()
+{
+    const QList<QMdiSubWindow *> history =
+        ui->mdiArea->subWindowList(QMdiArea::ActivationHistoryOrder);
+    if (history.isEmpty())
+        return;
+    ui->mdiArea->setActiveSubWindow(history.at(std::max<qsizetype>(0, history.size() - 2)));
+    SpectrumWindow *spectrum = currentSpectrumWindow();
+    if (spectrum && !spectrum->isAncestorOf(focusWidget()))
+        spectrum->focusTitle();
 }
 
 QString MainWindow::lastfolder() const

@@ -112,6 +112,7 @@ public slots:
 protected:
     void closeEvent(QCloseEvent *event) override;
     bool focusNextPrevChild(bool next) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
@@ -130,6 +131,12 @@ private:
     // Hands the keyboard on to the title of a sub-window's spectrum if the sub-window itself has
     // it, as it has when it becomes active for the first time.
     void focusSpectrum(const QMdiSubWindow *subWindow);
+    // After the document was replaced: the keyboard stays with before, which had it, if that is
+    // beside the spectra, and goes to the title of the spectrum on top otherwise. To the name if
+    // there is none, or if nothing had it.
+    void settleFocus(QWidget *before);
+    // Shows the spectrum that was on top before and gives it the keyboard.
+    void goToPreviousSpectrum();
     void commitFocusedField();
     // Fills the emptied document from a species file's object.
     void loadSpeciesObject(const QJsonObject &file);

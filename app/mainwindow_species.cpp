@@ -81,9 +81,11 @@ bool MainWindow::loadSpeciesFile(const QString &requested)
                     tr("The file %1 is not a valid species file.").arg(path));
         return false;
     }
+    QWidget *const focused = focusWidget();
     modified = false;
     cleanUp();
     loadSpeciesObject(*file);
+    settleFocus(focused);
     currentFile = path;
     updateWindowTitle(false);
     setlastfolder(path);
@@ -153,13 +155,7 @@ void MainWindow::saveSpeciesAs()
 
 void MainWindow::saveSpeciesToFile()
 {
-    commitFocusedField();
-    QList<QJsonObject> datasets;
-    const QList<SpectrumWindow *> windows = spectrumWindows();
-    datasets.reserve(windows.size());
-    for (const SpectrumWindow *window : windows)
-        datasets.append(window->toJson());
-    if (!writeJsonObject(currentFile, speciesFileObject(speciesModel->toJson(), datasets))) {
+    if (!writeSpecies()) {
         showMessage(this, QMessageBox::Warning, QStringLiteral("Error"),
                     QStringLiteral("Could not open file for writing."));
         return;
@@ -172,7 +168,9 @@ bool MainWindow::writeSpecies()
     const WaitCursor waitCursor;
     commitFocusedField();
     QList<QJsonObject> datasets;
-    for (const SpectrumWindow *window : spectrumWindows())
+    const QList<SpectrumWindow *> windows = spectrumWindows();
+    datasets.reserve(windows.size());
+    for (const SpectrumWindow *window : windows)
         datasets.append(window->toJson());
     return writeJsonObject(currentFile, speciesFileObject(speciesModel->toJson(), datasets));
 }
@@ -202,9 +200,11 @@ void MainWindow::dropEvent(QDropEvent *event)
     event->accept();
     if (!promptToSaveChanges())
         return;
+    QWidget *const focused = focusWidget();
     modified = false;
     cleanUp();
     currentFile = loadJSONSpecies(path) ? path : QString();
+    settleFocus(focused);
     updateWindowTitle(false);
     setlastfolder(path);
 }

@@ -26,6 +26,15 @@ QAccessibleInterface *chartInterface(const QString &className, QObject *object)
     return view ? new QAccessibleWidget(view, QAccessible::Chart) : nullptr;
 }
 
+// A rectangle moved as little as needed to be within a larger one.
+QRectF movedInto(const QRectF &area, QRectF part)
+{
+    const QPointF most = area.bottomRight() - QPointF(part.width(), part.height());
+    part.moveLeft(std::max(area.left(), std::min(part.left(), most.x())));
+    part.moveTop(std::max(area.top(), std::min(part.top(), most.y())));
+    return part;
+}
+
 } // namespace
 
 SpectrumChartView::SpectrumChartView(QWidget *parent)
@@ -106,9 +115,34 @@ void SpectrumChartView::zoomAtPoint()
     const QPointF centre = m_point < 0 ? area.center() : chart()->mapToPosition(m_points[m_point]);
     QRectF part(QPointF(), area.size() / 2);
     part.moveCenter(centre);
-    part.moveLeft(std::clamp(part.left(), area.left(), area.right() - part.width()));
-    part.moveTop(std::clamp(part.top(), area.top(), area.bottom() - part.height()));
-    chart()->zoomIn(part);
+    chart()->zoomIn(movedInto(area, part));
+}
+
+void SpectrumChartView::zoomOut()
+{
+    const QRectF whole = placeOfPoints();
+    const QRectF area = chart()->plotArea();
+    QRectF part(QPointF(), (area.size() * 2).boundedTo(whole.size()));
+    part.moveCenter(area.center());
+    const bool isPart = part.width() < whole.width() || part.height() < whole.height();
+    if (isPart && std::isfinite(whole.width()) && std::isfinite(whole.height()))
+        chart()->zoomIn(movedInto(whole, part)); // to a rectangle larger than what is shown
+    else
+        chart()->zoomReset();
+}
+
+QRectF SpectrumChartView::placeOfPoints() const
+{
+    if (m_points.isEmpty())
+        return {};
+    const auto [left, right] =
+        std::minmax_element(m_points.begin(), m_points.end(),
+                            [](auto &one, auto &other) { return one.x() < other.x(); });
+    const auto [low, high] =
+        std::minmax_element(m_points.begin(), m_points.end(),
+                            [](auto &one, auto &other) { return one.y() < other.y(); });
+    return {chart()->mapToPosition({left->x(), high->y()}),
+            chart()->mapToPosition({right->x(), low->y()})};
 }
 
 void SpectrumChartView::keyPressEvent(QKeyEvent *event)
@@ -130,7 +164,7 @@ void SpectrumChartView::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Plus:
         return zoomAtPoint();
     case Qt::Key_Minus:
-        return chart()->zoomOut();
+        return zoomOut();
     case Qt::Key_0:
         return chart()->zoomReset();
     default:

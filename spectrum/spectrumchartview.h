@@ -4,6 +4,7 @@
 #include <QChartView>
 #include <QList>
 #include <QPointF>
+#include <QRectF>
 #include <QString>
 
 class QLabel;
@@ -42,6 +43,10 @@ private:
     // Reads out the point of this number, or the nearest one that there is.
     void readOut(qsizetype point);
     void zoomAtPoint();
+    // By two, but not to more than the whole spectrum.
+    void zoomOut();
+    // The rectangle that the points span, where the chart has them; invalid if they span none.
+    [[nodiscard]] QRectF placeOfPoints() const;
 
     QLabel *mousePositionLabel;
     QString m_title;

@@ -16,3 +16,9 @@ foreach(scale IN ITEMS 1.5 2)
     set_tests_properties(tst_looks_${scale} PROPERTIES TIMEOUT 600)
     zoravel_test_environment(tst_looks_${scale} "QT_QPA_PLATFORM=offscreen" "QT_SCALE_FACTOR=${scale}")
 endforeach()
+# The ratios that the program makes of 1.5 and 2.
+foreach(ratio IN ITEMS 1.275 1.7)
+    add_test(NAME tst_looks_image_${ratio}
+        COMMAND tst_looks -o -,txt imageLeavesItsBorder imageIsAsSharpAsTheScreen)
+    zoravel_test_environment(tst_looks_image_${ratio} "QT_QPA_PLATFORM=offscreen" "QT_SCALE_FACTOR=${ratio}")
+endforeach()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Everything by the keyboard alone: where Tab goes, what the chart and the image do with keys, and
 // that it can be seen where the keyboard is.
+#include "species/jsonfile.h"
 #include "spectrum/spectrumchartview.h"
 #include "spectrum/spectrumwindow.h"
 #include "support/mainwindowfixture.h"
@@ -15,6 +16,7 @@
 #include <QJsonArray>
 #include <QLabel>
 #include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -24,6 +26,8 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QValueAxis>
+
+#include <utility>
 
 namespace
 {
@@ -119,14 +123,22 @@ private slots:
     void tabGoesRoundTheFormAndTheShownSpectrum();
     void everyStopIsMarked();
     void ringGoesWithItsWidget();
-    void menuKeyOpensTheMenuOfTheImage();
+    void menuKeysOpenTheMenuOfTheImage();
     void spaceOnAToolButtonDoesItsWork();
+    void openingLeavesTheKeyboardBesideTheSpectra_data();
+    void openingLeavesTheKeyboardBesideTheSpectra();
+    void openingMovesTheKeyboardToTheNewSpectra();
+    void otherwiseTheNameHasTheKeyboard();
     void arrowsOnTheTabsChangeTheSpectrum();
+    void controlTabReachesTheSpectraFromEverywhere_data();
+    void controlTabReachesTheSpectraFromEverywhere();
     void chartReadsOutPoints();
     void chartReadsOutPointsOfALineSpectrum();
     void chartWithoutPointsTakesKeys();
     void chartKeepsItsPlaceWhenPointsGo();
     void chartZooms();
+    void chartZoomsOutToTheWholeSpectrumOnly();
+    void chartZoomsASinglePointWithoutHarm();
 };
 
 void TestKeyboard::tabGoesRoundTheForm()
@@ -202,7 +214,7 @@ void TestKeyboard::ringGoesWithItsWidget()
     QVERIFY(!f.window.findChild<QFocusFrame *>());
 }
 
-void TestKeyboard::menuKeyOpensTheMenuOfTheImage()
+void TestKeyboard::menuKeysOpenTheMenuOfTheImage()
 {
     MainWindowFixture f;
     QImage image(30, 20, QImage::Format_RGB32);
@@ -212,17 +224,27 @@ void TestKeyboard::menuKeyOpensTheMenuOfTheImage()
     auto *label = f.find<QLabel>(QStringLiteral("imageLabel"));
     QVERIFY(!label->pixmap().isNull());
     label->setFocus();
-    bool opened = false;
-    QTimer::singleShot(0, &f.window, [&] {
-        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-        opened = menu;
-        QTest::keyClick(menu, Qt::Key_Down);
-        QTest::keyClick(menu, Qt::Key_Return);
+    int opened = 0;
+    QList<Qt::Key> keys;
+    QTimer answers;
+    connect(&answers, &QTimer::timeout, this, [&] {
+        QWidget *menu = QApplication::activePopupWidget();
+        if (!menu)
+            return;
+        ++opened;
+        for (const Qt::Key key : std::exchange(keys, {Qt::Key_Escape}))
+            QTest::keyClick(menu, key);
     });
+    answers.start();
+    keys = {Qt::Key_Escape};
+    QTest::keyClick(f.window.windowHandle(), Qt::Key_F10, Qt::ShiftModifier);
+    QCOMPARE(opened, 1);
+    QVERIFY(!label->pixmap().isNull());
+    keys = {Qt::Key_Down, Qt::Key_Return};
     QContextMenuEvent byKey(QContextMenuEvent::Keyboard, label->rect().center(),
                             label->mapToGlobal(label->rect().center()));
     QApplication::sendEvent(label, &byKey);
-    QVERIFY(opened);
+    QCOMPARE(opened, 2);
     QVERIFY(label->pixmap().isNull());
 }
 
@@ -239,16 +261,145 @@ void TestKeyboard::spaceOnAToolButtonDoesItsWork()
     QCOMPARE(triggered, 1);
 }
 
+void TestKeyboard::openingLeavesTheKeyboardBesideTheSpectra_data()
+{
+    QTest::addColumn<QString>("stop");
+    QTest::addColumn<bool>("active");
+    for (const QString &stop : speciesStops) {
+        QTest::addRow("%s", qPrintable(stop)) << stop << true;
+        // As while a file dialog closes.
+        QTest::addRow("%s, inactive", qPrintable(stop)) << stop << false;
+    }
+}
+
+// One press of Space on Next File after the other steps through a folder: none may reach a field.
+void TestKeyboard::openingLeavesTheKeyboardBesideTheSpectra()
+{
+    QFETCH(QString, stop);
+    QFETCH(bool, active);
+    MainWindowFixture f;
+    const QStringList titles{QStringLiteral("A"), QStringLiteral("B")};
+    for (const char *name : {"1.json", "2.json"})
+        QVERIFY(writeJsonObject(f.path(QString::fromLatin1(name)),
+                                speciesFileWith(QString::fromLatin1(name), titles)));
+    f.field(speciesStops.first())->setFocus();
+    for (int i = 0; focusName() != stop && i < 100; ++i)
+        press(f, Qt::Key_Tab);
+    for (const char *name : {"1.json", "2.json"}) {
+        if (!active)
+            QApplication::setActiveWindow(nullptr);
+        // A visit to the mass counts as a change.
+        f.window.updateWindowTitle(false);
+        QVERIFY(f.window.loadSpeciesFile(f.path(QString::fromLatin1(name))));
+        QVERIFY(!f.isModified());
+        if (!active)
+            QApplication::setActiveWindow(&f.window);
+        QCOMPARE(focusName(), stop);
+    }
+}
+
+void TestKeyboard::openingMovesTheKeyboardToTheNewSpectra()
+{
+    MainWindowFixture f;
+    const QString file = f.path(QStringLiteral("1.json"));
+    QVERIFY(writeJsonObject(
+        file, speciesFileWith(QStringLiteral("1"), {QStringLiteral("A"), QStringLiteral("B")})));
+    for (const bool active : {true, false}) {
+        QVERIFY(f.window.loadSpeciesFile(file));
+        MainWindowFixture::points(f.spectra().last())->setFocus();
+        if (!active)
+            QApplication::setActiveWindow(nullptr);
+        QVERIFY(f.window.loadSpeciesFile(file));
+        if (!active)
+            QApplication::setActiveWindow(&f.window);
+        QCOMPARE(focusName(), QStringLiteral("lineEditTitle"));
+        QVERIFY(f.spectra().first()->isAncestorOf(QApplication::focusWidget()));
+    }
+}
+
+void TestKeyboard::otherwiseTheNameHasTheKeyboard()
+{
+    MainWindowFixture f;
+    // Nor at the start with a file, when nothing has the keyboard yet.
+    QVERIFY(writeJsonObject(f.path(QStringLiteral("1.json")),
+                            speciesFileWith(QStringLiteral("1"), {QStringLiteral("A")})));
+    QApplication::focusWidget()->clearFocus();
+    QVERIFY(f.window.loadSpeciesFile(f.path(QStringLiteral("1.json"))));
+    QCOMPARE(focusName(), speciesStops.first());
+    const auto focusPoints = [&] {
+        f.window.createNewSpectrumWindow();
+        MainWindowFixture::points(f.spectra().last())->setFocus();
+        f.window.updateWindowTitle(false);
+    };
+    focusPoints();
+    f.trigger(QStringLiteral("actionClean"));
+    QCOMPARE(focusName(), speciesStops.first());
+    focusPoints();
+    f.trigger(QStringLiteral("actionDelete"));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(focusName(), speciesStops.first());
+    focusPoints();
+    f.area()->currentSubWindow()->close(); // as Ctrl+W does
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(focusName(), speciesStops.first());
+    f.window.createNewSpectrumWindow();
+    f.field(QStringLiteral("lineEditMass"))->setFocus();
+    f.trigger(QStringLiteral("actionDelete"));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(focusName(), QStringLiteral("lineEditMass"));
+}
+
 void TestKeyboard::arrowsOnTheTabsChangeTheSpectrum()
 {
     MainWindowFixture f;
     f.window.createNewSpectrumWindow(spectrumOf(QStringLiteral("A")));
     f.window.createNewSpectrumWindow(spectrumOf(QStringLiteral("B")));
+    f.window.createNewSpectrumWindow(spectrumOf(QStringLiteral("C")));
     f.area()->findChild<QTabBar *>()->setFocus();
-    press(f, Qt::Key_Left);
-    QCOMPARE(f.area()->activeSubWindow(), f.area()->subWindowList().first());
-    // The spectrum that comes up takes the keyboard.
-    QVERIFY(f.spectra().first()->isAncestorOf(QApplication::focusWidget()));
+    // The tabs keep the keyboard, so that one arrow after the other goes through all of them.
+    const std::pair<Qt::Key, int> steps[] = {{Qt::Key_Left, 1},
+                                             {Qt::Key_Left, 0},
+                                             {Qt::Key_Left, 0},
+                                             {Qt::Key_Right, 1},
+                                             {Qt::Key_Right, 2}};
+    for (const auto &[key, shown] : steps) {
+        press(f, key);
+        QCOMPARE(f.area()->activeSubWindow(), f.area()->subWindowList().at(shown));
+        QCOMPARE(focusName(), QStringLiteral("tabs"));
+    }
+    press(f, Qt::Key_Tab);
+    QCOMPARE(focusName(), QStringLiteral("lineEditTitle"));
+    QVERIFY(f.spectra().last()->isAncestorOf(QApplication::focusWidget()));
+}
+
+void TestKeyboard::controlTabReachesTheSpectraFromEverywhere_data()
+{
+    QTest::addColumn<QString>("stop");
+    for (const QString &stop : speciesStops + spectrumStops)
+        QTest::addRow("%s", qPrintable(stop)) << stop;
+}
+
+// To the one that was on top before, and from there back.
+void TestKeyboard::controlTabReachesTheSpectraFromEverywhere()
+{
+    QFETCH(QString, stop);
+    MainWindowFixture f;
+    for (const char *title : {"A", "B", "C"})
+        f.window.createNewSpectrumWindow(spectrumOf(QString::fromLatin1(title)));
+    const QList<QMdiSubWindow *> subWindows = f.area()->subWindowList();
+    f.area()->setActiveSubWindow(subWindows.at(0));
+    f.field(speciesStops.first())->setFocus();
+    for (int i = 0; focusName() != stop && i < 100; ++i)
+        press(f, Qt::Key_Tab);
+    QWindow *window = f.window.windowHandle();
+    for (const int shown : {2, 0}) {
+        QTest::keyPress(window, Qt::Key_Control);
+        QTest::keyClick(window, Qt::Key_Tab, Qt::ControlModifier);
+        QTest::keyRelease(window, Qt::Key_Control);
+        QCOMPARE(f.area()->activeSubWindow(), subWindows.at(shown));
+        QVERIFY(subWindows.at(shown)->isAncestorOf(QApplication::focusWidget())
+                || focusName() == QLatin1String("tabs"));
+    }
 }
 
 void TestKeyboard::chartReadsOutPoints()
@@ -342,6 +493,53 @@ void TestKeyboard::chartZooms()
     press(f, Qt::Key_0);
     QCOMPARE(energies->min(), 10.0);
     QCOMPARE(energies->max(), 12.0);
+}
+
+void TestKeyboard::chartZoomsOutToTheWholeSpectrumOnly()
+{
+    MainWindowFixture f;
+    f.window.createNewSpectrumWindow(spectrumOf(QStringLiteral("A")));
+    auto *view = f.find<SpectrumChartView>(QStringLiteral("chartSpectrum"));
+    QCoreApplication::processEvents();
+    auto *energies = qobject_cast<QValueAxis *>(view->chart()->axes(Qt::Horizontal).first());
+    auto *intensities = qobject_cast<QValueAxis *>(view->chart()->axes(Qt::Vertical).first());
+    const auto showsAll = [&] {
+        return qFuzzyCompare(energies->min(), 10) && qFuzzyCompare(energies->max(), 12)
+               && qFuzzyCompare(intensities->min(), 1) && qFuzzyCompare(intensities->max(), 20);
+    };
+    view->setFocus();
+    press(f, Qt::Key_Minus);
+    QVERIFY(showsAll());
+    press(f, Qt::Key_End);
+    for (int i = 0; i < 3; ++i)
+        press(f, Qt::Key_Plus);
+    QCOMPARE(energies->max() - energies->min(), 0.25);
+    press(f, Qt::Key_Minus);
+    // By two, and moved as far as the end of the spectrum needs it.
+    QCOMPARE(energies->min(), 11.5);
+    QCOMPARE(energies->max(), 12.0);
+    for (int i = 0; i < 2; ++i)
+        press(f, Qt::Key_Minus);
+    QVERIFY2(showsAll(), qPrintable(QString::number(energies->max())));
+    press(f, Qt::Key_Minus);
+    QVERIFY(showsAll());
+}
+
+// Its ranges have no width.
+void TestKeyboard::chartZoomsASinglePointWithoutHarm()
+{
+    MainWindowFixture f;
+    f.window.createNewSpectrumWindow(
+        {{QStringLiteral("E"), QJsonArray{10}}, {QStringLiteral("I"), QJsonArray{5}}});
+    auto *view = f.find<SpectrumChartView>(QStringLiteral("chartSpectrum"));
+    auto *energies = qobject_cast<QValueAxis *>(view->chart()->axes(Qt::Horizontal).first());
+    const auto range = std::make_pair(energies->min(), energies->max());
+    view->setFocus();
+    for (const Qt::Key key :
+         {Qt::Key_Right, Qt::Key_Minus, Qt::Key_Plus, Qt::Key_Minus, Qt::Key_Minus, Qt::Key_0})
+        press(f, key);
+    QCOMPARE(readOut(view), QStringLiteral("hν: 10.0000, I: 5.00"));
+    QCOMPARE(std::make_pair(energies->min(), energies->max()), range);
 }
 
 QTEST_MAIN(TestKeyboard)

@@ -176,6 +176,7 @@ private slots:
     void fieldsFollowAChangeOfTheTheme();
     void nothingIsGreyedOutOrHinted();
     void imageIsAsSharpAsTheScreen();
+    void imageLeavesItsBorder();
     void windowFitsOnASmallScreen();
     void selectionOfAnyThemeIsReadable_data();
     void selectionOfAnyThemeIsReadable();
@@ -433,6 +434,20 @@ void TestLooks::imageIsAsSharpAsTheScreen()
             || std::abs(logical.width() - label->width()) <= 1);
     QVERIFY(std::abs(pixmap.width() - logical.width() * ratio) <= 1);
     QCOMPARE(label->height(), 150);
+}
+
+// All along it, at the odd ratios of pixels that the program's scale makes, too.
+void TestLooks::imageLeavesItsBorder()
+{
+    MainWindowFixture f;
+    auto *label = f.find<QLabel>(QStringLiteral("imageLabel"));
+    const QImage without = pictureOf(label, label->rect());
+    QImage image(300, 300, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QGuiApplication::clipboard()->setImage(image);
+    f.window.pasteImageFromClipboard();
+    QCOMPARE(label->pixmap().deviceIndependentSize().toSize(), QSize(150, 150));
+    QVERIFY(pictureOf(label, label->rect()) == without);
 }
 
 // The form and a spectrum's window must not ask for more than a small laptop has.

@@ -532,6 +532,7 @@ private slots:
                 [&](const QMdiSubWindow *subWindow) {
                     activated.append(subWindow ? subWindow->windowTitle() : QStringLiteral("none"));
                 });
+        const QWidget *focused = QApplication::focusWidget();
         QVERIFY(fixture.window.loadSpeciesFile(file));
         QCOMPARE(activated, QStringList{QStringLiteral("spectrum 1")});
 
@@ -550,9 +551,7 @@ private slots:
         QCOMPARE(tabs->count(), count);
         QCOMPARE(tabs->currentIndex(), 0);
         QCOMPARE(tabs->tabText(1), QStringLiteral("spectrum 10"));
-        QCOMPARE(
-            QApplication::focusWidget(),
-            MainWindowFixture::field(fixture.spectra().first(), QStringLiteral("lineEditTitle")));
+        QCOMPARE(QApplication::focusWidget(), focused);
 
         fixture.area()->setActiveSubWindow(windows.at(3));
         QVERIFY(windows.at(3)->isMaximized() && !windows.first()->isMaximized());
