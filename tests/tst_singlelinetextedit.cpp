@@ -99,6 +99,23 @@ private slots:
                  u"background-color: white; border: 1px solid gray; padding: 2px;"_s);
     }
 
+    // The style keeps a record for ever of each widget that has a background painted but no sheet.
+    void thePartThatShowsTheTextHasNoBackgroundOfItsOwn()
+    {
+        Fixture fixture;
+        const auto hasBackground = [&fixture] {
+            return fixture.edit->viewport()->testAttribute(Qt::WA_StyledBackground);
+        };
+        QVERIFY(!hasBackground());
+        fixture.window.setStyleSheet(u"QWidget { background-color: #c9c9c9; }"_s);
+        QVERIFY(!hasBackground());
+        fixture.edit->setStyleSheet(u"background-color: red;"_s);
+        QVERIFY(!hasBackground());
+        // It is the editor that is painted, under it.
+        QCOMPARE(fixture.edit->grab().toImage().pixelColor(fixture.edit->rect().center()),
+                 QColor(Qt::red));
+    }
+
     void itsHeightIsFixedToItsDocument()
     {
         const SingleLineTextEdit edit;

@@ -3,6 +3,7 @@
 
 #include "widgets/contrast.h"
 
+#include <QEvent>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QTextCursor>
@@ -32,6 +33,17 @@ void SingleLineTextEdit::adjustHeight()
     if (document()->characterCount() < longText)
         document()->adjustSize();
     setFixedHeight(static_cast<int>(document()->size().height()) + heightMargin);
+}
+
+// The style sheet paints the editor, and the part of it that shows the text is transparent. The
+// style has a background painted there all the same, of which nothing can be seen, and for which it
+// keeps a record by the part's address that it never frees.
+bool SingleLineTextEdit::event(QEvent *event)
+{
+    const bool done = CleanTextEdit::event(event);
+    if (event->type() == QEvent::Polish || event->type() == QEvent::StyleChange)
+        viewport()->setAttribute(Qt::WA_StyledBackground, false);
+    return done;
 }
 
 void SingleLineTextEdit::keyPressEvent(QKeyEvent *event)
