@@ -14,7 +14,6 @@
 #include <QCloseEvent>
 #include <QDataWidgetMapper>
 #include <QDate>
-#include <QKeyEvent>
 #include <QScopedValueRollback>
 
 namespace
@@ -133,7 +132,6 @@ void SpectrumWindow::connectSignals()
     connect(ui->checkBoxLineSpectrum, &QCheckBox::toggled, this,
             &SpectrumWindow::onLineSpectrumToggled);
     connect(ui->textEditSpect, &QPlainTextEdit::textChanged, this, &SpectrumWindow::showLineCount);
-    ui->textEditSpect->installEventFilter(this);
 }
 
 void SpectrumWindow::buildChart()
@@ -259,21 +257,6 @@ void SpectrumWindow::showLineCount()
 bool SpectrumWindow::focusNextPrevChild(bool next)
 {
     return moveFocusByTab(window(), next) || QWidget::focusNextPrevChild(next);
-}
-
-// Undoing what rewrote a large text takes its time.
-bool SpectrumWindow::eventFilter(QObject *watched, QEvent *event)
-{
-    const auto *key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent *>(event) : nullptr;
-    const bool isUndo = key && key->matches(QKeySequence::Undo);
-    if (watched != ui->textEditSpect || (!isUndo && !(key && key->matches(QKeySequence::Redo))))
-        return QWidget::eventFilter(watched, event);
-    const WaitCursor waitCursor;
-    if (isUndo)
-        ui->textEditSpect->undo();
-    else
-        ui->textEditSpect->redo();
-    return true;
 }
 
 void SpectrumWindow::closeEvent(QCloseEvent *event)

@@ -1,4 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-foreach(test IN ITEMS tst_points tst_resaved tst_spectrummodel tst_spectrumwindow tst_spectrumchartview)
+foreach(test IN ITEMS
+        tst_pointeditor tst_points tst_resaved tst_spectrummodel tst_spectrumwindow
+        tst_spectrumchartview)
     zoravel_test(${test} zoravel_spectrum)
 endforeach()

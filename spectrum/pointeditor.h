@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QPlainTextEdit>
+
+// The editor of a spectrum's points: text of up to millions of lines. Shows the wait cursor while
+// it takes in what is pasted, undoes, or removes much at once, however it is asked to. To whoever
+// asks for its class it is a QPlainTextEdit.
+class PointEditor : public QPlainTextEdit
+{
+public:
+    using QPlainTextEdit::QPlainTextEdit;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void insertFromMimeData(const QMimeData *source) override;
+};
