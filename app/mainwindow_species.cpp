@@ -31,12 +31,6 @@ QString droppedSpeciesFile(const QMimeData *data)
     return isJson ? path : QString();
 }
 
-std::optional<QJsonObject> readBehindWaitCursor(const QString &path)
-{
-    const WaitCursor waitCursor;
-    return readJsonObject(path);
-}
-
 } // namespace
 
 void MainWindow::setupMapper()
@@ -75,7 +69,7 @@ bool MainWindow::loadSpeciesFile(const QString &requested)
                     tr("The file %1 does not exist.").arg(path));
         return false;
     }
-    const std::optional<QJsonObject> file = readBehindWaitCursor(path);
+    const std::optional<QJsonObject> file = behindWaitCursor([&] { return readJsonObject(path); });
     if (!file || !hasType(*file, speciesFileType)) {
         showMessage(this, QMessageBox::Warning, tr("Invalid Species File"),
                     tr("The file %1 is not a valid species file.").arg(path));
@@ -99,7 +93,7 @@ bool MainWindow::isValidSpeciesFile(const QString &path) const
 
 bool MainWindow::loadJSONSpecies(const QString &path)
 {
-    const std::optional<QJsonObject> file = readBehindWaitCursor(path);
+    const std::optional<QJsonObject> file = behindWaitCursor([&] { return readJsonObject(path); });
     if (!file) {
         showMessage(this, QMessageBox::Warning, QStringLiteral("Error"),
                     QStringLiteral("Could not open file for reading"));
@@ -167,8 +161,8 @@ bool MainWindow::writeSpecies()
 {
     const WaitCursor waitCursor;
     commitFocusedField();
-    QList<QJsonObject> datasets;
     const QList<SpectrumWindow *> windows = spectrumWindows();
+    QList<QJsonObject> datasets;
     datasets.reserve(windows.size());
     for (const SpectrumWindow *window : windows)
         datasets.append(window->toJson());

@@ -18,21 +18,8 @@ namespace
 
 constexpr QLatin1String errorTitle("Error");
 
-std::optional<QJsonObject> readBehindWaitCursor(const QString &path)
-{
-    const WaitCursor waitCursor;
-    return readJsonObject(path);
-}
-
-bool writeBehindWaitCursor(const QString &path, const SpectrumWindow &window)
-{
-    const WaitCursor waitCursor;
-    return writeJsonObject(path, spectrumFileObject(window.toJson()));
-}
-
 QJsonDocument clipboardDocument()
 {
-    const WaitCursor waitCursor;
     return QJsonDocument::fromJson(QGuiApplication::clipboard()->text().toUtf8());
 }
 
@@ -97,7 +84,8 @@ bool MainWindow::loadJSONSpectrum()
     const QString fileName =
         QFileDialog::getOpenFileName(this, tr("Open Spectrum JSON File"), lastfolder(),
                                      tr("JSON Files (*.json);;All Files (*)"));
-    const std::optional<QJsonObject> spectrum = readBehindWaitCursor(fileName);
+    const std::optional<QJsonObject> spectrum =
+        behindWaitCursor([&] { return readJsonObject(fileName); });
     if (!spectrum) {
         showMessage(this, QMessageBox::Warning, errorTitle, tr("Could not open file for reading"));
         return false;
@@ -125,7 +113,9 @@ void MainWindow::saveSpectrumToFile()
     if (fileName.isEmpty())
         return;
     window->commitFocusedField();
-    if (!writeBehindWaitCursor(fileName, *window)) {
+    const bool isWritten = behindWaitCursor(
+        [&] { return writeJsonObject(fileName, spectrumFileObject(window->toJson())); });
+    if (!isWritten) {
         showMessage(this, QMessageBox::Warning, errorTitle, tr("Could not open file for writing"));
         return;
     }
@@ -148,7 +138,7 @@ void MainWindow::copySpectrumToClipboard()
 
 void MainWindow::pasteSpectrumFromClipboard()
 {
-    const QJsonDocument document = clipboardDocument();
+    const QJsonDocument document = behindWaitCursor(clipboardDocument);
     if (!document.isObject()) {
         showMessage(this, QMessageBox::Warning, errorTitle,
                     tr("Clipboard does not contain a valid spectrum."));

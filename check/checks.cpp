@@ -33,7 +33,7 @@ constexpr std::array<CheckInfo, checkCount> checks = joined();
 constexpr bool isInOrder()
 {
     for (std::size_t i = 0; i < checks.size(); ++i) {
-        if (static_cast<std::size_t>(checks[i].check) != i || checks[i].id.size() == 0)
+        if (static_cast<std::size_t>(checks[i].check) != i || checks[i].id.isEmpty())
             return false;
     }
     return true;

@@ -98,6 +98,7 @@ QString formulaText(const std::map<int, double> &counts)
 {
     // Hill's order.
     std::vector<std::pair<QString, double>> parts;
+    parts.reserve(counts.size());
     for (const auto &[number, count] : counts)
         parts.emplace_back(QLatin1String(elementOf(number).symbol), count);
     const bool organic = counts.contains(6);

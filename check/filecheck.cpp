@@ -34,7 +34,7 @@ QString unreadableReason(const QString &path)
     if (!file.isFile())
         return QStringLiteral("it is no regular file");
     if (file.size() > largestJsonFile)
-        return QStringLiteral("it is larger than %1 MB").arg(largestJsonFile / (1024 * 1024));
+        return QStringLiteral("it is larger than %1 MB").arg(largestJsonFile >> 20);
     return QStringLiteral("reading it failed");
 }
 

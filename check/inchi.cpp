@@ -108,7 +108,7 @@ private:
         const auto count = static_cast<qsizetype>(m_components.size());
         if (layer == m_layers.end())
             return QStringList(count);
-        const QStringList parts = inchiParts(layer->second);
+        QStringList parts = inchiParts(layer->second);
         if (parts.size() != count)
             fail(QStringLiteral("the layer /%1 has %2 parts for %3 components")
                      .arg(QLatin1Char(letter))

@@ -33,7 +33,7 @@ std::optional<Header> headerOf(QByteArrayView data)
         return std::nullopt;
     const quint32 width = bigEndian(data, 0);
     const quint32 height = bigEndian(data, 4);
-    const int depth = data[8];
+    const int depth = static_cast<unsigned char>(data[8]);
     if (width < 1 || height < 1 || qint64(width) * height > mostPixels)
         return std::nullopt;
     // Compression, filter and interlace methods.

@@ -97,15 +97,15 @@ void checkMembers(const JsonValue &object, std::span<const KnownKey> known, Find
 
 QString similarKey(const QString &key, std::span<const KnownKey> known)
 {
-    constexpr int farthest = 2;
+    constexpr qsizetype farthest = 2;
     constexpr qsizetype longest = 64;
     QString best;
-    int bestDistance = farthest + 1;
+    qsizetype bestDistance = farthest + 1;
     if (key.size() > longest)
         return best;
     for (const KnownKey &each : known) {
         const QString name(each.key);
-        const int distance = editDistance(key.toLower(), name.toLower());
+        const qsizetype distance = editDistance(key.toLower(), name.toLower());
         // Two changes make another word of a short one.
         if (distance < bestDistance && 2 * distance < name.size()) {
             best = name;

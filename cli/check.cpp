@@ -101,7 +101,7 @@ private:
     // The value of an option that is one of a few words, the first of them if it is not given.
     QByteArray word(const char *option, const QByteArrayList &possible)
     {
-        const QByteArray value = m_arguments.value(option, possible.first());
+        QByteArray value = m_arguments.value(option, possible.first());
         if (!possible.contains(value) && !m_refusal)
             refuse(
                 usageError(m_console, checkCommand(), QByteArray("--") + option, value, possible));

@@ -227,7 +227,7 @@ QJsonObject remainder(QJsonObject file)
 
 std::optional<QJsonObject> readComparable(const QByteArray &name, Console &console)
 {
-    const std::optional<QJsonObject> object = readObject({name, libraryPath(name)}, console);
+    std::optional<QJsonObject> object = readObject({name, libraryPath(name)}, console);
     if (!object || spectraOf(*object))
         return object;
     console.error(shownName(name) + ": neither a species nor a spectrum file");

@@ -31,14 +31,14 @@ qsizetype countNoNumbers(const QJsonObject &spectrum)
     qsizetype count = 0;
     const auto look = [&](const QJsonValue &value) { count += value.isDouble() ? 0 : 1; };
     if (spectrum.contains(pointObjectsKey)) {
-        for (const QJsonValue &point : spectrum.value(pointObjectsKey).toArray()) {
+        for (const QJsonValue point : spectrum.value(pointObjectsKey).toArray()) {
             look(point.toObject().value(energiesKey));
             look(point.toObject().value(intensitiesKey));
         }
         return count;
     }
     for (const QLatin1String key : {energiesKey, intensitiesKey}) {
-        for (const QJsonValue &value : spectrum.value(key).toArray())
+        for (const QJsonValue value : spectrum.value(key).toArray())
             look(value);
     }
     return count;

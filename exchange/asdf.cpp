@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 
+#include <cmath>
 #include <limits>
 
 namespace
@@ -149,12 +150,13 @@ std::variant<AsdfLine, AsdfError> readAsdfLine(QByteArrayView line)
             continue;
         }
         if (token->form == Form::Repeat) {
-            if (!previous || *value < 1 || *value > mostRepeats)
+            if (!previous || !(*value >= 1 && *value <= mostRepeats))
                 return AsdfError{"a count of repeats with nothing to repeat"};
             // A difference is repeated as such; the count includes the number that stands there.
             const double step =
                 previous->form == Form::Difference ? numberIn(previous->digits).value_or(0) : 0;
-            for (double i = 1; i < *value; ++i)
+            const auto repeats = static_cast<qsizetype>(std::ceil(*value));
+            for (qsizetype i = 1; i < repeats; ++i)
                 result.values.append(result.values.last() + step);
             continue;
         }

@@ -276,7 +276,7 @@ private:
 
     QByteArray textOf(const JcampRecord &record)
     {
-        const QByteArray text = record.lines.join('\n').trimmed().replace('\n', "<br>");
+        QByteArray text = record.lines.join('\n').trimmed().replace('\n', "<br>");
         if (cleanHtmlContent(QString::fromUtf8(text)) != QString::fromUtf8(text))
             warn("what stands in angle brackets in " + record.label
                  + " will be lost in the editor");

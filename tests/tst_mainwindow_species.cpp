@@ -204,6 +204,25 @@ private slots:
         QVERIFY(!fixture.isModified());
     }
 
+    void savingShowsTheWaitCursorAndTakesItAwayAgain()
+    {
+        QList<Qt::CursorShape> shapes;
+        MainWindowFixture fixture;
+        loadInto(fixture, {});
+        auto *name = fixture.field(nameField);
+        name->setFocus();
+        QTest::keyClicks(name, QStringLiteral("water"));
+        // Saving writes the typed name into its record first.
+        connect(fixture.window.findChild<SpeciesModel *>(), &SpeciesModel::dataChanged,
+                &fixture.window, [&] {
+                    const QCursor *cursor = QGuiApplication::overrideCursor();
+                    shapes.append(cursor ? cursor->shape() : Qt::ArrowCursor);
+                });
+        fixture.trigger(QStringLiteral("actionSaveSpecies"));
+        QCOMPARE(shapes, QList{Qt::WaitCursor});
+        QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
+    }
+
     void savingRewritesNoFieldThatTheUserHasNotTouched()
     {
         MainWindowFixture fixture;

@@ -13,3 +13,11 @@ public:
     WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
     ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
 };
+
+// What the function returns, with the wait cursor shown while it works.
+template <typename Function>
+[[nodiscard]] auto behindWaitCursor(Function function)
+{
+    const WaitCursor waitCursor;
+    return function();
+}
