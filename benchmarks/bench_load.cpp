@@ -116,7 +116,8 @@ void loadBarely(MainWindow *window, const Entry &entry)
         area->addSubWindow(spectrum);
         spectrum->show();
     }
-    area->setActiveSubWindow(area->subWindowList().first());
+    const QList<QMdiSubWindow *> subWindows = area->subWindowList();
+    area->setActiveSubWindow(subWindows.first());
     paint(window);
 }
 

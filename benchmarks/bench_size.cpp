@@ -237,7 +237,7 @@ int main(int argc, char *argv[])
     const QTemporaryDir folder;
     // Loading remembers the folder: not in the settings of whoever measures.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
-    const QString file = folder.filePath(u"entry.json"_s);
+    QString file = folder.filePath(u"entry.json"_s);
     const QStringList named = QCoreApplication::arguments().sliced(1);
     const auto isWanted = [&named](const QString &name) {
         return named.isEmpty() || named.contains(name);
@@ -267,7 +267,7 @@ int main(int argc, char *argv[])
     if (isWanted(u"bytes"_s))
         measure("100 MB of JSON", 100, megabytesIn, &Session::fileSteps);
     const auto filesIn = [&](int files) {
-        const QString many = folder.filePath(QString::number(files));
+        QString many = folder.filePath(QString::number(files));
         QDir().mkpath(many);
         for (int i = 0; i < files; ++i)
             write(many + u"/e%1.json"_s.arg(i), entryOf({}));

@@ -79,11 +79,11 @@ std::optional<QString> databaseDifference(const QString &database,
         if (!object)
             continue;
         object->remove(typeKey);
-        const auto entry = unmatched.find(digestOf(*object));
-        if (entry == unmatched.end())
+        const QByteArray digest = digestOf(*object);
+        if (!unmatched.contains(digest))
             missing.append(source.name);
-        else if (--*entry == 0)
-            unmatched.erase(entry);
+        else if (--unmatched[digest] == 0)
+            unmatched.remove(digest);
     }
     QStringList surplus;
     for (auto member = file->begin(); member != file->end(); ++member) {

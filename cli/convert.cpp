@@ -49,8 +49,15 @@ spectrum stand in comments of a table and under labels of their own in JCAMP-DX.
 What cannot be kept is named on standard error.
 )";
 
-const QByteArrayList outputFormats{"csv", "tsv", "jcamp", "json"};
-const QByteArrayList inputFormats{"table", "jcamp", "json"};
+QByteArrayList outputFormats()
+{
+    return {"csv", "tsv", "jcamp", "json"};
+}
+
+QByteArrayList inputFormats()
+{
+    return {"table", "jcamp", "json"};
+}
 
 struct Job {
     InputFile input;
@@ -70,7 +77,7 @@ QByteArray formatOfName(const QByteArray &name)
         return "jcamp";
     if (ending == "txt" || ending == "tab")
         return "tsv";
-    return outputFormats.contains(ending) ? ending : QByteArray();
+    return outputFormats().contains(ending) ? ending : QByteArray();
 }
 
 QByteArray formatOfContents(const QByteArray &bytes)
@@ -224,12 +231,12 @@ std::variant<Job, UsageError> jobOf(const Arguments &arguments)
     job.spectrum = arguments.value("spectrum");
     if (job.to.isEmpty())
         return UsageError{"--to FORMAT is missing", {}};
-    if (!outputFormats.contains(job.to))
-        return UsageError{"the format " + job.to + " is none of " + outputFormats.join(", "),
-                          closestTo(job.to, outputFormats)};
-    if (!job.from.isEmpty() && !inputFormats.contains(job.from))
-        return UsageError{"the format " + job.from + " is none of " + inputFormats.join(", "),
-                          closestTo(job.from, inputFormats)};
+    if (!outputFormats().contains(job.to))
+        return UsageError{"the format " + job.to + " is none of " + outputFormats().join(", "),
+                          closestTo(job.to, outputFormats())};
+    if (!job.from.isEmpty() && !inputFormats().contains(job.from))
+        return UsageError{"the format " + job.from + " is none of " + inputFormats().join(", "),
+                          closestTo(job.from, inputFormats())};
     if (!isSpectrumChoice(job.spectrum, false))
         return UsageError{"--spectrum " + job.spectrum + " is not a number", {}};
     const QByteArray decimal = arguments.value("decimal");

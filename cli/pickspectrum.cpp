@@ -31,14 +31,16 @@ qsizetype countNoNumbers(const QJsonObject &spectrum)
     qsizetype count = 0;
     const auto look = [&](const QJsonValue &value) { count += value.isDouble() ? 0 : 1; };
     if (spectrum.contains(pointObjectsKey)) {
-        for (const QJsonValue point : spectrum.value(pointObjectsKey).toArray()) {
+        const QJsonArray points = spectrum.value(pointObjectsKey).toArray();
+        for (const auto &point : points) {
             look(point.toObject().value(energiesKey));
             look(point.toObject().value(intensitiesKey));
         }
         return count;
     }
     for (const QLatin1String key : {energiesKey, intensitiesKey}) {
-        for (const QJsonValue value : spectrum.value(key).toArray())
+        const QJsonArray values = spectrum.value(key).toArray();
+        for (const auto &value : values)
             look(value);
     }
     return count;

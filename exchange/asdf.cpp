@@ -103,7 +103,7 @@ private:
 
     QByteArray take(qsizetype size)
     {
-        const QByteArray taken = m_rest.first(size).toByteArray();
+        QByteArray taken = m_rest.first(size).toByteArray();
         m_rest = m_rest.sliced(size);
         return taken;
     }

@@ -75,7 +75,7 @@ private:
               std::pair("FIRSTX", &m_firstX), std::pair("LASTX", &m_lastX),
               std::pair("FIRSTY", &m_firstY), std::pair("DELTAX", &m_deltaX),
               std::pair("NPOINTS", &m_count)}) {
-            if (const Error error = readNumber(name, *value))
+            if (Error error = readNumber(name, *value))
                 return error;
         }
         m_xFactor = xFactor.value_or(1);

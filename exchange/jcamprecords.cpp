@@ -11,7 +11,8 @@ namespace
 QByteArray nameOf(const QByteArray &label)
 {
     QByteArray name;
-    for (const char c : label.toUpper()) {
+    const QByteArray upper = label.toUpper();
+    for (const char c : upper) {
         if (!QByteArrayView(" -/_").contains(c))
             name += c;
     }

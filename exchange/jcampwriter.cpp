@@ -72,7 +72,7 @@ QByteArray titleOf(const QJsonObject &spectrum)
 {
     const QString title = spectrum.value(QLatin1String("Title")).toString();
     QByteArray text;
-    for (const QChar c : title.left(int(lineLength) - 10))
+    for (const QChar c : QStringView(title).left(int(lineLength) - 10))
         text += c >= QLatin1Char(' ') && c <= QLatin1Char('~') && c != QLatin1Char('$')
                     ? c.toLatin1()
                     : '?';

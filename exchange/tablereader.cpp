@@ -224,7 +224,8 @@ void readText(const TableLine &line, ExchangedSpectrum &spectrum)
     if (match.hasMatch() && !key.isEmpty()
         && setMetadata(spectrum.metadata, key, unquoted(match.captured(2).toUtf8())))
         return;
-    if (!QString(text).remove(QRegularExpression(QStringLiteral("[#%\\s]"))).isEmpty())
+    static const QRegularExpression something(QStringLiteral("[^#%\\s]"));
+    if (something.match(text).hasMatch())
         spectrum.warnings.append("line " + QByteArray::number(line.number)
                                  + " is not kept: " + text.toUtf8());
 }

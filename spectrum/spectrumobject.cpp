@@ -11,7 +11,7 @@ QList<QPointF> pointsOfObjects(const QJsonArray &array)
 {
     QList<QPointF> points;
     points.reserve(array.size());
-    for (const QJsonValue element : array) {
+    for (const auto &element : array) {
         const QJsonObject point = element.toObject();
         points.append(
             {point.value(energiesKey).toDouble(), point.value(intensitiesKey).toDouble()});
@@ -26,7 +26,7 @@ QList<QPointF> pointsOfArrays(const QJsonArray &energies, const QJsonArray &inte
         return points;
     points.reserve(energies.size());
     auto intensity = intensities.begin();
-    for (const QJsonValue energy : energies)
+    for (const auto &energy : energies)
         points.append({energy.toDouble(), (*intensity++).toDouble()});
     return points;
 }

@@ -241,7 +241,7 @@ private slots:
         QCOMPARE(f.model.toJson(), Fixture(fullSpectrum(1)).model.toJson());
         f.model.loadFromJson({});
         const QJsonObject written = f.model.toJson();
-        for (const QJsonValue &value : written) {
+        for (const auto &value : written) {
             QVERIFY2(value == QJsonValue(QString()) || value == QJsonValue(0)
                          || value == QJsonValue(false) || value == QJsonValue(QJsonArray()),
                      qPrintable(value.toVariant().toString()));

@@ -36,7 +36,7 @@ QList<double> numbersIn(const QJsonValue &array)
 {
     QList<double> numbers;
     const QJsonArray elements = array.toArray();
-    for (const QJsonValue &element : elements) {
+    for (const auto &element : elements) {
         REQUIRE(element.isDouble());
         numbers.append(element.toDouble());
     }

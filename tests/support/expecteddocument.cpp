@@ -80,7 +80,7 @@ Points pointsOf(const QJsonObject &spectrum)
     Points points;
     if (spectrum.contains("Spectrum"_L1)) {
         const QJsonArray elements = spectrum["Spectrum"_L1].toArray();
-        for (const QJsonValue &element : elements) {
+        for (const auto &element : elements) {
             points.energies.append(numberOf(element.toObject()["E"_L1]));
             points.intensities.append(numberOf(element.toObject()["I"_L1]));
         }
@@ -90,9 +90,9 @@ Points pointsOf(const QJsonObject &spectrum)
     const QJsonArray intensities = spectrum["I"_L1].toArray();
     if (energies.size() != intensities.size())
         return points;
-    for (const QJsonValue &energy : energies)
+    for (const auto &energy : energies)
         points.energies.append(numberOf(energy));
-    for (const QJsonValue &intensity : intensities)
+    for (const auto &intensity : intensities)
         points.intensities.append(numberOf(intensity));
     return points;
 }
