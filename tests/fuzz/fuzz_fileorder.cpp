@@ -32,9 +32,9 @@ bool isBefore(const QString &left, const QString &right)
 // counts.
 void testCollation(const QString &left, const QString &right)
 {
-    const auto isForeignDigit = [](QChar c) { return c.isDigit() && c.unicode() > u'9'; };
-    if (std::any_of(left.begin(), left.end(), isForeignDigit)
-        || std::any_of(right.begin(), right.end(), isForeignDigit))
+    const auto isForeignDigit = [](char32_t c) { return QChar::isDigit(c) && c > U'9'; };
+    const QList<uint> characters = QString(left + right).toUcs4();
+    if (std::any_of(characters.begin(), characters.end(), isForeignDigit))
         return;
     QCollator collator;
     collator.setNumericMode(true);
