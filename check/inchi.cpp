@@ -131,7 +131,7 @@ private:
             const InchiComponent &component = m_components[static_cast<std::size_t>(i)];
             const int found = hydrogensOf(component, parts[i]);
             if (found != component.hydrogens())
-                fail(QStringLiteral("its layers hold %1 hydrogen atoms, its formula %2")
+                fail(QStringLiteral("hydrogen atoms in its layers: %1, in its formula: %2")
                          .arg(found)
                          .arg(component.hydrogens()));
         }

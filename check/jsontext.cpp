@@ -128,15 +128,34 @@ private:
 namespace
 {
 
-JsonError errorOf(const rapidjson::ParseResult &result)
+// What is wrong with an escape, or a character that must be written as one.
+QString escapeError(char c)
+{
+    constexpr int hexadecimal = 16;
+    if (c == '\n' || c == '\r')
+        return QStringLiteral("A line ends within a text, where \\n has to stand for it.");
+    if (static_cast<unsigned char>(c) >= ' ')
+        return QStringLiteral("There is no such escape in a text.");
+    return QStringLiteral("A control character within a text, where \\u%1 has to stand for it.")
+        .arg(static_cast<int>(c), 4, hexadecimal, QLatin1Char('0'));
+}
+
+JsonError errorOf(const rapidjson::ParseResult &result, const QByteArray &bytes)
 {
     const auto offset = static_cast<qsizetype>(result.Offset());
     switch (result.Code()) {
+    case rapidjson::kParseErrorStringEscapeInvalid:
+        return {JsonError::Syntax, offset,
+                escapeError(offset < bytes.size() ? bytes[offset] : ' ')};
     case rapidjson::kParseErrorNumberTooBig:
         return {JsonError::NumberTooLarge, offset, QStringLiteral("The number is too large.")};
     case rapidjson::kParseErrorTermination:
         return {JsonError::Syntax, offset,
                 QStringLiteral("Nested more than %1 levels deep.").arg(deepestNesting)};
+    case rapidjson::kParseErrorObjectMissName:
+        return {
+            JsonError::Syntax, offset,
+            QStringLiteral("A key in quotes is due here; no comma stands behind the last member.")};
     case rapidjson::kParseErrorDocumentEmpty:
         return {JsonError::Syntax, offset, QStringLiteral("The file is empty.")};
     default:
@@ -162,7 +181,7 @@ JsonText::JsonText(const QByteArray &bytes)
         reader.Parse<rapidjson::kParseInsituFlag | rapidjson::kParseNumbersAsStringsFlag>(stream,
                                                                                           builder);
     if (result.IsError())
-        m_error = errorOf(result);
+        m_error = errorOf(result, m_bytes);
     else if (const auto end = static_cast<qsizetype>(stream.Tell()); end != m_bytes.size())
         // To the parser a zero byte is the end.
         m_error = {JsonError::Syntax, end, QStringLiteral("A zero byte in the text.")};

@@ -31,7 +31,7 @@ void checkPicture(const JsonValue &value, FindingList &findings)
         findings.add(Check::ImageSize, value,
                      QStringLiteral("The structure image is very large: %1, %2 kB")
                          .arg(measures)
-                         .arg(bytes.size() / 1000),
+                         .arg((bytes.size() + 999) / 1000),
                      QStringLiteral("Scale it down."));
     else if (qMin(decoded.width(), decoded.height()) < smallestSide)
         findings.add(Check::ImageSize, value,

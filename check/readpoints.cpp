@@ -51,8 +51,8 @@ public:
     {
         if (m_mistyped.count > 0)
             findings.add(Check::ValueType, m_mistyped.first,
-                         QStringLiteral("%1 stands where the editor reads a number, and is taken "
-                                        "for 0%2")
+                         QStringLiteral("Here stands %1 where the editor reads a number, and is "
+                                        "taken for 0%2")
                              .arg(kindName(m_mistyped.first.kind()), m_mistyped.others()));
         if (m_outOfRange.count > 0)
             findings.add(
@@ -100,22 +100,31 @@ PointArrays readObjects(const JsonValue &list, FindingList &findings)
     NumberReader energies;
     NumberReader intensities;
     Tally mistyped;
+    Tally incomplete;
     if (!list.isArray())
         return points;
     for (JsonValue element = list.firstChild(); element; element = element.nextSibling()) {
         if (!element.isObject())
             mistyped.add(element);
+        else if (!element.member(energiesKey) || !element.member(intensitiesKey))
+            incomplete.add(element);
         points.energiesEv.push_back(energies.read(element.member(energiesKey)));
         points.intensities.push_back(intensities.read(element.member(intensitiesKey)));
     }
     if (mistyped.count > 0)
         findings.add(Check::ValueType, mistyped.first,
-                     QStringLiteral("%1 stands where the editor reads a point, and is taken for "
-                                    "0; 0%2")
+                     QStringLiteral("Here stands %1 where the editor reads a point, and is taken "
+                                    "for 0; 0%2")
                          .arg(kindName(mistyped.first.kind()), mistyped.others()));
+    if (incomplete.count > 0)
+        findings.add(Check::ValueType, incomplete.first,
+                     QStringLiteral("A point without \"%1\", which is taken for 0%2")
+                         .arg(incomplete.first.member(energiesKey) ? intensitiesKey : energiesKey,
+                              incomplete.others()));
     energies.report(findings);
     intensities.report(findings);
-    points.isWhole = mistyped.count == 0 && energies.isFinite() && intensities.isFinite();
+    points.isWhole =
+        mistyped.count + incomplete.count == 0 && energies.isFinite() && intensities.isFinite();
     points.hasTooManyDigits = energies.isRounded();
     return points;
 }
@@ -124,8 +133,18 @@ PointArrays readObjects(const JsonValue &list, FindingList &findings)
 
 PointArrays readPoints(const JsonValue &spectrum, FindingList &findings)
 {
-    if (const JsonValue objects = spectrum.member(pointObjectsKey))
+    if (const JsonValue objects = spectrum.member(pointObjectsKey)) {
+        for (const QLatin1String key : {energiesKey, intensitiesKey}) {
+            const JsonValue list = spectrum.member(key);
+            if (list && list.count() > 0)
+                findings.addAtKey(Check::UnknownKey, list,
+                                  QStringLiteral("The editor reads the points under \"%1\", and "
+                                                 "drops those under \"%2\"")
+                                      .arg(pointObjectsKey, key),
+                                  QStringLiteral("Keep the right ones of the two."));
+        }
         return readObjects(objects, findings);
+    }
     PointArrays points;
     points.energies = spectrum.member(energiesKey);
     const JsonValue intensityList = spectrum.member(intensitiesKey);

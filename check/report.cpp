@@ -19,16 +19,15 @@ QByteArray counted(qsizetype count, const char *what)
 // A text for one line of a terminal: control characters, which could move its cursor, as escapes.
 QByteArray shown(const QString &text)
 {
-    QByteArray bytes;
-    const QByteArray utf8 = text.toUtf8();
-    for (const char c : utf8) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < ' ' || byte == 0x7f)
-            bytes += "\\x" + QByteArray::number(byte, 16).rightJustified(2, '0');
+    constexpr int hexadecimal = 16;
+    QString escaped;
+    for (const QChar c : text) {
+        if (c.category() == QChar::Other_Control)
+            escaped += QStringLiteral("\\x%1").arg(c.unicode(), 2, hexadecimal, QLatin1Char('0'));
         else
-            bytes += c;
+            escaped += c;
     }
-    return bytes;
+    return escaped.toUtf8();
 }
 
 QByteArray findingLine(const Finding &finding, bool coloured)

@@ -52,6 +52,15 @@ qsizetype distance(const QByteArray &from, const QByteArray &to)
     return table.back();
 }
 
+// Whether all parts of a word stand in another one: "cas-digit" in "cas-check-digit".
+bool hasParts(const QByteArrayList &parts, const QByteArray &candidate)
+{
+    const QByteArrayList others = candidate.split('-');
+    return parts.size() > 1 && std::all_of(parts.begin(), parts.end(), [&](const QByteArray &part) {
+               return others.contains(part);
+           });
+}
+
 } // namespace
 
 QByteArray closestTo(const QByteArray &word, const QByteArrayList &candidates)
@@ -63,9 +72,10 @@ QByteArray closestTo(const QByteArray &word, const QByteArrayList &candidates)
     qsizetype least = std::max<qsizetype>(1, word.size() / 3) + 1;
     for (const QByteArray &candidate : candidates) {
         const qsizetype needed = distance(word.toLower(), candidate.toLower());
-        // The start of a long name is as good as one letter off.
-        const bool isStart = word.size() > 2 && candidate.startsWith(word);
-        const qsizetype effort = isStart ? std::min<qsizetype>(needed, 1) : needed;
+        // The start of a long name, or some of its parts, are as good as one letter off.
+        const bool isPart = (word.size() > 2 && candidate.startsWith(word))
+                            || hasParts(word.toLower().split('-'), candidate);
+        const qsizetype effort = isPart ? std::min<qsizetype>(needed, 1) : needed;
         if (effort < least) {
             least = effort;
             best = candidate;

@@ -113,7 +113,11 @@ private:
         CheckSet set;
         const QByteArrayList values = m_arguments.values(option);
         for (const QByteArray &value : values) {
-            for (const QByteArray &id : value.split(',')) {
+            for (const QByteArray &word : value.split(',')) {
+                const QByteArray id = word.trimmed();
+                if (id.isEmpty() && !m_refusal)
+                    refuse(usageError(m_console, checkCommand(),
+                                      {QByteArray("--") + option + " needs ids of checks", {}}));
                 const std::optional<Check> check = checkOfId(QString::fromUtf8(id));
                 if (check)
                     set.set(static_cast<std::size_t>(*check));
@@ -234,7 +238,7 @@ QByteArrayList checkIds()
 
 const Command &checkCommand()
 {
-    static const Command command{"check", "PATH...", "say everything that is wrong in files",
+    static const Command command{"check", "PATH...", "Say everything that is wrong in files",
                                  details, options,   run};
     return command;
 }

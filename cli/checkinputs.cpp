@@ -87,7 +87,10 @@ private:
                             : shownName(name) + ": "
                                   + whyUnreadable(InputFile{name, libraryPath(name)}));
         const QByteArrayList names = bytes->split(m_arguments.has("null") ? '\0' : '\n');
-        for (const QByteArray &each : names) {
+        for (QByteArray each : names) {
+            // A list from Windows; a name that ends like that needs the other form.
+            if (!m_arguments.has("null") && each.endsWith('\r'))
+                each.chop(1);
             if (!each.isEmpty())
                 take(each);
         }

@@ -4,6 +4,7 @@
 #include "cli/filenames.h"
 #include "cli/interruption.h"
 #include "cli/readfile.h"
+#include "cli/writefile.h"
 #include "database/databasecompiler.h"
 #include "species/jsonfile.h"
 #include "species/speciesfile.h"
@@ -77,7 +78,7 @@ int fail(const Job &job, const CompileError &error, Console &console)
             console.error(error.file.toUtf8() + ": changed while it was read");
         break;
     case CompileError::UnwritableOutput:
-        console.error(shownName(job.output) + ": cannot be written");
+        sayUnwritable(job.output, console);
         break;
     case CompileError::UnreadableOutput:
         console.error(shownName(job.output) + ": cannot be read");
@@ -139,6 +140,8 @@ int run(const Arguments &arguments, Console &console)
     };
     if (!arguments.has("output"))
         return usageError(console, compileCommand(), {"-o DB.json is missing", {}});
+    if (arguments.value("output") == "-")
+        return usageError(console, compileCommand(), {"DB.json has to be a file", {}});
     if (arguments.operands().isEmpty())
         return usageError(console, compileCommand(), {"no species file is named", {}});
 

@@ -2,9 +2,10 @@
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/filenames.h"
-#include "cli/interruption.h"
+#include "cli/jsonlosses.h"
 #include "cli/pickspectrum.h"
 #include "cli/readfile.h"
+#include "cli/writefile.h"
 #include "exchange/jcampreader.h"
 #include "exchange/jcampwriter.h"
 #include "exchange/metadata.h"
@@ -29,7 +30,7 @@ namespace
 {
 
 constexpr std::array options{
-    Option{"output", 'o', "OUT", "the file to write; standard output if not given"},
+    Option{"output", 'o', "OUT", "the file to write; standard output if not given, or -"},
     Option{"to", 't', "csv|tsv|jcamp|json", "the format; told by OUT's ending if not given"},
     Option{"from", 'f', "table|jcamp|json", "FILE's format; told by its contents if not given"},
     Option{"spectrum", 's', "N", "the spectrum of a file of several: DatasetN of a species"},
@@ -82,7 +83,10 @@ QByteArray formatOfName(const QByteArray &name)
 
 QByteArray formatOfContents(const QByteArray &bytes)
 {
-    const QByteArray start = bytes.left(4096).trimmed();
+    QByteArray start = bytes.left(4096);
+    if (start.startsWith("\xef\xbb\xbf"))
+        start.remove(0, 3);
+    start = start.trimmed();
     if (start.startsWith('{'))
         return "json";
     return start.startsWith("##") || start.startsWith("$$") ? "jcamp" : "table";
@@ -90,7 +94,11 @@ QByteArray formatOfContents(const QByteArray &bytes)
 
 std::variant<ExchangedSpectrum, ExchangeError> readJson(const QByteArray &bytes, const Job &job)
 {
-    const QJsonObject file = QJsonDocument::fromJson(bytes).object();
+    QJsonParseError error;
+    const QJsonObject file = QJsonDocument::fromJson(bytes, &error).object();
+    if (error.error != QJsonParseError::NoError)
+        return ExchangeError{1 + qsizetype(bytes.first(error.offset).count('\n')),
+                             "no JSON: " + error.errorString().toUtf8()};
     const auto picked = pickSpectra(file, job.spectrum);
     if (const auto *reason = std::get_if<QByteArray>(&picked))
         return ExchangeError{0, *reason};
@@ -98,6 +106,8 @@ std::variant<ExchangedSpectrum, ExchangeError> readJson(const QByteArray &bytes,
     if (const QByteArray lost = whyPointsAreLost(object); !lost.isEmpty())
         return ExchangeError{0, "the points are not sound: " + lost};
     ExchangedSpectrum spectrum{{}, storedPoints(object), {}};
+    for (const QByteArray &loss : lossesInReading(bytes))
+        spectrum.warnings.append("not kept: " + loss);
     for (const QLatin1String key : {typeKey, energiesKey, intensitiesKey, pointObjectsKey})
         object.remove(key);
     spectrum.metadata = object;
@@ -125,7 +135,7 @@ QJsonObject completed(const ExchangedSpectrum &spectrum, const QByteArray &name,
     for (auto member = spectrum.metadata.begin(); member != spectrum.metadata.end(); ++member) {
         const QJsonValue kept = object.value(member.key());
         if (kept != member.value() && member.value() != QJsonValue(QString()))
-            console.error(shownName(name) + ": not kept: " + member.key().toUtf8() + ": "
+            console.error(name + ": not kept: " + member.key().toUtf8() + ": "
                           + metadataText(member.key(), member.value()));
     }
     storePoints(object, spectrum.points);
@@ -160,16 +170,10 @@ std::optional<QByteArray> readBytes(const Job &job, Console &console)
 
 int write(const Job &job, const QByteArray &bytes, Console &console)
 {
-    if (job.output.isEmpty()) {
-        console.out(bytes);
-        return exitFine;
-    }
-    const InterruptionHold hold;
-    OutputFile output(job.output);
-    if (replaceFileBytes(output.path(), bytes) && output.putInPlace())
-        return exitFine;
-    console.error(shownName(job.output) + ": cannot be written");
-    return exitFailure;
+    if (!job.output.isEmpty())
+        return writeFile(job.output, bytes, console) ? exitFine : exitFailure;
+    console.out(bytes);
+    return exitFine;
 }
 
 int convert(const Job &job, Console &console)
@@ -178,7 +182,8 @@ int convert(const Job &job, Console &console)
     if (!bytes)
         return exitFailure;
     auto read = readSpectrum(*bytes, job);
-    const QByteArray name = shownName(job.input.name);
+    const QByteArray name =
+        job.input.name == "-" ? QByteArray("<stdin>") : shownName(job.input.name);
     if (const auto *error = std::get_if<ExchangeError>(&read)) {
         const QByteArray line =
             error->line > 0 ? QByteArray(':' + QByteArray::number(error->line)) : QByteArray();
@@ -195,7 +200,7 @@ int convert(const Job &job, Console &console)
     if (!spectrum.metadata.contains(created))
         spectrum.metadata.insert(created, QDate::currentDate().toString(Qt::ISODate));
     const bool isTable = (job.from.isEmpty() ? formatOfContents(*bytes) : job.from) == "table";
-    return write(job, written(completed(spectrum, job.input.name, console), job, isTable), console);
+    return write(job, written(completed(spectrum, name, console), job, isTable), console);
 }
 
 // Fills the fields to set. Returns what is wrong with them.
@@ -226,6 +231,8 @@ std::variant<Job, UsageError> jobOf(const Arguments &arguments)
     Job job;
     job.input = {name, libraryPath(name)};
     job.output = arguments.value("output");
+    if (job.output == "-")
+        job.output.clear();
     job.to = arguments.value("to", formatOfName(job.output));
     job.from = arguments.value("from");
     job.spectrum = arguments.value("spectrum");

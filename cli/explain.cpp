@@ -75,6 +75,6 @@ int run(const Arguments &arguments, Console &console)
 const Command &explainCommand()
 {
     static const Command command{
-        "explain", "[ID...]", "explain the checks", details, std::span<const Option>(), run};
+        "explain", "[ID...]", "Explain the checks", details, std::span<const Option>(), run};
     return command;
 }

@@ -118,7 +118,7 @@ public:
         for (const QByteArray &file : jsonFiles(path, raw.oddFiles)) {
             const QByteArray name = childName(folder, file);
             if (m_leftOut.empty() || canonical(name) != m_leftOut)
-                m_inputs.files.append({name, childPath(path, file, name)});
+                m_inputs.files.append({name, childPath(path, file, name), false});
         }
         for (const QByteArray &subfolder : inNaturalOrder(raw.subfolders)) {
             const QByteArray name = childName(folder, subfolder);

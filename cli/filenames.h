@@ -14,6 +14,7 @@
 struct InputFile {
     QByteArray name;
     QString path;
+    bool isNamed = true; // on the command line; else it was found in a folder
 };
 
 // The path under which the libraries can read the file or folder of this name.

@@ -2,9 +2,9 @@
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/filenames.h"
-#include "cli/interruption.h"
 #include "cli/jsonlosses.h"
 #include "cli/readfile.h"
+#include "cli/writefile.h"
 #include "species/filebytes.h"
 #include "species/jsonfile.h"
 #include "species/speciesfile.h"
@@ -29,67 +29,46 @@ constexpr char details[] =
     R"(Writes a species or spectrum file exactly as the editor does that has opened it and
 saves it: to standard output, or with --in-place in its own place, as a whole or
 not at all. What gets lost on the way is named on standard error: keys that the
-editor does not know, values of another type than it expects, digits behind the
-sixth of a point.
+editor does not know or that are written twice, values of another type than it
+expects, digits behind the sixth of a point.
 
 With --check the status is 1 if a file would change. A folder stands for all its
-files *.json and those of its subfolders.
+files *.json and those of its subfolders but databases.
 )";
 
-struct Formatted {
-    QByteArray before;
-    QByteArray after;
-};
-
-// The file's text before and after; says on standard error what is wrong with the file, or what
-// gets lost.
-std::optional<Formatted> format(const InputFile &input, Console &console)
+// Handles one file: says what gets lost in it on standard error. Returns the status that the file
+// alone would give.
+int formatFile(const InputFile &input, const Arguments &arguments, Console &console)
 {
     const std::optional<QJsonObject> object = readObject(input, console);
     if (!object)
-        return std::nullopt;
+        return exitFailure;
+    if (isPassedOver(input, *object, PassOver::Databases))
+        return exitFine;
     const bool isSpecies = hasType(*object, speciesFileType);
     if (!isSpecies && !hasType(*object, spectrumFileType)) {
         console.error(shownName(input.name) + ": neither a species nor a spectrum file");
-        return std::nullopt;
+        return exitFailure;
     }
-    const std::optional<QByteArray> bytes = readFileBytes(input.path);
-    if (!bytes) {
+    const std::optional<QByteArray> before = readFileBytes(input.path);
+    if (!before) {
         console.error(shownName(input.name) + ": " + whyUnreadable(input));
-        return std::nullopt;
+        return exitFailure;
     }
     const QJsonObject resaved =
         isSpecies ? resavedSpeciesFile(*object) : resavedSpectrumFile(*object);
-    for (const QByteArray &loss : lossesBetween(*object, resaved))
+    for (const QByteArray &loss : lossesInReading(*before) + lossesBetween(*object, resaved))
         console.error(shownName(input.name) + ": not kept: " + loss);
-    return Formatted{*bytes, QJsonDocument(resaved).toJson(QJsonDocument::Indented)};
-}
-
-bool replace(const InputFile &input, const QByteArray &bytes, Console &console)
-{
-    const InterruptionHold hold;
-    OutputFile output(input.name);
-    if (replaceFileBytes(output.path(), bytes) && output.putInPlace())
-        return true;
-    console.error(shownName(input.name) + ": cannot be written");
-    return false;
-}
-
-// Handles one file. Returns the status that it alone would give.
-int formatFile(const InputFile &input, const Arguments &arguments, Console &console)
-{
-    const std::optional<Formatted> text = format(input, console);
-    if (!text)
-        return exitFailure;
-    const bool changes = text->before != text->after;
+    const QByteArray after = QJsonDocument(resaved).toJson(QJsonDocument::Indented);
+    const bool changes = *before != after;
     if (arguments.has("check")) {
         if (changes)
             console.out(shownName(input.name) + '\n');
         return changes ? exitFindings : exitFine;
     }
     if (arguments.has("in-place"))
-        return !changes || replace(input, text->after, console) ? exitFine : exitFailure;
-    console.out(text->after);
+        return !changes || writeFile(input.name, after, console) ? exitFine : exitFailure;
+    console.out(after);
     return exitFine;
 }
 

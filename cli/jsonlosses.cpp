@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/jsonlosses.h"
 
+#include "check/findinglist.h"
+#include "check/jsontext.h"
+#include "check/recordcheck.h"
 #include "cli/pickspectrum.h"
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
@@ -122,4 +125,18 @@ QByteArrayList lossesBetween(const QJsonObject &before, const QJsonObject &after
     }
     losses.compareMembers({}, rest, after);
     return losses.lines;
+}
+
+QByteArrayList lossesInReading(const QByteArray &json)
+{
+    const JsonText text(json);
+    QByteArrayList losses;
+    if (text.error())
+        return losses;
+    FindingList findings({}, json, CheckSet().set());
+    checkDuplicateKeys(text.root(), findings);
+    const QList<Finding> repeated = findings.take();
+    for (const Finding &finding : repeated)
+        losses.append(finding.pointer.toUtf8() + ": the key is written again below");
+    return losses;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
 #include <QByteArrayList>
 #include <QJsonObject>
 
@@ -9,3 +10,7 @@
 // taken together. Spectra that only get another number, a picture that is encoded anew, and points
 // in another form are not lost.
 [[nodiscard]] QByteArrayList lossesBetween(const QJsonObject &before, const QJsonObject &after);
+
+// A line of the same form for each value of the JSON text whose key is written again below it,
+// which no reader of objects gets to see.
+[[nodiscard]] QByteArrayList lossesInReading(const QByteArray &json);

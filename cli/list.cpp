@@ -28,8 +28,8 @@ constexpr char details[] =
 number, the adiabatic and the vertical ionisation energy in eV as they are
 entered, the number of spectra and how many there are of each type. Texts are
 shown without markup. A folder stands for all its files *.json and those of its
-subfolders. "tsv" has a line of headings and tabs between the columns, "json" is
-an array of objects.
+subfolders but databases and spectrum files. "tsv" has a line of headings and tabs
+between the columns, "json" is an array of objects.
 )";
 
 constexpr std::array<const char *, 8> headings{"file", "name", "formula", "CAS",
@@ -193,6 +193,8 @@ int run(const Arguments &arguments, Console &console)
             const std::optional<QJsonObject> object = readObject(input, console);
             if (!object)
                 status = exitFailure;
+            else if (isPassedOver(input, *object, PassOver::DatabasesAndSpectra))
+                continue;
             else if (!hasType(*object, speciesFileType))
                 fail(input.name, "not a species file");
             else

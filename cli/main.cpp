@@ -8,12 +8,14 @@
 
 #include <cstdio>
 #include <memory>
+#include <string_view>
 
 #ifndef Q_OS_WIN
 #include <clocale>
 #include <cstring>
 #include <fcntl.h>
 #include <langinfo.h>
+#include <unistd.h>
 #endif
 
 namespace
@@ -63,6 +65,30 @@ void dropRemarks(QtMsgType type, const QMessageLogContext &, const QString &text
         std::fprintf(stderr, "zoravel: %s\n", qUtf8Printable(text));
 }
 
+#ifdef __GLIBC__
+// The decoder of pictures tells the standard stream what it thinks of a broken one, without saying
+// of which. The commands name the file themselves.
+ssize_t writeButForDecoder(void *, const char *bytes, std::size_t size)
+{
+    constexpr std::string_view remark = "libpng ";
+    if (!std::string_view(bytes, size).starts_with(remark))
+        static_cast<void>(write(STDERR_FILENO, bytes, size));
+    return static_cast<ssize_t>(size);
+}
+
+void dropDecoderRemarks()
+{
+    cookie_io_functions_t functions = {};
+    functions.write = writeButForDecoder;
+    if (std::FILE *stream = fopencookie(nullptr, "w", functions)) {
+        static_cast<void>(std::setvbuf(stream, nullptr, _IOLBF, 0));
+        stderr = stream;
+    }
+}
+#else
+void dropDecoderRemarks() {}
+#endif
+
 // Widgets are drawn in memory, whatever the desktop is like.
 std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv, bool draws)
 {
@@ -84,6 +110,7 @@ int main(int argc, char *argv[])
     catchInterruptions();
     chooseLocale();
     qInstallMessageHandler(dropRemarks);
+    dropDecoderRemarks();
     const QByteArrayList words = commandLine(argc, argv);
     const Command *command = findCommand(words);
     // The toolkit would take options of its own from the command line.

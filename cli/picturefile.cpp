@@ -116,6 +116,19 @@ void drawSvg(ChartScene &scene, const PictureFormat &format, QIODevice &device)
     scene.render(generator, QRectF(QPointF(), QSizeF(format.size)));
 }
 
+// The generator measures in millimetres, of which a picture of 800 pixels has a fraction too many:
+// pages would show it with a margin of part of a pixel.
+void measureInPixels(QByteArray &svg, const QSize &size)
+{
+    const qsizetype start = svg.indexOf("<svg width=\"");
+    const qsizetype end = svg.indexOf("viewBox=", start);
+    if (start < 0 || end < 0)
+        return;
+    const QByteArray measures = "<svg width=\"" + QByteArray::number(size.width()) + "\" height=\""
+                                + QByteArray::number(size.height()) + "\" ";
+    svg.replace(start, end - start, measures);
+}
+
 void drawPdf(ChartScene &scene, const PictureFormat &format, QIODevice &device)
 {
     QPdfWriter writer(&device);
@@ -150,6 +163,7 @@ QByteArray pictureOf(const QList<QPointF> &points, bool isLineSpectrum, const Pi
         break;
     case PictureFormat::Svg:
         drawSvg(scene, format, buffer);
+        measureInPixels(bytes, format.size);
         break;
     case PictureFormat::Pdf:
         drawPdf(scene, format, buffer);

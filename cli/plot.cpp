@@ -2,10 +2,10 @@
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/filenames.h"
-#include "cli/interruption.h"
 #include "cli/pickspectrum.h"
 #include "cli/picturefile.h"
 #include "cli/readfile.h"
+#include "cli/writefile.h"
 #include "exchange/numbers.h"
 #include "species/filebytes.h"
 #include "species/speciesfile.h"
@@ -61,16 +61,6 @@ std::optional<QByteArray> pictureName(const QByteArray &pattern, qsizetype numbe
     return hasNumber || number == 1 ? std::optional(name) : std::nullopt;
 }
 
-bool writePicture(const QByteArray &name, const QByteArray &bytes, Console &console)
-{
-    const InterruptionHold hold;
-    OutputFile output(name);
-    if (!bytes.isEmpty() && replaceFileBytes(output.path(), bytes) && output.putInPlace())
-        return true;
-    console.error(shownName(name) + ": cannot be written");
-    return false;
-}
-
 // Draws the spectra of the files one by one.
 class Plotter
 {
@@ -82,10 +72,15 @@ public:
         const std::optional<QJsonObject> object = readObject(input, m_console);
         if (!object)
             return fail();
+        if (isPassedOver(input, *object, PassOver::Databases))
+            return;
         const auto picked = pickSpectra(*object, m_job.spectrum);
         if (const auto *reason = std::get_if<QByteArray>(&picked))
             return fail(input, *reason);
-        for (const NumberedSpectrum &spectrum : std::get<QList<NumberedSpectrum>>(picked))
+        const auto &spectra = std::get<QList<NumberedSpectrum>>(picked);
+        if (spectra.size() > 1 && !pictureName(m_job.output, 2))
+            return fail(input, "OUT needs a %n for more than one picture");
+        for (const NumberedSpectrum &spectrum : spectra)
             addSpectrum(input, spectrum);
     }
 
@@ -102,11 +97,12 @@ private:
         const QList<QPointF> points = model.getXYVectors();
         if (points.isEmpty() || !finiteRange(points))
             return fail(input, place + "there is nothing to draw");
-        const std::optional<QByteArray> name = pictureName(m_job.output, m_count);
-        if (!name)
-            return fail(input, place + "OUT needs a %n for more than one picture");
         const bool isLine = model.value(SpectrumColumn::LineSpectrum).toBool();
-        if (!writePicture(*name, pictureOf(points, isLine, m_job.format), m_console))
+        const QByteArray picture = pictureOf(points, isLine, m_job.format);
+        if (picture.isEmpty())
+            return fail(input, place + "the picture cannot be made, it is too large");
+        const std::optional<QByteArray> name = pictureName(m_job.output, m_count);
+        if (!name || !writeFile(*name, picture, m_console))
             fail();
     }
 

@@ -122,7 +122,8 @@ int dispatch(const QByteArrayList &words, Console &console)
     if (first.startsWith('-'))
         return say(console, "zoravel",
                    {"unknown option " + first, closestTo(first, {"--help", "--version"})});
-    return say(console, "zoravel", {"unknown command " + first, closestTo(first, commandNames())});
+    const QByteArray hint = first == "help" ? "--help" : closestTo(first, commandNames());
+    return say(console, "zoravel", {"unknown command " + first, hint});
 }
 
 } // namespace

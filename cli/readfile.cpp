@@ -3,6 +3,7 @@
 
 #include "cli/console.h"
 #include "cli/filenames.h"
+#include "database/databasecompiler.h"
 #include "species/jsonfile.h"
 #include "species/speciesfile.h"
 #include "spectrum/spectrumfile.h"
@@ -44,6 +45,13 @@ std::optional<QList<QJsonObject>> spectraOf(const QJsonObject &object)
     for (const QString &key : datasetKeys(object))
         spectra.append(object.value(key).toObject());
     return spectra;
+}
+
+bool isPassedOver(const InputFile &input, const QJsonObject &object, PassOver kinds)
+{
+    return !input.isNamed
+           && (hasType(object, databaseFileType)
+               || (kinds == PassOver::DatabasesAndSpectra && hasType(object, spectrumFileType)));
 }
 
 QString plainText(const QString &markup)

@@ -22,5 +22,10 @@ struct InputFile;
 // spectrum file; nothing if object is neither.
 [[nodiscard]] std::optional<QList<QJsonObject>> spectraOf(const QJsonObject &object);
 
+// Whether a file is a database or, where those do not count either, a spectrum that was found in a
+// folder: a command for other kinds passes over it without a word, unless it is named.
+enum class PassOver { Databases, DatabasesAndSpectra };
+[[nodiscard]] bool isPassedOver(const InputFile &input, const QJsonObject &object, PassOver kinds);
+
 // Restricted markup as one line of text: without its tags, and a blank for a line break.
 [[nodiscard]] QString plainText(const QString &markup);

@@ -138,8 +138,10 @@ std::variant<Points, ExchangeError> pointsOf(const Layout &layout, const Columns
     for (const TableLine &row : layout.rows) {
         const QByteArrayList fields = fieldsOf(row.text, layout.dialect);
         if (fields.size() != layout.width)
-            return ExchangeError{row.number, QByteArray::number(fields.size()) + " columns, but "
-                                                 + QByteArray::number(layout.width) + " above"};
+            return ExchangeError{row.number,
+                                 QByteArray::number(fields.size())
+                                     + (fields.size() == 1 ? " column, but " : " columns, but ")
+                                     + QByteArray::number(layout.width) + " above"};
         std::array<double, 2> values{};
         for (const bool second : {false, true}) {
             const QByteArray &field = fields[second ? columns.second : columns.first];

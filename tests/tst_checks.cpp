@@ -317,6 +317,10 @@ private slots:
                               .source = {}};
         QVERIFY(textReport({{finding}, 1, {}}, true).contains("\x1b[31merror:\x1b[0m m"));
         QVERIFY(!textReport({{finding}, 1, {}}, false).contains('\x1b'));
+        // To some terminals this one character begins a command, too.
+        Finding csi = finding;
+        csi.message = QChar(0x9b);
+        QVERIFY(textReport({{csi}, 1, {}}, false).contains("\\x9b"));
     }
 
     void jsonHasAllOfAFinding()

@@ -177,6 +177,15 @@ private slots:
         QVERIFY(!parsed.error()->message.isEmpty());
     }
 
+    void errorsSayWhatIsMeant()
+    {
+        QVERIFY(
+            JsonText("{\"a\":1,}").error()->message.contains(u"no comma stands behind the last"_s));
+        QVERIFY(JsonText("[\"a\nb\"]").error()->message.contains(u"\\n has to stand"_s));
+        QVERIFY(JsonText("[\"a\tb\"]").error()->message.contains(u"\\u0009 has to stand"_s));
+        QVERIFY(JsonText("[\"a\\qb\"]").error()->message.contains(u"no such escape"_s));
+    }
+
     void nestingIsLimitedAsInTheToolkit()
     {
         const auto nested = [](int levels) -> QByteArray {

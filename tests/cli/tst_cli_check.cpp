@@ -132,6 +132,17 @@ private slots:
         QCOMPARE(console.run({"check", "--files-from", "gone"}), 3);
     }
 
+    void aListFromWindowsIsRead()
+    {
+        TestConsole console;
+        console.input = "b.json\r\nsub/a.json\r\n";
+        QCOMPARE(console.run({"check", "--only=cas-check-digit", "--files-from", "-"}), 1);
+        QVERIFY(console.output.endsWith("2 errors, 0 warnings and 0 notes in 2 files\n"));
+        console.input = QByteArray("b.json\r\0", 8);
+        QCOMPARE(console.run({"check", "-0", "--files-from", "-"}), 3);
+        QVERIFY(console.output.startsWith("b.json\\x0d:1:1: error: The file cannot be read"));
+    }
+
     void aHyphenIsStandardInput()
     {
         TestConsole console;

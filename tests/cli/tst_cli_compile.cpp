@@ -123,7 +123,10 @@ private slots:
         TestConsole console;
         QCOMPARE(console.run({"compile", "-o", root() + "/no/such/folder.json", root()}), 3);
         QCOMPARE(console.errors,
-                 "zoravel: " + root() + "/no/such/folder.json: cannot be written\n");
+                 "zoravel: " + root()
+                     + "/no/such/folder.json: cannot be written: there is no such folder\n");
+        QCOMPARE(console.run({"compile", "-o", "-", root()}), 2);
+        QVERIFY(console.errors.startsWith("zoravel compile: DB.json has to be a file\n"));
     }
 
     void upToDateIsWhatWouldBeWrittenApartFromTheDate_data()

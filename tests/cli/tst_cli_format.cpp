@@ -92,6 +92,26 @@ private slots:
         QCOMPARE(console.output, "");
     }
 
+    void aDatabaseInAFolderIsPassedOver()
+    {
+        writeFile(QStringLiteral("a.json"), saved(loose));
+        writeFile(QStringLiteral("d.json"), R"({"Type": "Database v1"})");
+        TestConsole console;
+        QCOMPARE(console.run({"format", "--check", "."}), 0);
+        QCOMPARE(console.output + console.errors, "");
+    }
+
+    void aValueThatIsWrittenAgainBelowIsSaidToBeLost()
+    {
+        writeFile(QStringLiteral("l.json"),
+                  R"({"Type": "Species v1", "Species": {"VIE": "9.1", "VIE": "9.2"}})");
+        TestConsole console;
+        QCOMPARE(console.run({"format", "l.json"}), 0);
+        QCOMPARE(console.errors,
+                 "zoravel: l.json: not kept: /Species/VIE: the key is written again below\n");
+        QVERIFY(console.output.contains("\"VIE\": \"9.2\""));
+    }
+
     void whatIsNotSpeciesOrSpectrumIsRefused()
     {
         writeFile(QStringLiteral("d.json"), R"({"Type": "Database v1"})");

@@ -71,6 +71,21 @@ private slots:
         QCOMPARE(console.errors, "");
     }
 
+    void otherKindsOfFilesInAFolderArePassedOver()
+    {
+        writeFile(QStringLiteral("db.json"), R"({"Type": "Database v1"})");
+        writeFile(QStringLiteral("s.json"), R"({"Type": "Spectrum v1"})");
+        TestConsole console;
+        QCOMPARE(console.run({"list", "-ftsv", "."}), 0);
+        QCOMPARE(console.errors, "");
+        QCOMPARE(console.output.count('\n'), 3);
+        QCOMPARE(console.run({"list", "-ftsv", ".", "s.json"}), 3);
+        QCOMPARE(console.errors, "zoravel: s.json: not a species file\n");
+        writeFile(QStringLiteral("x.json"), R"({"Type": "Species v2"})");
+        QCOMPARE(console.run({"list", "-ftsv", "."}), 3);
+        QCOMPARE(console.errors, "zoravel: ./x.json: not a species file\n");
+    }
+
     void aBadFileIsNamedAndTheOthersAreListed()
     {
         writeFile(path(QStringLiteral("a.json")), "x");

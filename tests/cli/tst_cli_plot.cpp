@@ -84,6 +84,8 @@ private slots:
         QVERIFY(renderer.isValid());
         QCOMPARE(renderer.viewBox(), QRect(0, 0, 800, 500));
         QVERIFY(fileBytes(QStringLiteral("a.svg")).contains("eV"));
+        QCOMPARE(renderer.defaultSize(), QSize(800, 500));
+        QVERIFY(fileBytes(QStringLiteral("a.svg")).contains("<svg width=\"800\" height=\"500\" "));
         QVERIFY(plots({"-o", "a.pdf", "-s", "2", furan}));
         const QByteArray pdf = fileBytes(QStringLiteral("a.pdf"));
         QVERIFY(pdf.startsWith("%PDF-") && pdf.contains("/MediaBox [0 0 600.000000 375.000000]"));
@@ -98,6 +100,26 @@ private slots:
                               QStringLiteral("p5-%.png")}));
         QVERIFY(plots({"-o", "third.png", "-s", "3", furan}));
         QCOMPARE(fileBytes(QStringLiteral("third.png")), fileBytes(QStringLiteral("p3-%.png")));
+    }
+
+    void withoutAPlaceForTheNumberThereIsNoPictureOfSeveral()
+    {
+        TestConsole console;
+        QCOMPARE(console.run({"plot", "-o", "a.png", "-s", "all", furan}), 3);
+        QCOMPARE(console.errors,
+                 "zoravel: " + furan + ": OUT needs a %n for more than one picture\n");
+        QVERIFY(QDir().isEmpty());
+    }
+
+    void whyAPictureCannotBeWrittenIsSaid()
+    {
+        TestConsole console;
+        QCOMPARE(console.run({"plot", "-o", "none/a.png", "-s", "1", furan}), 3);
+        QCOMPARE(console.errors,
+                 "zoravel: none/a.png: cannot be written: there is no such folder\n");
+        QVERIFY(QDir().mkdir(QStringLiteral("b.png")));
+        QCOMPARE(console.run({"plot", "-o", "b.png", "-s", "1", furan}), 3);
+        QCOMPARE(console.errors, "zoravel: b.png: cannot be written: it is a folder\n");
     }
 
     void whatCannotBeDrawnIsSaid_data()

@@ -47,6 +47,13 @@ private slots:
         };
         row({}, "zoravel: a command is missing\nSee \"zoravel --help\".\n");
         row({"lst"}, "zoravel: unknown command lst; did you mean list?\nSee \"zoravel --help\".\n");
+        row({"help"},
+            "zoravel: unknown command help; did you mean --help?\nSee \"zoravel --help\".\n");
+        row({"check", "--only", "cas-digit", "x"},
+            "zoravel check: there is no check cas-digit; did you mean cas-check-digit?\n"
+            "See \"zoravel check --help\".\n");
+        row({"check", "--skip", "", "x"},
+            "zoravel check: --skip needs ids of checks\nSee \"zoravel check --help\".\n");
         row({"--hlep"},
             "zoravel: unknown option --hlep; did you mean --help?\nSee \"zoravel --help\".\n");
         row({"a\nb\x1b[2J"}, "zoravel: unknown command a\\nb\\x1b[2J\nSee \"zoravel --help\".\n");

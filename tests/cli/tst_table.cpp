@@ -87,11 +87,11 @@ private slots:
         row("9,1,100,2\n", 1,
             "4 columns: name the two that count by --columns (or, if the commas are decimal ones, "
             "separate the numbers otherwise)");
-        row("1,2\n3,4\nend\n", 3, "1 columns, but 2 above");
+        row("1,2\n3,4\nend\n", 3, "1 column, but 2 above");
         row("1,2\n3,nan\n", 2, "\"nan\" is not a finite number");
         row("1,2\n3,1e999\n", 2, "\"1e999\" is not a finite number");
         row("1,2\n3,0x5\n", 2, "\"0x5\" is not a finite number");
-        row("1.5,2\n3,\n", 2, "1 columns, but 2 above");
+        row("1.5,2\n3,\n", 2, "1 column, but 2 above");
         row("1,234\t5,678\n", 1,
             "the commas could be decimal ones or between thousands: say "
             "--decimal comma, or take them out");
