@@ -174,7 +174,7 @@ JsonText::JsonText(const QByteArray &bytes)
     constexpr qsizetype bytesPerNode = 16; // of the files as the editor writes them
     m_nodes.reserve(static_cast<std::size_t>(bytes.size() / bytesPerNode));
 
-    rapidjson::InsituStringStream stream(m_decoded.data());
+    rapidjson::InsituStringStream stream(m_decoded.data()); // clazy:exclude=detaching-member
     JsonTextBuilder builder(*this, stream);
     rapidjson::Reader reader;
     const rapidjson::ParseResult result =

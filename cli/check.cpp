@@ -152,13 +152,15 @@ private:
         if (!bytes) {
             m_console.error(shownName(name) + ": "
                             + whyUnreadable(InputFile{name, libraryPath(name)}));
-            return refuse(exitFailure);
+            refuse(exitFailure);
+            return;
         }
         auto parsed = parseOverrides(*bytes);
         if (const auto *error = std::get_if<OverrideError>(&parsed)) {
             m_console.error(shownName(name) + ':' + QByteArray::number(error->line) + ": "
                             + error->message.toUtf8());
-            return refuse(exitUsage);
+            refuse(exitUsage);
+            return;
         }
         settings.overrides = std::get<QList<Override>>(std::move(parsed));
         settings.overridesName = QString::fromUtf8(name);

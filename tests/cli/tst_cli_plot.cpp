@@ -12,6 +12,7 @@ namespace
 {
 
 const QByteArray furan = ZORAVEL_EXAMPLES "/furan.json"; // 1 a curve, 2 sticks, 3 a curve
+const QByteArray water = ZORAVEL_EXAMPLES "/water.json"; // two curves
 
 // How many columns of the picture's middle half have the colour of the series in this row.
 int curvePixels(const QImage &image, int row)
@@ -93,7 +94,7 @@ private slots:
 
     void picturesAreNumberedInTheOrderOfTheSpectra()
     {
-        QVERIFY(plots({"-o", "p%n-%%.png", "-s", "all", furan, ZORAVEL_EXAMPLES "/water.json"}));
+        QVERIFY(plots({"-o", "p%n-%%.png", "-s", "all", furan, water}));
         QCOMPARE(QDir().entryList(QDir::Files),
                  (QStringList{QStringLiteral("p1-%.png"), QStringLiteral("p2-%.png"),
                               QStringLiteral("p3-%.png"), QStringLiteral("p4-%.png"),
