@@ -3,6 +3,7 @@
 
 #include "check/checks.h"
 
+#include <QDir>
 #include <QString>
 
 #include <compare>
@@ -18,4 +19,7 @@ struct Finding {
     QString message; // what is wrong, in one sentence without a full stop
     QString hint;    // how to mend it; may be empty
     QString source;  // the line of the file and a caret below, where only the place explains it
+
+    // The path as those have it who compare it with the paths in a repository: without "./".
+    [[nodiscard]] QString plainPath() const { return QDir::cleanPath(path); }
 };

@@ -64,10 +64,11 @@ QByteArray workflowCommand(const Finding &finding)
     const QString text = finding.hint.isEmpty()
                              ? finding.message
                              : finding.message + QLatin1String(". ") + finding.hint;
-    return QByteArray("::") + commands[static_cast<int>(finding.severity)] + " file="
-           + commandProperty(finding.path.toUtf8()) + ",line=" + QByteArray::number(finding.line)
-           + ",col=" + QByteArray::number(finding.column) + ",title="
-           + QByteArray(id.data(), id.size()) + "::" + commandData(text.toUtf8()) + '\n';
+    return QByteArray("::") + commands[static_cast<int>(finding.severity)]
+           + " file=" + commandProperty(finding.plainPath().toUtf8()) + ",line="
+           + QByteArray::number(finding.line) + ",col=" + QByteArray::number(finding.column)
+           + ",title=" + QByteArray(id.data(), id.size()) + "::" + commandData(text.toUtf8())
+           + '\n';
 }
 
 } // namespace

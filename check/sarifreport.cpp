@@ -37,7 +37,7 @@ QJsonArray rules()
 QJsonObject result(const Finding &finding)
 {
     // A relative reference: what looks like a scheme must not become one.
-    const QString uri = QString::fromLatin1(QUrl::toPercentEncoding(finding.path, "/"));
+    const QString uri = QString::fromLatin1(QUrl::toPercentEncoding(finding.plainPath(), "/"));
     QJsonObject location{
         {QStringLiteral("physicalLocation"),
          QJsonObject{

@@ -217,7 +217,7 @@ int run(const Arguments &arguments, Console &console)
     console.out(reportAs(settings.format, report, settings.coloured));
 
     const auto has = [&](auto predicate) {
-        return std::any_of(report.findings.begin(), report.findings.end(), predicate);
+        return std::any_of(report.findings.cbegin(), report.findings.cend(), predicate);
     };
     if (inputs.failed
         || has([](const Finding &finding) { return finding.check == Check::Unreadable; }))

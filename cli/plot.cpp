@@ -70,16 +70,22 @@ public:
     void addFile(const InputFile &input)
     {
         const std::optional<QJsonObject> object = readObject(input, m_console);
-        if (!object)
-            return fail();
+        if (!object) {
+            fail();
+            return;
+        }
         if (isPassedOver(input, *object, PassOver::Databases))
             return;
         const auto picked = pickSpectra(*object, m_job.spectrum);
-        if (const auto *reason = std::get_if<QByteArray>(&picked))
-            return fail(input, *reason);
+        if (const auto *reason = std::get_if<QByteArray>(&picked)) {
+            fail(input, *reason);
+            return;
+        }
         const auto &spectra = std::get<QList<NumberedSpectrum>>(picked);
-        if (spectra.size() > 1 && !pictureName(m_job.output, 2))
-            return fail(input, "OUT needs a %n for more than one picture");
+        if (spectra.size() > 1 && !pictureName(m_job.output, 2)) {
+            fail(input, "OUT needs a %n for more than one picture");
+            return;
+        }
         for (const NumberedSpectrum &spectrum : spectra)
             addSpectrum(input, spectrum);
     }
@@ -95,12 +101,16 @@ private:
         SpectrumModel model(nullptr, nullptr);
         model.loadFromJson(spectrum.object);
         const QList<QPointF> points = model.getXYVectors();
-        if (points.isEmpty() || !finiteRange(points))
-            return fail(input, place + "there is nothing to draw");
+        if (points.isEmpty() || !finiteRange(points)) {
+            fail(input, place + "there is nothing to draw");
+            return;
+        }
         const bool isLine = model.value(SpectrumColumn::LineSpectrum).toBool();
         const QByteArray picture = pictureOf(points, isLine, m_job.format);
-        if (picture.isEmpty())
-            return fail(input, place + "the picture cannot be made, it is too large");
+        if (picture.isEmpty()) {
+            fail(input, place + "the picture cannot be made, it is too large");
+            return;
+        }
         const std::optional<QByteArray> name = pictureName(m_job.output, m_count);
         if (!name || !writeFile(*name, picture, m_console))
             fail();

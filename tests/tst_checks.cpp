@@ -280,7 +280,7 @@ private slots:
         for (int i = 0; i < 12; ++i)
             findings.append({.check = Check::DoiForm,
                              .severity = Severity::Warning,
-                             .path = u"a,b%.json"_s,
+                             .path = u"./a,b%.json"_s,
                              .pointer = {},
                              .line = i + 1,
                              .column = 1,
@@ -294,7 +294,7 @@ private slots:
             "::error file=a%2Cb%25.json,line=1,col=1,title=doi-form::two%0Alines\n::warning "));
         QCOMPARE(text.count("::warning "), 10);
         QVERIFY(text.contains("Beyond what GitHub shows beside the files, 2 findings:\n"
-                              "a,b%.json:11:1: warning: two\\x0alines [doi-form]\n"));
+                              "./a,b%.json:11:1: warning: two\\x0alines [doi-form]\n"));
         QVERIFY(text.endsWith("1 error, 12 warnings and 0 notes in 1 file\n"));
     }
 

@@ -90,7 +90,8 @@ Outcome changeEach(QString Molecule::*field, std::initializer_list<Check> right,
         for (qsizetype place = 0; place < text.size(); ++place) {
             if (!text[place].isLetterOrNumber())
                 continue;
-            for (const QChar c : othersThan(text[place])) {
+            const QString others = othersThan(text[place]);
+            for (const QChar c : others) {
                 Molecule other = molecule;
                 (other.*field)[place] = c;
                 tryChange(molecule, other);
@@ -151,6 +152,10 @@ private slots:
         }
         std::printf("all: %d of %d changes found (%.2f %%)\n", all.found, all.wrong,
                     100 * all.share());
+        // Most of the changes are those of the long InChI: the fields count alike here.
+        const double mean = (cas.share() + formula.share() + mass.share() + inchi.share()) / 4;
+        std::printf("mean of the four fields: %.2f %%\n", 100 * mean);
+        QVERIFY(mean >= 0.95);
         QVERIFY(all.share() >= 0.95);
         QVERIFY(cas.share() >= 0.85);
         QVERIFY(formula.share() >= 0.95);

@@ -6,6 +6,7 @@ Against the public schema of the format, and for what a schema cannot say.
 """
 
 import json
+import os
 import pathlib
 import subprocess
 import sys
@@ -62,7 +63,7 @@ class Sarif(unittest.TestCase):
         self.assertGreater(len(results), 100)
         for result, finding in zip(results, plain["findings"]):
             place = result["locations"][0]["physicalLocation"]
-            self.assertEqual(urllib.parse.unquote(place["artifactLocation"]["uri"]), finding["path"])
+            self.assertEqual(urllib.parse.unquote(place["artifactLocation"]["uri"]), os.path.normpath(finding["path"]))
             self.assertEqual(place["region"]["startLine"], finding["line"])
             self.assertEqual(place["region"]["startColumn"], finding["column"])
             self.assertEqual(result["ruleId"], finding["id"])
