@@ -4,6 +4,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QEvent>
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -110,6 +111,8 @@ int main(int argc, char *argv[])
         return 0;
     }
     for (const QString &file : std::as_const(files)) {
+        // The event loop, which does not run here, would have deleted the closed spectra.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         if (what == QLatin1String("species"))
             report(resaveSpecies(window, file));
         else
