@@ -24,3 +24,8 @@ zoravel_use_test(collection_work)
 zoravel_use_test(missing_argument)
 zoravel_use_test(focus_returns)
 zoravel_use_test(dashed_file)
+
+add_test(NAME dark_desktop
+    COMMAND ${CMAKE_CURRENT_LIST_DIR}/gui/dark_desktop $<TARGET_FILE:zoravel-entry-edit>)
+set_tests_properties(dark_desktop PROPERTIES TIMEOUT 600 RUN_SERIAL TRUE LABELS gui)
+zoravel_test_environment(dark_desktop "ASAN_OPTIONS=detect_leaks=1:strict_string_checks=0")

@@ -51,12 +51,14 @@ double contrast(const QColor &one, const QColor &other)
 QPalette readableSelection(const QPalette &palette)
 {
     constexpr int step = 4; // of 255
+    // Thin letters do not reach the colour that they are drawn in.
+    constexpr double leastOnSelection = leastTextContrast + 1;
     QPalette selection;
     for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
         const QColor text = palette.color(group, QPalette::HighlightedText);
         QColor background = palette.color(group, QPalette::Highlight);
         const int away = luminance(text) > 0.18 ? -step : step; // where black and white are alike
-        while (contrast(text, background) < leastTextContrast) {
+        while (contrast(text, background) < leastOnSelection) {
             const int lightness = background.lightness() + away;
             if (lightness < 0 || lightness > 255)
                 break;
