@@ -11,6 +11,8 @@ include(GNUInstallDirs)
 
 # The name by which desktops know the editor: of its desktop entry, its metainfo and its windows.
 set(ZORAVEL_DESKTOP_ID org.zoravel.entryedit)
+# Metainfo must have an address. This one is reserved for examples and leads nowhere: whoever publishes the
+# program sets another. Where an address is not a must, the reserved one is not named.
 set(ZORAVEL_HOMEPAGE "https://zoravel.example" CACHE STRING
     "Address under which this source tree is published, for software centres; their pictures are under it")
 
