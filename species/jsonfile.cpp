@@ -23,5 +23,6 @@ std::optional<QJsonObject> readJsonObject(const QString &path)
 
 bool writeJsonObject(const QString &path, const QJsonObject &object)
 {
-    return replaceFileBytes(path, QJsonDocument(object).toJson(QJsonDocument::Indented));
+    const QByteArray bytes = QJsonDocument(object).toJson(QJsonDocument::Indented);
+    return bytes.size() <= largestJsonFile && replaceFileBytes(path, bytes);
 }

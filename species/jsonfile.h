@@ -10,7 +10,8 @@
 // The key under which every JSON format of the collection names itself.
 inline constexpr QLatin1String typeKey("Type");
 
-// Larger files, in bytes, are not read: parsing takes many times their size in memory.
+// Larger files, in bytes, are not read: parsing takes many times their size in memory. Nor are they
+// written, since they could not be opened again.
 inline constexpr qint64 largestJsonFile = qint64{256} * 1024 * 1024;
 
 // Whether the object's "Type" is exactly this string.
@@ -21,5 +22,5 @@ inline constexpr qint64 largestJsonFile = qint64{256} * 1024 * 1024;
 [[nodiscard]] std::optional<QJsonObject> readJsonObject(const QString &path);
 
 // Writes object as indented JSON, as a whole or not at all. Returns false if the file does not hold
-// it.
+// it, also because it would be too large to be read.
 [[nodiscard]] bool writeJsonObject(const QString &path, const QJsonObject &object);

@@ -331,6 +331,18 @@ private slots:
         QVERIFY(QDir(m_folder->path()).isEmpty());
     }
 
+    // 45 MB of text, whose control characters take six bytes each in a file.
+    void whatWouldBeTooLargeToBeReadIsNotWritten()
+    {
+        const QString text(largestJsonFile / 6, QChar(1));
+        writeFile(path(), "old");
+        QVERIFY(!writeJsonObject(path(), QJsonObject{{u"a"_s, text}}));
+        QCOMPARE(fileBytes(path()), "old"_ba);
+        const QString less(largestJsonFile / 6 - 10, QChar(1));
+        QVERIFY(writeJsonObject(path(), QJsonObject{{u"a"_s, less}}));
+        QVERIFY(readJsonObject(path()).has_value());
+    }
+
 private:
     [[nodiscard]] QString path(const QString &name = u"file.json"_s) const
     {
