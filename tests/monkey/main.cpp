@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Random actions in the real main window: monkey SEED ACTIONS FOLDER.
 // Ends with 0 if nothing was wrong and the memory after all of it, with every spectrum closed, is
-// within a tenth of that after the first thousand actions: until then the toolkit fills its caches.
+// within a tenth of that after the first two thousand actions: until then the toolkit fills its
+// caches.
 #include "monkey/monkey.h"
 
 #include <QApplication>
@@ -39,7 +40,7 @@ int main(int argc, char *argv[])
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder);
 
     Monkey monkey(seed, folder);
-    const int warmUp = std::min(count, 1000);
+    const int warmUp = std::min(count, 2000);
     std::size_t atStart = 0;
     int done = 0;
     while (done < count && monkey.act()) {
