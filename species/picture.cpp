@@ -5,12 +5,81 @@
 #include <QColorSpace>
 #include <QImageReader>
 #include <QPixelFormat>
+#include <QtEndian>
+
+#include <array>
+#include <cstddef>
 
 namespace
 {
 
 constexpr qint64 largestPicture = 64'000'000; // pixels
 constexpr qint64 megabyte = qint64{1024} * 1024;
+
+constexpr qsizetype pngSignature = 8; // bytes
+
+// The tables of the checksum of PNG, for eight bytes at a time: a byte's and, behind it, what
+// further zero bytes make of that.
+using ChecksumTables = std::array<std::array<quint32, 256>, 8>;
+
+constexpr ChecksumTables makeChecksumTables()
+{
+    ChecksumTables tables{};
+    for (quint32 byte = 0; byte < 256; ++byte) {
+        quint32 sum = byte;
+        for (int bit = 0; bit < 8; ++bit)
+            sum = sum >> 1 ^ (sum & 1 ? 0xedb88320 : 0);
+        tables[0][byte] = sum;
+    }
+    for (std::size_t zeros = 1; zeros < tables.size(); ++zeros) {
+        for (std::size_t byte = 0; byte < 256; ++byte) {
+            const quint32 sum = tables[zeros - 1][byte];
+            tables[zeros][byte] = sum >> 8 ^ tables[0][sum & 0xff];
+        }
+    }
+    return tables;
+}
+
+quint32 pngChecksum(QByteArrayView bytes)
+{
+    static constexpr ChecksumTables tables = makeChecksumTables();
+    const auto *at = reinterpret_cast<const uchar *>(bytes.data());
+    const uchar *const end = at + bytes.size();
+    quint32 sum = 0xffffffff;
+    for (; end - at >= 8; at += 8) {
+        const quint64 piece = qFromLittleEndian<quint64>(at) ^ sum;
+        sum = 0;
+        for (std::size_t i = 0; i < 8; ++i)
+            sum ^= tables[7 - i][piece >> 8 * i & 0xff];
+    }
+    for (; at != end; ++at)
+        sum = sum >> 8 ^ tables[0][(sum ^ *at) & 0xff];
+    return ~sum;
+}
+
+// Whether bytes are a PNG file that is cut off or whose pixels were damaged. The decoder would find
+// out too, but only when it gets there, with all pixels before that in memory.
+bool isDamagedPng(const QByteArray &bytes)
+{
+    constexpr qsizetype head = 8; // bytes of the length and the name before a chunk's data
+    constexpr qsizetype tail = 4; // bytes of the checksum behind it
+    if (!bytes.startsWith("\x89PNG\r\n\x1a\n"))
+        return false;
+    for (qsizetype at = pngSignature; bytes.size() - at >= head;) {
+        const auto size = qsizetype(qFromBigEndian<quint32>(bytes.constData() + at));
+        const QByteArrayView name = QByteArrayView(bytes).sliced(at + 4, 4);
+        if (name == "IEND")
+            return false;
+        if (bytes.size() - at - head - tail < size)
+            return true;
+        const QByteArrayView summed = QByteArrayView(bytes).sliced(at + 4, 4 + size);
+        at += head + size + tail;
+        if (name == "IDAT"
+            && pngChecksum(summed) != qFromBigEndian<quint32>(bytes.constData() + at - tail))
+            return true;
+    }
+    return true;
+}
 
 // More than eight bits a channel.
 bool isDeep(const QImage &image)
@@ -68,6 +137,8 @@ QImage decodePicture(const QByteArray &bytes)
     QImageReader reader(&buffer);
     // Drawings in XML can be bombs of any size and refer to files of the machine that shows them.
     if (reader.format().startsWith("svg") || bytes.startsWith("\x1f\x8b"))
+        return {};
+    if (isDamagedPng(bytes))
         return {};
     const QSize size = reader.size();
     if (qint64(size.width()) * size.height() > largestPicture)

@@ -141,6 +141,13 @@ private slots:
         row("PNG of 62 megapixels in 64 bits", pngOf(7900, 7900, 16, 6, pngChunk("IDAT", zeros)));
         row("PNG of 100 megapixels in one bit each",
             pngOf(10000, 10000, 1, 0, pngChunk("IDAT", compressedZeros(13))));
+        // 32 megapixels, which are within the limits.
+        const QByteArray good = pngOf(5700, 5700, 8, 2, pngChunk("IDAT", compressedZeros(93)));
+        row("large PNG that is cut off", good.chopped(100));
+        row("large PNG without its end", good.chopped(12));
+        QByteArray damaged = good;
+        damaged[damaged.size() / 2] = char(damaged[damaged.size() / 2] ^ 1);
+        row("large PNG with a wrong byte", damaged);
         row("PNG of one very long line", pngOf(1'000'000'000, 1, 8, 0, pngChunk("IDAT", zeros)));
         row("PNG with a bomb for a colour profile and no pixels",
             pngOf(10, 10, 8, 2, pngChunk("iCCP", QByteArray("x\0\0", 3) + zeros)));
@@ -200,13 +207,31 @@ private slots:
         QVERIFY2(grown < limit, QByteArray::number(grown).constData());
     }
 
+    // A look at the file before it is decoded must refuse nothing that can be decoded.
+    void whatCanBeDecodedOfADamagedPngIsDecoded()
+    {
+        const QByteArray file = encoded(pattern(QImage::Format_ARGB32), "PNG");
+        const auto agrees = [](const QByteArray &bytes) {
+            return decodePicture(bytes) == QImage::fromData(bytes);
+        };
+        for (qsizetype size = 0; size <= file.size(); ++size)
+            QVERIFY2(agrees(file.first(size)), QByteArray::number(size).constData());
+        for (qsizetype at = 0; at < file.size(); ++at) {
+            for (const int change : {1, 0x20, 0x80, 0xff}) {
+                QByteArray bytes = file;
+                bytes[at] = char(bytes[at] ^ change);
+                QVERIFY2(agrees(bytes), QByteArray::number(at).constData());
+            }
+        }
+    }
+
     void theMeasureSeesWhatAPictureTakes()
     {
         // Large but within the limits: it is decoded.
         QImage large(5000, 5000, QImage::Format_RGB32);
         large.fill(Qt::red);
         QCOMPARE(memoryToRefuse(encoded(large, "PNG")), -1);
-        // Cut off behind nine tenths of its bytes: decoded as far as it goes, or refused late.
+        // So is one that does not compress.
         QByteArray noise(9 << 20, 0);
         for (qsizetype i = 0; i < noise.size(); ++i)
             noise[i] = char(i * 2654435761u >> 13);
