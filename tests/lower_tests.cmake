@@ -8,3 +8,8 @@ foreach(test IN ITEMS
         tst_cleantextedit tst_editorcommit tst_singlelinetextedit tst_undoabletext)
     zoravel_test(${test} zoravel_widgets)
 endforeach()
+# What other systems replace files with, in place of this one's.
+zoravel_test(tst_secondfile_other Qt6::Core)
+target_sources(tst_secondfile_other PRIVATE
+    ../species/filebytes.cpp ../species/replacementfile.cpp ../species/secondfile_other.cpp)
+target_include_directories(tst_secondfile_other PRIVATE ${PROJECT_SOURCE_DIR})
