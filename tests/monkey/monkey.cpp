@@ -130,6 +130,25 @@ void Monkey::discardAll()
     settle();
 }
 
+void Monkey::openLargest()
+{
+    constexpr int mostSpectra = 100;
+    ExpectedDocument document;
+    document.spectra.fill(ExpectedSpectrum(), mostSpectra);
+    const QString path = m_folder.filePath(QStringLiteral("largest.txt"));
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly)
+        || file.write(QJsonDocument(document.toJson()).toJson()) < 0)
+        fail(QStringLiteral("the largest entry cannot be written"));
+    file.close();
+    m_answers.expect(QMessageBox::Discard, {});
+    for (MainWindow *window : {&m_window, &m_reader}) {
+        if (!window->loadSpeciesFile(path))
+            fail(QStringLiteral("the largest entry does not load"));
+        QCoreApplication::processEvents();
+    }
+}
+
 QList<SpectrumWindow *> Monkey::spectrumWindows() const
 {
     QList<SpectrumWindow *> windows;

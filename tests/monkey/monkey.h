@@ -31,6 +31,8 @@ public:
 
     // Empties the document without saving it.
     void discardAll();
+    // Opens an entry of more spectra than there are ever in the others, in both windows.
+    void openLargest();
 
 private:
     struct Action {

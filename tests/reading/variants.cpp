@@ -66,7 +66,7 @@ QByteArray textWith(const QJsonObject &object, const QStringList &path,
 // The object with the last of these members, if any, in place of the one at path.
 QJsonObject objectWith(QJsonObject object, const QStringList &path, const QList<Member> &members)
 {
-    const QString key = path.first();
+    const QString &key = path.first();
     if (path.size() > 1) {
         object[key] = objectWith(object[key].toObject(), path.sliced(1), members);
         return object;
