@@ -28,8 +28,10 @@
 #include <QMenuBar>
 #include <QPainter>
 #include <QPlainTextEdit>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QStyleFactory>
+#include <QStyleOption>
 #include <QTabBar>
 #include <QTest>
 #include <QToolBar>
@@ -138,6 +140,22 @@ QPalette darkPalette()
     return palette;
 }
 
+// As the dark variants of some styles are: their buttons are dark whatever the palette says.
+class DarkButtons final : public QProxyStyle
+{
+public:
+    DarkButtons() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                       const QWidget *widget) const override
+    {
+        if (element == PE_PanelButtonCommand)
+            painter->fillRect(option->rect, QColor(40, 40, 40));
+        else
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+    }
+};
+
 QJsonObject fullSpectrum()
 {
     QJsonObject spectrum{{QStringLiteral("LineSpectrum"), false},
@@ -176,6 +194,7 @@ private slots:
     void fieldsFollowAChangeOfTheTheme();
     void nothingIsGreyedOutOrHinted();
     void imageIsAsSharpAsTheScreen();
+    void buttonsOfAStyleWithColoursOfItsOwnCanBeRead();
     void imageLeavesItsBorder();
     void windowFitsOnASmallScreen();
     void selectionOfAnyThemeIsReadable_data();
@@ -434,6 +453,19 @@ void TestLooks::imageIsAsSharpAsTheScreen()
             || std::abs(logical.width() - label->width()) <= 1);
     QVERIFY(std::abs(pixmap.width() - logical.width() * ratio) <= 1);
     QCOMPARE(label->height(), 150);
+}
+
+void TestLooks::buttonsOfAStyleWithColoursOfItsOwnCanBeRead()
+{
+    QApplication::setStyle(new DarkButtons);
+    useTheme(true);
+    {
+        MainWindowFixture f;
+        f.window.createNewSpectrumWindow(fullSpectrum());
+        for (QPushButton *button : f.window.findChildren<QPushButton *>())
+            checkText(insideOf(button), button->objectName());
+    }
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
 }
 
 // All along it, at the odd ratios of pixels that the program's scale makes, too.

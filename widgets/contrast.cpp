@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/contrast.h"
 
+#include <QAbstractButton>
 #include <QAbstractScrollArea>
+#include <QApplication>
 #include <QChildEvent>
 #include <QColor>
+#include <QImage>
 #include <QMenu>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOption>
 #include <QWidget>
 
 #include <algorithm>
@@ -21,6 +27,23 @@ double luminance(const QColor &colour)
     };
     return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF())
            + 0.0722 * linear(colour.blueF());
+}
+
+// Whether the application's style draws buttons in the palette's colours. Some have their own, and
+// then the theme's texts go with them.
+bool drawsButtonsIn(const QPalette &palette)
+{
+    QImage picture(60, 30, QImage::Format_RGB32);
+    picture.fill(palette.color(QPalette::Button));
+    QStyleOptionButton button;
+    button.rect = picture.rect();
+    button.palette = palette;
+    button.state = QStyle::State_Enabled | QStyle::State_Active | QStyle::State_Raised;
+    QPainter painter(&picture);
+    QApplication::style()->drawControl(QStyle::CE_PushButtonBevel, &button, &painter);
+    painter.end();
+    const QColor drawn = picture.pixelColor(picture.rect().center());
+    return contrast(drawn, palette.color(QPalette::ButtonText)) >= leastTextContrast;
 }
 
 // Catches the menus of the widgets that it filters when they are first shown.
@@ -88,6 +111,8 @@ void keepTextDark(QWidget *widget)
     palette.setColor(QPalette::Mid, QColor(0xb0, 0xb0, 0xb0));
     palette.setColor(QPalette::Dark, QColor(0x90, 0x90, 0x90));
     palette.setColor(QPalette::Shadow, QColor(0x60, 0x60, 0x60));
+    if (qobject_cast<QAbstractButton *>(widget) && !drawsButtonsIn(palette))
+        palette.setColor(QPalette::ButtonText, QApplication::palette().color(QPalette::ButtonText));
     widget->setPalette(palette);
 
     static MenuFilter menus;
