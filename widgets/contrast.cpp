@@ -55,8 +55,9 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
         if (event->type() == QEvent::ChildPolished) {
-            auto *menu = qobject_cast<QMenu *>(static_cast<QChildEvent *>(event)->child());
-            if (menu)
+            QObject *child = static_cast<QChildEvent *>(event)->child();
+            // When it is polished it is whole.
+            if (auto *menu = qobject_cast<QMenu *>(child)) // clazy:exclude=child-event-qobject-cast
                 keepTextDark(menu);
         }
         return QObject::eventFilter(watched, event);
