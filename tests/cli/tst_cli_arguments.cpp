@@ -95,7 +95,7 @@ private slots:
 
     void everyCommandHasAHelp()
     {
-        for (const QByteArray word : {"-h", "--help", "-qh"}) {
+        for (const char *word : {"-h", "--help", "-qh"}) {
             const auto parsed = Arguments::parse({word}, options);
             QVERIFY(std::get_if<Arguments>(&parsed));
             QVERIFY(std::get<Arguments>(parsed).has("help"));

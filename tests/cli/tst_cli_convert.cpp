@@ -43,7 +43,7 @@ private slots:
         QFETCH(QByteArray, name);
         QFETCH(QByteArrayList, options);
         const QJsonObject species = fileObject(QString::fromUtf8(furan));
-        for (const QByteArray number : {"1", "2", "3"}) {
+        for (const char *number : {"1", "2", "3"}) {
             TestConsole console;
             QCOMPARE(
                 console.run(QByteArrayList{"convert", "-s", number, "-o", name, furan} + options),

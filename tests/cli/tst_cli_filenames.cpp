@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <filesystem>
 
 namespace
 {
@@ -48,6 +49,13 @@ class TestCliFilenames : public QObject
 
 private slots:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+
+    // The toolkit does not remove files whose names are not texts.
+    void cleanup()
+    {
+        std::filesystem::remove_all(m_folder->path().toStdString());
+        m_folder.reset();
+    }
 
     void aFolderStandsForWhatTheEditorStepsThroughThenItsSubfolders()
     {
