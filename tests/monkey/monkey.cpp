@@ -164,7 +164,7 @@ int Monkey::current() const
 
 QPlainTextEdit *Monkey::pointEditor(int index) const
 {
-    return find<QPlainTextEdit>(*spectrumWindows()[index], QStringLiteral("textEditSpect"));
+    return find<QPlainTextEdit>(*spectrumWindows().at(index), QStringLiteral("textEditSpect"));
 }
 
 void Monkey::syncReadings()

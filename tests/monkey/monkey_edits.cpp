@@ -161,7 +161,7 @@ void Monkey::typeInSpectrum()
     const int index = current();
     const QString name =
         QString::fromLatin1(spectrumFields[below(static_cast<int>(std::size(spectrumFields)))]);
-    auto *editor = find<CleanTextEdit>(*spectrumWindows()[index], name);
+    auto *editor = find<CleanTextEdit>(*spectrumWindows().at(index), name);
     edit(editor, anyText());
     ExpectedSpectrum &spectrum = m_document.spectra[index];
     spectrum.texts[spectrum.keyOf(name)] = editor->cleanedHtml();
@@ -267,7 +267,7 @@ void Monkey::changeType()
     if (current() < 0)
         return;
     const int type = below(6);
-    find<QComboBox>(*spectrumWindows()[current()], QStringLiteral("comboBoxType"))
+    find<QComboBox>(*spectrumWindows().at(current()), QStringLiteral("comboBoxType"))
         ->setCurrentIndex(type);
     m_document.spectra[current()].type = type;
 }
@@ -277,7 +277,7 @@ void Monkey::toggleLine()
     if (current() < 0)
         return;
     auto *box =
-        find<QCheckBox>(*spectrumWindows()[current()], QStringLiteral("checkBoxLineSpectrum"));
+        find<QCheckBox>(*spectrumWindows().at(current()), QStringLiteral("checkBoxLineSpectrum"));
     box->click();
     m_document.spectra[current()].isLine = box->isChecked();
 }
@@ -333,7 +333,8 @@ void Monkey::commaToDot()
     if (current() < 0)
         return;
     ExpectedSpectrum &spectrum = m_document.spectra[current()];
-    find<QPushButton>(*spectrumWindows()[current()], QStringLiteral("buttonCommaToDot"))->click();
+    find<QPushButton>(*spectrumWindows().at(current()), QStringLiteral("buttonCommaToDot"))
+        ->click();
     spectrum.editorText.replace(QLatin1Char(','), QLatin1Char('.'));
     spectrum.isPending = true;
 }
@@ -343,7 +344,7 @@ void Monkey::normalise()
     if (current() < 0)
         return;
     syncReadings();
-    find<QPushButton>(*spectrumWindows()[current()], QStringLiteral("buttonNormalize"))->click();
+    find<QPushButton>(*spectrumWindows().at(current()), QStringLiteral("buttonNormalize"))->click();
     m_document.spectra[current()].normalise();
 }
 
@@ -354,7 +355,7 @@ void Monkey::resample()
     syncReadings();
     ExpectedSpectrum &spectrum = m_document.spectra[current()];
     m_answers.expect(QMessageBox::Discard, {}, {QStringLiteral("Cannot resample line spectra")});
-    find<QPushButton>(*spectrumWindows()[current()], QStringLiteral("buttonSparse"))->click();
+    find<QPushButton>(*spectrumWindows().at(current()), QStringLiteral("buttonSparse"))->click();
     if (m_answers.boxes().size() != (spectrum.isLine ? 1 : 0))
         fail(QStringLiteral("a line spectrum must be refused, no other"));
     if (!spectrum.isLine)

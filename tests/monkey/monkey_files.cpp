@@ -228,7 +228,7 @@ void Monkey::selectFolder()
     rest();
     const QJsonObject before = m_document.toJson();
     const QMessageBox::StandardButton answer = expectPrompt();
-    const QString first = m_folder.filePath(entries().first());
+    const QString first = m_folder.filePath(entries().constFirst());
     const bool isLoaded = m_window.navigateSpeciesFiles(m_folder.path(), 0);
     if (isLoaded != afterPrompt(answer, before))
         fail(QStringLiteral("loaded or not, against the answer"));
