@@ -284,7 +284,7 @@ void TestAccessibility::chartDescribesItsSpectrum()
     QFETCH(QString, description);
     MainWindowFixture f;
     f.window.createNewSpectrumWindow();
-    SpectrumWindow *spectrum = f.spectra().first();
+    SpectrumWindow *spectrum = f.spectra().constFirst();
     QCOMPARE(descriptionOf(chartOf(spectrum)),
              QStringLiteral("Spectrum without a title: no points"));
     MainWindowFixture::field(spectrum, QStringLiteral("lineEditTitle"))->setPlainText(title);
@@ -297,7 +297,7 @@ void TestAccessibility::chartDescribesWhatIsDrawn()
 {
     MainWindowFixture f;
     f.window.createNewSpectrumWindow(spectrumOf(QStringLiteral("A"), {1, 2}, {3, 4}));
-    SpectrumWindow *spectrum = f.spectra().first();
+    SpectrumWindow *spectrum = f.spectra().constFirst();
     QWidget *chart = chartOf(spectrum);
     const QString first = QStringLiteral("A: 2 points from 1.0000 eV to 2.0000 eV, highest at "
                                          "2.0000 eV, intensity 4.00");

@@ -98,8 +98,7 @@ private slots:
                                "H<sub> 2</sub>O",
                                "a <sub>2</sub>",
                                "<sub>2</sub> b",
-                               "\u3000"
-                               "a",
+                               "\u3000a",
                                "a\fb",
                                "a\vb",
                                "a ",

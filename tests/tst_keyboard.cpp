@@ -20,6 +20,7 @@
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTabBar>
 #include <QTest>
 #include <QTimer>
@@ -202,7 +203,7 @@ void TestKeyboard::ringGoesWithItsWidget()
 {
     MainWindowFixture f;
     f.window.createNewSpectrumWindow();
-    MainWindowFixture::points(f.spectra().first())->setFocus();
+    MainWindowFixture::points(f.spectra().constFirst())->setFocus();
     QVERIFY(f.window.findChild<QFocusFrame *>());
     f.trigger(QStringLiteral("actionDelete"));
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -254,11 +255,10 @@ void TestKeyboard::spaceOnAToolButtonDoesItsWork()
     QAction *action = f.find<QAction>(QStringLiteral("actionNextFile"));
     // What it does by itself asks for a file.
     QVERIFY(action->disconnect());
-    int triggered = 0;
-    connect(action, &QAction::triggered, this, [&] { ++triggered; });
+    const QSignalSpy triggered(action, &QAction::triggered);
     f.find<QToolBar>(QStringLiteral("toolBar"))->widgetForAction(action)->setFocus();
     press(f, Qt::Key_Space);
-    QCOMPARE(triggered, 1);
+    QCOMPARE(triggered.count(), 1);
 }
 
 void TestKeyboard::openingLeavesTheKeyboardBesideTheSpectra_data()
@@ -306,14 +306,14 @@ void TestKeyboard::openingMovesTheKeyboardToTheNewSpectra()
         file, speciesFileWith(QStringLiteral("1"), {QStringLiteral("A"), QStringLiteral("B")})));
     for (const bool active : {true, false}) {
         QVERIFY(f.window.loadSpeciesFile(file));
-        MainWindowFixture::points(f.spectra().last())->setFocus();
+        MainWindowFixture::points(f.spectra().constLast())->setFocus();
         if (!active)
             QApplication::setActiveWindow(nullptr);
         QVERIFY(f.window.loadSpeciesFile(file));
         if (!active)
             QApplication::setActiveWindow(&f.window);
         QCOMPARE(focusName(), QStringLiteral("lineEditTitle"));
-        QVERIFY(f.spectra().first()->isAncestorOf(QApplication::focusWidget()));
+        QVERIFY(f.spectra().constFirst()->isAncestorOf(QApplication::focusWidget()));
     }
 }
 
@@ -328,7 +328,7 @@ void TestKeyboard::otherwiseTheNameHasTheKeyboard()
     QCOMPARE(focusName(), speciesStops.first());
     const auto focusPoints = [&] {
         f.window.createNewSpectrumWindow();
-        MainWindowFixture::points(f.spectra().last())->setFocus();
+        MainWindowFixture::points(f.spectra().constLast())->setFocus();
         f.window.updateWindowTitle(false);
     };
     focusPoints();
@@ -369,7 +369,7 @@ void TestKeyboard::arrowsOnTheTabsChangeTheSpectrum()
     }
     press(f, Qt::Key_Tab);
     QCOMPARE(focusName(), QStringLiteral("lineEditTitle"));
-    QVERIFY(f.spectra().last()->isAncestorOf(QApplication::focusWidget()));
+    QVERIFY(f.spectra().constLast()->isAncestorOf(QApplication::focusWidget()));
 }
 
 void TestKeyboard::controlTabReachesTheSpectraFromEverywhere_data()
@@ -454,7 +454,7 @@ void TestKeyboard::chartKeepsItsPlaceWhenPointsGo()
 {
     MainWindowFixture f;
     f.window.createNewSpectrumWindow(spectrumOf(QStringLiteral("A")));
-    SpectrumWindow *spectrum = f.spectra().first();
+    SpectrumWindow *spectrum = f.spectra().constFirst();
     auto *chart = f.find<SpectrumChartView>(QStringLiteral("chartSpectrum"));
     chart->setFocus();
     press(f, Qt::Key_End);

@@ -292,7 +292,7 @@ void TestLooks::selectedTextCanBeRead()
         QTest::qWait(0);
         checkText(insideOf(field), QStringLiteral("selection in %1").arg(field->objectName()));
     }
-    QPlainTextEdit *points = MainWindowFixture::points(f.spectra().first());
+    QPlainTextEdit *points = MainWindowFixture::points(f.spectra().constFirst());
     points->setPlainText(QString(5000, u'1'));
     points->setFocus();
     points->selectAll();
@@ -431,7 +431,7 @@ void TestLooks::nothingIsGreyedOutOrHinted()
                  qPrintable(widget->objectName()));
     for (const QTextEdit *field : f.window.findChildren<QTextEdit *>())
         QCOMPARE(field->placeholderText(), QString());
-    QCOMPARE(MainWindowFixture::points(f.spectra().first())->placeholderText(), QString());
+    QCOMPARE(MainWindowFixture::points(f.spectra().constFirst())->placeholderText(), QString());
 }
 
 // As many of the screen's pixels as the label has, and the size of the form still.

@@ -757,7 +757,7 @@ private:
     static QString loadInto(MainWindowFixture &fixture, const QJsonObject &species,
                             const QStringList &titles = {})
     {
-        const QString file = fixture.path(QStringLiteral("entry.json"));
+        QString file = fixture.path(QStringLiteral("entry.json"));
         QJsonObject object = speciesFileWith(QString(), titles);
         object[QLatin1String("Species")] = species;
         writeFile(file, object);

@@ -239,7 +239,7 @@ private slots:
             widget->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))
                 ->setText(fixture.path(QStringLiteral("gone/s.json")));
             QObject::connect(dialog, &QDialog::finished, dialog,
-                             [&fixture] { QDir().rmdir(fixture.path(QStringLiteral("gone"))); });
+                             [gone = fixture.path(QStringLiteral("gone"))] { QDir().rmdir(gone); });
             dialog->accept();
         });
         dialogs.press();

@@ -203,7 +203,7 @@ void TestPointMarks::onlyLinesThatCanBeSeenAreDrawn()
     Spectrum spectrum(text);
     QVERIFY(spectrum.toolTip().startsWith(QString::number(lines)));
     QVERIFY(spectrum.waves().size() < 200);
-    QCOMPARE(spectrum.waves().first(), 1);
+    QCOMPARE(spectrum.waves().constFirst(), 1);
 
     auto *bar = spectrum.editor()->verticalScrollBar();
     for (const int line : {5000, 19'000, 3}) {
