@@ -162,7 +162,7 @@ private slots:
             const QJsonObject object = fullSpectrum(type);
             Fixture f(object);
             for (int column = 0; column < keys.size(); ++column) {
-                const QString key = keys[column];
+                const QString &key = keys[column];
                 const bool other = type == 4 ? column >= 10 && column <= 12 : column >= 13;
                 const QVariant expected = other ? QVariant() : object.value(key).toVariant();
                 const QVariant actual = f.model.index(0, column).data(Qt::EditRole);
