@@ -7,7 +7,8 @@
 #include <QPixelFormat>
 #include <QtEndian>
 
-#include <array>
+#include <libdeflate.h>
+
 #include <cstddef>
 
 namespace
@@ -18,43 +19,9 @@ constexpr qint64 megabyte = qint64{1024} * 1024;
 
 constexpr qsizetype pngSignature = 8; // bytes
 
-// The tables of the checksum of PNG, for eight bytes at a time: a byte's and, behind it, what
-// further zero bytes make of that.
-using ChecksumTables = std::array<std::array<quint32, 256>, 8>;
-
-constexpr ChecksumTables makeChecksumTables()
+quint32 checksum(QByteArrayView bytes)
 {
-    ChecksumTables tables{};
-    for (quint32 byte = 0; byte < 256; ++byte) {
-        quint32 sum = byte;
-        for (int bit = 0; bit < 8; ++bit)
-            sum = sum >> 1 ^ (sum & 1 ? 0xedb88320 : 0);
-        tables[0][byte] = sum;
-    }
-    for (std::size_t zeros = 1; zeros < tables.size(); ++zeros) {
-        for (std::size_t byte = 0; byte < 256; ++byte) {
-            const quint32 sum = tables[zeros - 1][byte];
-            tables[zeros][byte] = sum >> 8 ^ tables[0][sum & 0xff];
-        }
-    }
-    return tables;
-}
-
-quint32 pngChecksum(QByteArrayView bytes)
-{
-    static constexpr ChecksumTables tables = makeChecksumTables();
-    const auto *at = reinterpret_cast<const uchar *>(bytes.data());
-    const uchar *const end = at + bytes.size();
-    quint32 sum = 0xffffffff;
-    for (; end - at >= 8; at += 8) {
-        const quint64 piece = qFromLittleEndian<quint64>(at) ^ sum;
-        sum = 0;
-        for (std::size_t i = 0; i < 8; ++i)
-            sum ^= tables[7 - i][piece >> 8 * i & 0xff];
-    }
-    for (; at != end; ++at)
-        sum = sum >> 8 ^ tables[0][(sum ^ *at) & 0xff];
-    return ~sum;
+    return libdeflate_crc32(0, bytes.data(), static_cast<std::size_t>(bytes.size()));
 }
 
 // Whether bytes are a PNG file that is cut off or whose pixels were damaged. The decoder would find
@@ -75,7 +42,7 @@ bool isDamagedPng(const QByteArray &bytes)
         const QByteArrayView summed = QByteArrayView(bytes).sliced(at + 4, 4 + size);
         at += head + size + tail;
         if (name == "IDAT"
-            && pngChecksum(summed) != qFromBigEndian<quint32>(bytes.constData() + at - tail))
+            && checksum(summed) != qFromBigEndian<quint32>(bytes.constData() + at - tail))
             return true;
     }
     return true;
