@@ -235,25 +235,6 @@ private slots:
         QCOMPARE(speciesOf(file)[QLatin1String("Name")].toString(), QStringLiteral("a\nb"));
     }
 
-    // The field is committed just before everything is written.
-    void savingShowsTheWaitCursor()
-    {
-        MainWindowFixture fixture;
-        loadInto(fixture, {});
-        auto *name = fixture.field(QStringLiteral("lineEditSpecies"));
-        name->setFocus();
-        QTest::keyClicks(name, QStringLiteral("new"));
-        Qt::CursorShape shape = Qt::ArrowCursor;
-        connect(fixture.window.findChild<SpeciesModel *>(), &SpeciesModel::dataChanged, this,
-                [&shape] {
-                    if (const QCursor *cursor = QGuiApplication::overrideCursor())
-                        shape = cursor->shape();
-                });
-        fixture.trigger(QStringLiteral("actionSaveSpecies"));
-        QCOMPARE(shape, Qt::WaitCursor);
-        QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
-    }
-
     void aTypedSpectrumFieldIsSavedToo()
     {
         MainWindowFixture fixture;
