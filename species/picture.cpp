@@ -9,12 +9,15 @@
 
 #include <libdeflate.h>
 
+#include <algorithm>
 #include <cstddef>
 
 namespace
 {
 
 constexpr qint64 largestPicture = 64'000'000; // pixels
+// Pixels; the encoder and the decoder of PNG take no longer ones (PNG_USER_WIDTH_MAX of libpng).
+constexpr int longestSide = 1'000'000;
 constexpr qint64 megabyte = qint64{1024} * 1024;
 
 constexpr qsizetype pngSignature = 8; // bytes
@@ -94,7 +97,8 @@ bool canBeReloaded(const QImage &image)
 {
     const qint64 pixels = qint64(image.width()) * image.height();
     const qint64 bytes = pixels * (isDeep(image) ? 8 : 4);
-    return pixels <= largestPicture && bytes <= QImageReader::allocationLimit() * megabyte;
+    return std::max(image.width(), image.height()) <= longestSide && pixels <= largestPicture
+           && bytes <= QImageReader::allocationLimit() * megabyte;
 }
 
 QImage decodePicture(const QByteArray &bytes)
@@ -110,7 +114,9 @@ QImage decodePicture(const QByteArray &bytes)
     const QSize size = reader.size();
     if (qint64(size.width()) * size.height() > largestPicture)
         return {};
-    return reader.read();
+    QImage image = reader.read();
+    // It would be shown, but be gone after the next save.
+    return canBeReloaded(image) ? image : QImage();
 }
 
 QByteArray encodePng(const QImage &image)

@@ -259,6 +259,26 @@ private slots:
         QVERIFY(decodePicture(file).isNull());
     }
 
+    // What could not be written would be gone after the next save.
+    void aPictureThatIsTooLongToBeSavedIsRefused()
+    {
+        constexpr int longest = 1'000'000;
+        for (const QSize side : {QSize(1, 0), QSize(0, 1)}) {
+            for (const int length : {longest, longest + 1}) {
+                const bool fits = length == longest;
+                QImage image(side * length + QSize(1, 1) - side, QImage::Format_RGB32);
+                image.fill(Qt::darkCyan);
+                QCOMPARE(image.width() * image.height(), length);
+                QByteArray bytes;
+                QBuffer buffer(&bytes);
+                QVERIFY(image.save(&buffer, "BMP"));
+                QCOMPARE(decodePicture(bytes).isNull(), !fits);
+                QCOMPARE(canBeReloaded(image), fits);
+                QCOMPARE(isSamePicture(decodePicture(encodePng(image)), image), fits);
+            }
+        }
+    }
+
     void aPictureOfAnyKindKeepsItsPixels_data()
     {
         QTest::addColumn<QByteArray>("file");
