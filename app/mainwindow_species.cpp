@@ -17,6 +17,7 @@
 #include <QFileDialog>
 #include <QMdiSubWindow>
 #include <QMimeData>
+#include <QPointer>
 #include <QUrl>
 
 namespace
@@ -194,7 +195,8 @@ void MainWindow::dropEvent(QDropEvent *event)
     event->accept();
     if (!promptToSaveChanges())
         return;
-    QWidget *const focused = focusWidget();
+    // The box about a bad file runs the event loop, in which closed spectra go.
+    const QPointer<QWidget> focused = focusWidget();
     modified = false;
     cleanUp();
     currentFile = loadJSONSpecies(path) ? path : QString();

@@ -127,11 +127,7 @@ public:
             {"copy", [this] { m_window.copySpectrumToClipboard(); }},
             {"paste", [this] { m_window.pasteSpectrumFromClipboard(); }},
             {"delete", [this] { m_window.deleteCurrentSpectrum(); }},
-            {"clean",
-             [this] {
-                 m_window.updateWindowTitle(false);
-                 m_window.cleanUp();
-             }},
+            clean(),
         };
     }
 
@@ -145,11 +141,7 @@ public:
             {"copy", [this] { m_window.copySpectrumToClipboard(); }},
             {"paste", [this] { m_window.pasteSpectrumFromClipboard(); }},
             {"delete", [this] { m_window.deleteCurrentSpectrum(); }},
-            {"clean",
-             [this] {
-                 m_window.updateWindowTitle(false);
-                 m_window.cleanUp();
-             }},
+            clean(),
         };
     }
 
@@ -178,6 +170,14 @@ public:
     }
 
 private:
+    Step clean()
+    {
+        return {"clean", [this] {
+                    m_window.updateWindowTitle(false);
+                    m_window.cleanUp();
+                }};
+    }
+
     SpectrumWindow *spectrum() const { return m_window.findChild<SpectrumWindow *>(); }
     QPlainTextEdit *points() const
     {

@@ -38,20 +38,17 @@ void PointEditor::contextMenuEvent(QContextMenuEvent *event)
 {
     QMenu *menu = createStandardContextMenu(event->pos());
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    const auto behindWaitCursor = [this, menu](const QString &name, auto run) {
+    const auto replace = [this, menu](const QString &name, auto run) {
         auto *action = menu->findChild<QAction *>(name);
         if (!action)
             return;
         action->disconnect(SIGNAL(triggered(bool)));
-        connect(action, &QAction::triggered, this, [run] {
-            const WaitCursor waitCursor;
-            run();
-        });
+        connect(action, &QAction::triggered, this, [run] { behindWaitCursor(run); });
     };
-    behindWaitCursor(QStringLiteral("edit-undo"), [this] { undo(); });
-    behindWaitCursor(QStringLiteral("edit-redo"), [this] { redo(); });
-    behindWaitCursor(QStringLiteral("edit-cut"), [this] { cut(); });
-    behindWaitCursor(QStringLiteral("edit-delete"), [this] { textCursor().removeSelectedText(); });
+    replace(QStringLiteral("edit-undo"), [this] { undo(); });
+    replace(QStringLiteral("edit-redo"), [this] { redo(); });
+    replace(QStringLiteral("edit-cut"), [this] { cut(); });
+    replace(QStringLiteral("edit-delete"), [this] { textCursor().removeSelectedText(); });
     menu->popup(event->globalPos());
 }
 

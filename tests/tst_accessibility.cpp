@@ -80,17 +80,6 @@ QAccessible::Role expectedRole(const QWidget *widget)
     return QAccessible::NoRole;
 }
 
-// Whether it is in a spectrum that another one covers.
-bool isCovered(const QWidget *widget)
-{
-    for (; !widget->isWindow(); widget = widget->parentWidget()) {
-        const auto *subWindow = qobject_cast<const QMdiSubWindow *>(widget);
-        if (subWindow && subWindow->mdiArea())
-            return subWindow != subWindow->mdiArea()->currentSubWindow();
-    }
-    return false;
-}
-
 // The form to which a widget belongs: its spectrum window, or its window.
 const QWidget *formOf(const QWidget *widget)
 {

@@ -34,13 +34,6 @@ namespace
 const QByteArray oldBytes = "the old contents\n"_ba;
 const QByteArray newBytes("new contents,\r\nbinary \0\xff\xfe ones", 30);
 
-// The names in a folder, hidden ones and dangling links included.
-QStringList namesIn(const QString &folder)
-{
-    return QDir(folder).entryList(
-        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-}
-
 QFileDevice::Permissions ownerBits(const QString &path)
 {
     return QFile::permissions(path)

@@ -22,8 +22,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPainter>
@@ -114,17 +112,6 @@ void checkText(const QImage &picture, const QString &what, double least = leastO
 {
     const double value = readContrast(picture);
     QVERIFY2(value >= least, qPrintable(QStringLiteral("%1: %2").arg(what).arg(value)));
-}
-
-// Whether it is in a spectrum that another one covers.
-bool isCovered(const QWidget *widget)
-{
-    for (; !widget->isWindow(); widget = widget->parentWidget()) {
-        const auto *subWindow = qobject_cast<const QMdiSubWindow *>(widget);
-        if (subWindow && subWindow->mdiArea())
-            return subWindow != subWindow->mdiArea()->currentSubWindow();
-    }
-    return false;
 }
 
 QPalette darkPalette()

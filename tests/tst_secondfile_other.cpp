@@ -26,12 +26,6 @@ namespace
 const QByteArray oldBytes = "the old contents\n"_ba;
 const QByteArray newBytes("new contents,\r\nbinary \0\xff\xfe ones", 30);
 
-QStringList namesIn(const QString &folder)
-{
-    return QDir(folder).entryList(
-        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-}
-
 } // namespace
 
 class TestSecondFileOther : public QObject

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/files.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QTest>
@@ -28,4 +29,10 @@ QByteArray fileBytes(const QString &path)
 QJsonObject fileObject(const QString &path)
 {
     return QJsonDocument::fromJson(fileBytes(path)).object();
+}
+
+QStringList namesIn(const QString &folder)
+{
+    return QDir(folder).entryList(
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
 }

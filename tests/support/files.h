@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QJsonObject>
 #include <QString>
+#include <QStringList>
 
 // Files of the tests. Each fails the test where it cannot do its work.
 
@@ -11,3 +12,5 @@ void writeFile(const QString &path, const QByteArray &bytes);
 void writeFile(const QString &path, const QJsonObject &object);
 [[nodiscard]] QByteArray fileBytes(const QString &path);
 [[nodiscard]] QJsonObject fileObject(const QString &path);
+// The names in a folder, hidden ones and dangling links included.
+[[nodiscard]] QStringList namesIn(const QString &folder);

@@ -98,6 +98,16 @@ QJsonObject speciesFileWith(const QString &name, const QStringList &titles)
     return speciesFileObject({{QStringLiteral("Name"), name}}, datasets);
 }
 
+bool isCovered(const QWidget *widget)
+{
+    for (; !widget->isWindow(); widget = widget->parentWidget()) {
+        const auto *subWindow = qobject_cast<const QMdiSubWindow *>(widget);
+        if (subWindow && subWindow->mdiArea())
+            return subWindow != subWindow->mdiArea()->currentSubWindow();
+    }
+    return false;
+}
+
 bool dropFiles(QWidget *target, const QStringList &paths)
 {
     QMimeData data;
