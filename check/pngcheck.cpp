@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "check/pngcheck.h"
 
+#include "species/pngchunks.h"
+
 #include <QByteArray>
 #include <QtEndian>
 
@@ -13,7 +15,6 @@
 namespace
 {
 
-constexpr QByteArrayView signature("\x89PNG\r\n\x1a\n", 8);
 constexpr qint64 mostPixels = 4'000'000;
 
 struct Header {
@@ -98,39 +99,29 @@ bool holdsLines(const QByteArray &compressed, const Header &header)
 
 std::optional<QSize> soundPngSize(QByteArrayView bytes)
 {
-    constexpr qsizetype frame = 12; // length, type and checksum around a chunk's data
-    if (!bytes.startsWith(signature))
-        return std::nullopt;
+    PngChunks chunks(bytes);
     std::optional<Header> header;
     QByteArray compressed;
     bool hasPalette = false;
-    bool ended = false;
-    for (qsizetype at = signature.size(); !ended;) {
-        if (bytes.size() - at < frame)
+    for (bool ended = false; !ended;) {
+        const std::optional<PngChunk> chunk = chunks.next();
+        if (!chunk || !chunk->isIntact() || (chunk->type != "IHDR") != header.has_value())
             return std::nullopt;
-        const qsizetype length = bigEndian(bytes, at);
-        if (bytes.size() - at - frame < length)
-            return std::nullopt;
-        const QByteArrayView type = bytes.sliced(at + 4, 4);
-        const QByteArrayView data = bytes.sliced(at + 8, length);
-        const quint32 checksum =
-            libdeflate_crc32(0, type.data(), static_cast<std::size_t>(length + 4));
-        if (checksum != bigEndian(bytes, at + 8 + length) || (type != "IHDR") != header.has_value())
-            return std::nullopt;
-        if (type == "IHDR") {
+        const QByteArrayView data = chunk->data;
+        if (chunk->type == "IHDR") {
             header = headerOf(data);
             if (!header)
                 return std::nullopt;
-        } else if (type == "PLTE") {
-            hasPalette = length > 0 && length % 3 == 0 && length <= 768 && compressed.isEmpty();
-        } else if (type == "IDAT") {
+        } else if (chunk->type == "PLTE") {
+            hasPalette = !data.isEmpty() && data.size() % 3 == 0 && data.size() <= 768
+                         && compressed.isEmpty();
+        } else if (chunk->type == "IDAT") {
             compressed += data;
-        } else if (type == "IEND") {
+        } else if (chunk->type == "IEND") {
             ended = true;
-        } else if ((type[0] & 0x20) == 0) {
+        } else if ((chunk->type[0] & 0x20) == 0) {
             return std::nullopt; // critical, and not known here
         }
-        at += frame + length;
     }
     if ((header->needsPalette && !hasPalette) || !holdsLines(compressed, *header))
         return std::nullopt;

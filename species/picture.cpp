@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "species/picture.h"
 
+#include "species/pngchunks.h"
+
 #include <QBuffer>
 #include <QColorSpace>
 #include <QImageReader>
 #include <QPixelFormat>
-#include <QtEndian>
-
-#include <libdeflate.h>
 
 #include <algorithm>
-#include <cstddef>
+#include <optional>
 
 namespace
 {
@@ -20,35 +19,19 @@ constexpr qint64 largestPicture = 64'000'000; // pixels
 constexpr int longestSide = 1'000'000;
 constexpr qint64 megabyte = qint64{1024} * 1024;
 
-constexpr qsizetype pngSignature = 8; // bytes
-
-quint32 checksum(QByteArrayView bytes)
-{
-    return libdeflate_crc32(0, bytes.data(), static_cast<std::size_t>(bytes.size()));
-}
-
 // Whether bytes are a PNG file that is cut off or whose pixels were damaged. The decoder would find
 // out too, but only when it gets there, with all pixels before that in memory.
 bool isDamagedPng(const QByteArray &bytes)
 {
-    constexpr qsizetype head = 8; // bytes of the length and the name before a chunk's data
-    constexpr qsizetype tail = 4; // bytes of the checksum behind it
-    if (!bytes.startsWith("\x89PNG\r\n\x1a\n"))
+    PngChunks chunks(bytes);
+    if (!chunks.isPng())
         return false;
-    for (qsizetype at = pngSignature; bytes.size() - at >= head;) {
-        const auto size = qsizetype(qFromBigEndian<quint32>(bytes.constData() + at));
-        const QByteArrayView name = QByteArrayView(bytes).sliced(at + 4, 4);
-        if (name == "IEND")
-            return false;
-        if (bytes.size() - at - head - tail < size)
-            return true;
-        const QByteArrayView summed = QByteArrayView(bytes).sliced(at + 4, 4 + size);
-        at += head + size + tail;
-        if (name == "IDAT"
-            && checksum(summed) != qFromBigEndian<quint32>(bytes.constData() + at - tail))
+    while (chunks.nextType() != "IEND") {
+        const std::optional<PngChunk> chunk = chunks.next();
+        if (!chunk || (chunk->type == "IDAT" && !chunk->isIntact()))
             return true;
     }
-    return true;
+    return false;
 }
 
 // More than eight bits a channel.

@@ -184,6 +184,7 @@ void Monkey::activate()
     m_window.activateWindow();
     while (!m_window.isActiveWindow())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    syncReadings();
 }
 
 void Monkey::settle()
