@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "spectrum/chartwords.h"
 
+#include "spectrum/points.h"
+
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <cmath>
 
 namespace
 {
@@ -33,7 +34,7 @@ QString pointsInWords(const QList<QPointF> &points)
     double minX = 0;
     double maxX = 0;
     for (const QPointF &point : points) {
-        if (!std::isfinite(point.x()) || !std::isfinite(point.y()))
+        if (!isFinite(point))
             continue;
         minX = highest ? std::min(minX, point.x()) : point.x();
         maxX = highest ? std::max(maxX, point.x()) : point.x();

@@ -11,7 +11,6 @@
 #include <QTextDocument>
 
 #include <algorithm>
-#include <cmath>
 #include <optional>
 
 namespace
@@ -21,16 +20,31 @@ namespace
 constexpr int markedState = 1;
 constexpr int goodState = 0;
 
-bool isFinite(const QPointF &point)
-{
-    return std::isfinite(point.x()) && std::isfinite(point.y());
-}
-
 bool isMistake(const QString &line)
 {
     if (const std::optional<QPointF> point = parsePoint(line))
         return !isFinite(*point);
     return std::any_of(line.begin(), line.end(), [](QChar c) { return !c.isSpace(); });
+}
+
+// What an editor's plain text, from which points are read, makes of a line that it shows: a blank
+// of a no-break space, and lines of their own of what a line separator parts. (Other characters
+// that part lines never stand within one.)
+QString plainTextOf(const QTextBlock &line)
+{
+    QString text = line.text();
+    text.replace(QChar::LineSeparator, QLatin1Char('\n'));
+    text.replace(QChar::Nbsp, QLatin1Char(' '));
+    return text;
+}
+
+bool holdsMistake(const QTextBlock &line)
+{
+    const QString text = plainTextOf(line);
+    if (!text.contains(QLatin1Char('\n')))
+        return isMistake(text);
+    const QStringList lines = splitPointLines(text);
+    return std::any_of(lines.begin(), lines.end(), isMistake);
 }
 
 QTextCharFormat markOn(const QColor &background)
@@ -49,24 +63,19 @@ PointMarks::PointMarks(QPlainTextEdit *editor) : QObject(editor), m_editor(edito
     m_editor->viewport()->installEventFilter(this);
 }
 
-// Most texts are: then no line has to be looked at a second time.
-bool PointMarks::isFaultless(const QList<QPointF> &points) const
+void PointMarks::readLines(const QList<QPointF> &points, qsizetype lineCount)
 {
-    const QTextDocument *document = m_editor->document();
-    const int lines = document->blockCount() - (document->lastBlock().length() <= 1 ? 1 : 0);
-    return points.size() == lines && std::all_of(points.begin(), points.end(), isFinite);
-}
-
-void PointMarks::readLines(const QList<QPointF> &points)
-{
+    // Of most texts: then no line has to be looked at a second time.
+    const bool isFaultless =
+        points.size() == lineCount && std::all_of(points.begin(), points.end(), isFinite);
     const bool wasMarked = m_count > 0;
     m_count = 0;
     m_firstLine = 0;
-    if (wasMarked || !isFaultless(points)) {
+    if (wasMarked || !isFaultless) {
         int number = 0;
         for (QTextBlock line = m_editor->document()->begin(); line.isValid(); line = line.next()) {
             ++number;
-            const bool mistake = isMistake(line.text());
+            const bool mistake = holdsMistake(line);
             line.setUserState(mistake ? markedState : goodState);
             if (mistake && ++m_count == 1)
                 m_firstLine = number;

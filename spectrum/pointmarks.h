@@ -21,8 +21,9 @@ public:
     // Belongs to the editor.
     explicit PointMarks(QPlainTextEdit *editor);
 
-    // Looks at every line of the editor; points are what has just been read from its text.
-    void readLines(const QList<QPointF> &points);
+    // Looks at every line of the editor; points are what has just been read from its text, which
+    // has this number of lines that are not empty.
+    void readLines(const QList<QPointF> &points, qsizetype lineCount);
 
     // As of the last reading.
     [[nodiscard]] int count() const { return m_count; }
@@ -33,7 +34,6 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    [[nodiscard]] bool isFaultless(const QList<QPointF> &points) const;
     void followView();
     void markShownLines();
 

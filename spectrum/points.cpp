@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <iterator>
 #include <utility>
 
 namespace
@@ -251,21 +252,34 @@ QList<QPointF> stickPlot(const QList<QPointF> &points)
     return corners;
 }
 
+bool isFinite(const QPointF &point)
+{
+    return std::isfinite(point.x()) && std::isfinite(point.y());
+}
+
+QList<QPointF> finitePoints(const QList<QPointF> &points)
+{
+    if (std::all_of(points.begin(), points.end(), isFinite))
+        return points;
+    QList<QPointF> finite;
+    std::copy_if(points.begin(), points.end(), std::back_inserter(finite), isFinite);
+    return finite;
+}
+
 std::optional<PointRange> finiteRange(const QList<QPointF> &points)
 {
-    if (points.isEmpty())
-        return std::nullopt;
-    PointRange range{points[0].x(), points[0].x(), points[0].y(), points[0].y()};
-    bool finite = true;
+    std::optional<PointRange> range;
     for (const QPointF &point : points) {
-        finite = finite && std::isfinite(point.x()) && std::isfinite(point.y());
-        range.minX = std::min(range.minX, point.x());
-        range.maxX = std::max(range.maxX, point.x());
-        range.minY = std::min(range.minY, point.y());
-        range.maxY = std::max(range.maxY, point.y());
+        if (!isFinite(point))
+            continue;
+        if (!range)
+            range = {point.x(), point.x(), point.y(), point.y()};
+        range->minX = std::min(range->minX, point.x());
+        range->maxX = std::max(range->maxX, point.x());
+        range->minY = std::min(range->minY, point.y());
+        range->maxY = std::max(range->maxY, point.y());
     }
-    if (!finite || !std::isfinite(range.maxX - range.minX)
-        || !std::isfinite(range.maxY - range.minY))
-        return std::nullopt;
-    return range;
+    const bool canBeShown = range && std::isfinite(range->maxX - range->minX)
+                            && std::isfinite(range->maxY - range->minY);
+    return canBeShown ? range : std::nullopt;
 }

@@ -49,6 +49,11 @@ enum class ResampleError {
 // the last, to which a slanted line leads from the baseline at the energy before it.
 [[nodiscard]] QList<QPointF> stickPlot(const QList<QPointF> &points);
 
+// The points of two finite numbers, in their order: a chart can show no others.
+[[nodiscard]] QList<QPointF> finitePoints(const QList<QPointF> &points);
+
+[[nodiscard]] bool isFinite(const QPointF &point);
+
 // The ranges of both coordinates over points.
 struct PointRange {
     double minX;
@@ -57,5 +62,6 @@ struct PointRange {
     double maxY;
 };
 
-// Nothing if there is no point or if a bound or a span is not finite, as an axis cannot show that.
+// Over the points of two finite numbers. Nothing if there is none or if a span is not finite, as an
+// axis cannot show that.
 [[nodiscard]] std::optional<PointRange> finiteRange(const QList<QPointF> &points);

@@ -56,6 +56,7 @@ void drawSpectrum(QChart *chart, const QList<QPointF> &points, bool isLineSpectr
         axisX->setRange(range->minX, range->maxX);
         axisY->setRange(range->minY, range->maxY);
     }
-    series->replace(isLineSpectrum ? stickPlot(points) : points);
+    const QList<QPointF> shown = finitePoints(points);
+    series->replace(isLineSpectrum ? stickPlot(shown) : shown);
     chart->update();
 }

@@ -11,7 +11,7 @@
 // Gives an empty chart its axes and its one series.
 void setUpSpectrumChart(QChart *chart);
 
-// Shows points, as a curve or as the sticks of a line spectrum, over their whole range. Without
-// points, or if they have no finite range, the axes stay as they are. Does nothing to a chart that
-// has not been set up.
+// Shows the points of two finite numbers, as a curve or as the sticks of a line spectrum, over
+// their whole range. Without such points, or if their range is not finite, the axes stay as they
+// are. Does nothing to a chart that has not been set up.
 void drawSpectrum(QChart *chart, const QList<QPointF> &points, bool isLineSpectrum);

@@ -2,6 +2,7 @@
 #include "spectrum/spectrumchartview.h"
 
 #include "spectrum/chartwords.h"
+#include "spectrum/points.h"
 #include "widgets/contrast.h"
 
 #include <QAccessible>
@@ -74,9 +75,9 @@ void SpectrumChartView::updateLabelPosition()
 
 void SpectrumChartView::setSpectrumPoints(const QList<QPointF> &points)
 {
-    m_points = points;
+    m_points = finitePoints(points);
     m_point = std::min(m_point, m_points.size() - 1);
-    m_summary = pointsInWords(m_points);
+    m_summary = pointsInWords(points);
     describe();
 }
 
@@ -104,7 +105,7 @@ void SpectrumChartView::readOut(qsizetype point)
     // A zoomed chart follows.
     const QPointF off(at.x() - std::clamp(at.x(), area.left(), area.right()),
                       std::clamp(at.y(), area.top(), area.bottom()) - at.y());
-    if (std::max(std::abs(off.x()), std::abs(off.y())) > 1)
+    if (isFinite(off) && std::max(std::abs(off.x()), std::abs(off.y())) > 1)
         chart()->scroll(off.x(), off.y());
     viewport()->update();
 }
@@ -112,9 +113,9 @@ void SpectrumChartView::readOut(qsizetype point)
 void SpectrumChartView::zoomAtPoint()
 {
     QRectF area = chart()->plotArea();
-    const QPointF centre = m_point < 0 ? area.center() : chart()->mapToPosition(m_points[m_point]);
+    const QPointF place = m_point < 0 ? area.center() : chart()->mapToPosition(m_points[m_point]);
     QRectF part(QPointF(), area.size() / 2);
-    part.moveCenter(centre);
+    part.moveCenter(isFinite(place) ? place : area.center());
     chart()->zoomIn(movedInto(area, part));
 }
 

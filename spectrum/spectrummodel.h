@@ -90,6 +90,8 @@ public:
 
     // The points as of the last reading: photon energies in eV and intensities, in line order.
     [[nodiscard]] QList<QPointF> getXYVectors() const;
+    // How many lines that are not empty there were at the last reading, points or not.
+    [[nodiscard]] qsizetype lineCount() const { return pointLines.size(); }
     // Writes the point lines into the editor as its whole text, with a fresh undo history.
     void setTextEditText();
 

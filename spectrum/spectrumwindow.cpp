@@ -4,12 +4,14 @@
 #include "spectrum/pointmarks.h"
 #include "spectrum/spectrumchart.h"
 #include "spectrum/spectrummodel.h"
+#include "spectrum/undokeys.h"
 #include "ui_spectrumwindow.h"
 #include "widgets/editorcommit.h"
 #include "widgets/tabchain.h"
 #include "widgets/textguarddelegate.h"
 #include "widgets/undoabletext.h"
 #include "widgets/waitcursor.h"
+#include "widgets/wheelguard.h"
 
 #include <QCloseEvent>
 #include <QDataWidgetMapper>
@@ -39,6 +41,8 @@ SpectrumWindow::SpectrumWindow(QWidget *parent)
     marks = new PointMarks(ui->textEditSpect);
     mapper->setModel(model);
     mapper->setItemDelegate(new TextGuardDelegate(mapper));
+    new WheelGuard(ui->comboBoxType);
+    new UndoKeys(ui->textEditSpect, {ui->buttonNormalize, ui->buttonSparse, ui->buttonCommaToDot});
     connectSignals();
     buildChart();
     model->setValue(SpectrumColumn::CreatedDate, QDate::currentDate().toString(Qt::ISODate));
@@ -236,7 +240,7 @@ void SpectrumWindow::onPointsRead()
 // not.
 void SpectrumWindow::markBadLines()
 {
-    marks->readLines(model->getXYVectors());
+    marks->readLines(model->getXYVectors(), model->lineCount());
     QString said;
     if (marks->count() == 1)
         said = tr("Line %1 is not a point of two finite numbers.").arg(marks->firstLine());

@@ -2,6 +2,7 @@
 // The marks under lines of the point editor that are no points.
 #include "spectrum/pointmarks.h"
 #include "spectrum/points.h"
+#include "spectrum/spectrummodel.h"
 #include "spectrum/spectrumwindow.h"
 #include "support/warnings.h"
 
@@ -13,6 +14,8 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextBlock>
+
+#include <algorithm>
 
 namespace
 {
@@ -75,6 +78,8 @@ private slots:
 
     void marksWhatIsNoPoint_data();
     void marksWhatIsNoPoint();
+    void marksJudgeWhatTheModelTakes_data();
+    void marksJudgeWhatTheModelTakes();
     void toolTipCountsAndNamesTheFirst();
     void linesOfAFileAreLookedAt();
     void marksComeWithTheReading();
@@ -103,6 +108,11 @@ void TestPointMarks::marksWhatIsNoPoint_data()
     QTest::newRow("overflow") << "1e400 1\n1 2" << Lines{1};
     QTest::newRow("other digits") << "\u0661 \u0662\n1 2" << Lines{1};
     QTest::newRow("nothing") << "" << Lines{};
+    QTest::newRow("no-break space") << "1\u00a02\n3 4" << Lines{};
+    QTest::newRow("other blanks") << "1\u20092\n3 4\n5\u202f6" << Lines{1, 3};
+    QTest::newRow("line separator") << "1 2\u20283 4\n5\u20286\n7 8\u2028" << Lines{2};
+    QTest::newRow("paragraph separator") << "1 2\u20293 4\n5\u20296" << Lines{3, 4};
+    QTest::newRow("line separator and a bad line") << "1 2\u20283 4\nbad" << Lines{2};
     // As many points as lines that are not empty, but not the same.
     QTest::newRow("a blank and a bad line") << "x\n\n1 2\n\n\n3 4" << Lines{1};
 }
@@ -114,6 +124,61 @@ void TestPointMarks::marksWhatIsNoPoint()
     const Spectrum spectrum(text);
     QCOMPARE(spectrum.waves(), lines);
     QCOMPARE(spectrum.toolTip().isEmpty(), lines.isEmpty());
+}
+
+void TestPointMarks::marksJudgeWhatTheModelTakes_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("behind");
+    QTest::newRow("between numbers") << "9.610"
+                                     << "7";
+    QTest::newRow("between points") << "1 2"
+                                    << "3 4";
+    QTest::newRow("before a mistake") << "1 2"
+                                      << "x";
+    QTest::newRow("alone") << ""
+                           << "";
+    QTest::newRow("in a number") << "1 2"
+                                 << "3";
+    // As many points as there are lines in the editor, but one of them is none.
+    QTest::newRow("beside a mistake") << "bad\n1 2"
+                                      << "3 4";
+}
+
+// Every character of no script or the Latin one: the document has its own ways with a few.
+void TestPointMarks::marksJudgeWhatTheModelTakes()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, behind);
+    QPlainTextEdit editor;
+    SpectrumModel model(nullptr, &editor);
+    PointMarks marks(&editor);
+    int separated = 0;
+    for (char32_t c = 1; c <= 0x10000 + 3; ++c) {
+        // Others need the fonts of their scripts, and documents have no ways of their own with
+        // them.
+        if (QChar::script(c) > QChar::Script_Latin)
+            continue;
+        const QString text = before + QString::fromUcs4(&c, 1) + behind;
+        if (c % 2)
+            editor.setPlainText(text);
+        else { // as it is typed and pasted
+            editor.clear();
+            editor.insertPlainText(text);
+        }
+        model.readPendingPoints();
+        const QList<QPointF> points = model.getXYVectors();
+        marks.readLines(points, model.lineCount());
+
+        const QStringList lines = editor.toPlainText().split(QLatin1Char('\n'));
+        const auto leftOut = std::count_if(lines.begin(), lines.end(), [](const QString &line) {
+            return !line.trimmed().isEmpty() && !parsePoint(line);
+        });
+        QVERIFY2((marks.count() > 0) == (leftOut > 0), qPrintable(QString::number(c, 16)));
+        QCOMPARE(points, parsePoints(lines));
+        separated += leftOut == 0;
+    }
+    QVERIFY(separated < 0x100);
 }
 
 void TestPointMarks::toolTipCountsAndNamesTheFirst()

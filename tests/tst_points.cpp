@@ -628,7 +628,20 @@ private slots:
         QTEST(stickPlot(points), "corners");
     }
 
-    void theRangeSpansAllPointsAndIsRefusedIfAnAxisCannotShowIt()
+    void finitePointsAreKeptInTheirOrder()
+    {
+        using Points = QList<QPointF>;
+        const Points finite{{2, 9}, {1, -largest}, {1, -3}};
+        QVERIFY(finitePoints(finite).isSharedWith(finite));
+        QCOMPARE(finitePoints({}), Points());
+        for (const double bad : {notANumber, inf, -inf}) {
+            QCOMPARE(finitePoints({{bad, 1}, {2, 9}, {1, bad}, {1, 3}, {bad, bad}}),
+                     (Points{{2, 9}, {1, 3}}));
+            QCOMPARE(finitePoints({{bad, 1}}), Points());
+        }
+    }
+
+    void theRangeSpansAllFinitePointsAndIsRefusedIfAnAxisCannotShowIt()
     {
         const std::optional<PointRange> range = finiteRange({{2, 9}, {1, -3}, {5, 4}});
         QVERIFY(range);
@@ -644,10 +657,15 @@ private slots:
 
         QVERIFY(!finiteRange({}));
         for (const double bad : {notANumber, inf, -inf}) {
-            QVERIFY(!finiteRange({{bad, 1}, {1, 1}}));
-            QVERIFY(!finiteRange({{1, 1}, {bad, 1}}));
-            QVERIFY(!finiteRange({{1, bad}, {1, 1}}));
-            QVERIFY(!finiteRange({{0, 1}, {1, bad}, {2, 1}}));
+            QVERIFY(!finiteRange({{bad, 1}}));
+            QVERIFY(!finiteRange({{1, bad}, {bad, bad}}));
+            const std::optional<PointRange> rest =
+                finiteRange({{9, bad}, {2, 5}, {bad, 9}, {1, 4}, {bad, bad}});
+            QVERIFY(rest);
+            QCOMPARE(rest->minX, 1.0);
+            QCOMPARE(rest->maxX, 2.0);
+            QCOMPARE(rest->minY, 4.0);
+            QCOMPARE(rest->maxY, 5.0);
         }
         QVERIFY(!finiteRange({{-largest, 1}, {largest, 1}}));
         QVERIFY(!finiteRange({{1, -largest}, {1, largest}}));

@@ -245,11 +245,8 @@ private slots:
     void pointsThatAnAxisCannotShowLeaveItsLastFiniteRange_data()
     {
         QTest::addColumn<QString>("text");
-        QTest::newRow("not a number") << QStringLiteral("nan 1\n2 2");
-        QTest::newRow("intensity not a number") << QStringLiteral("1 nan\n2 2");
         QTest::newRow("all not a number") << QStringLiteral("nan nan");
-        QTest::newRow("infinite energy") << QStringLiteral("1 1\ninf 2");
-        QTest::newRow("infinite intensity") << QStringLiteral("1 -inf\n2 2");
+        QTest::newRow("none finite") << QStringLiteral("1 -inf\nnan 2\n1 nan");
         QTest::newRow("wider than a double") << QStringLiteral("-1e308 1\n1e308 2");
         QTest::newRow("higher than a double") << QStringLiteral("1 -1e308\n2 1e308");
     }
@@ -264,6 +261,60 @@ private slots:
             QCOMPARE(f.ranges(), before);
             f.setPoints(QStringLiteral("6 7\n8 9"));
             QCOMPARE(f.ranges(), QRectF(QPointF(6, 7), QPointF(8, 9)));
+        }
+    }
+
+    void pointsThatAreNotFiniteHideNoOthers_data()
+    {
+        QTest::addColumn<QString>("bad");
+        for (const char *bad : {"9.611 nan", "nan 1", "nan nan", "9.611 inf", "inf 1", "9.611 -inf",
+                                "-inf 1", "inf nan"})
+            QTest::newRow(bad) << QString::fromLatin1(bad);
+    }
+
+    // In a fresh spectrum and in one with a curve, wherever the line stands.
+    void pointsThatAreNotFiniteHideNoOthers()
+    {
+        QFETCH(QString, bad);
+        const QStringList good{QStringLiteral("6 9"), QStringLiteral("7 8"), QStringLiteral("8 7")};
+        for (qsizetype at = 0; at <= good.size(); ++at) {
+            QStringList lines = good;
+            lines.insert(at, bad);
+            for (const QJsonObject &before : {QJsonObject(), threePoints()}) {
+                Fixture f(before);
+                f.setPoints(lines.join(QLatin1Char('\n')));
+                QCOMPARE(f.ranges(), QRectF(QPointF(6, 7), QPointF(8, 9)));
+                QCOMPARE(f.series->points(), (Points{{6, 9}, {7, 8}, {8, 7}}));
+                f.setLine(true);
+                QCOMPARE(f.series->points(),
+                         (Points{{6, 9}, {6, 0}, {7, 0}, {7, 8}, {7, 0}, {8, 7}}));
+                QCOMPARE(f.ranges(), QRectF(QPointF(6, 7), QPointF(8, 9)));
+            }
+        }
+    }
+
+    void keysGiveTheAxesFiniteRangesOnly_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("not a number") << QStringLiteral("1 1\n2 nan\nnan 3\n4 4");
+        QTest::newRow("infinite") << QStringLiteral("1 1\n2 inf\n-inf 3\n4 4\ninf inf");
+        QTest::newRow("alone") << QStringLiteral("nan inf");
+        QTest::newRow("wider than a double") << QStringLiteral("-1e308 1\n1e308 2");
+        QTest::newRow("higher than a double") << QStringLiteral("1 -1e308\n2 1e308");
+    }
+
+    void keysGiveTheAxesFiniteRangesOnly()
+    {
+        QFETCH(QString, text);
+        Fixture f(threePoints());
+        QVERIFY(f.show());
+        f.setPoints(text);
+        for (const int key : {Qt::Key_Home, Qt::Key_Plus, Qt::Key_Right, Qt::Key_Right, Qt::Key_End,
+                              Qt::Key_Plus, Qt::Key_Left, Qt::Key_Minus, Qt::Key_Home, Qt::Key_0}) {
+            QTest::keyClick(f.view, static_cast<Qt::Key>(key));
+            for (const double bound :
+                 {f.axisX->min(), f.axisX->max(), f.axisY->min(), f.axisY->max()})
+                QVERIFY(std::isfinite(bound));
         }
     }
 

@@ -27,6 +27,7 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
+#include <QWheelEvent>
 
 #include <chrono>
 #include <memory>
@@ -896,6 +897,67 @@ private slots:
         QVERIFY(f.parent.modifications > 0);
         f.waitForReading();
         QCOMPARE(f.series()->points(), points.mid(0, 2));
+    }
+
+    void undoKeysOnAButtonWorkOnThePoints_data()
+    {
+        eachButtonIsOneUndoStepAndTheOldTextIsReadAgain_data();
+    }
+
+    // A click leaves the keyboard on the button.
+    void undoKeysOnAButtonWorkOnThePoints()
+    {
+        QFETCH(QString, button);
+        Fixture f(spectrum(experimentType));
+        QVERIFY(f.activate());
+        f.points()->moveCursor(QTextCursor::End);
+        QTest::keyClicks(f.points(), QStringLiteral(" # a, b"));
+        f.window->readPendingPoints();
+        const QString before = f.points()->toPlainText();
+        QTest::mouseClick(f.widget(button), Qt::LeftButton);
+        QVERIFY(f.widget(button)->hasFocus());
+        const QString after = f.points()->toPlainText();
+        QVERIFY(after != before);
+
+        QTest::keySequence(f.widget(button), QKeySequence(QKeySequence::Undo));
+        QCOMPARE(f.points()->toPlainText(), before);
+        QTest::keySequence(f.widget(button), QKeySequence(QKeySequence::Redo));
+        QCOMPARE(f.points()->toPlainText(), after);
+        QVERIFY(f.widget(button)->hasFocus());
+
+        // Elsewhere they do nothing to the points.
+        for (const char *other : {"comboBoxType", "checkBoxLineSpectrum", "chartSpectrum"}) {
+            f.widget(QString::fromLatin1(other))->setFocus();
+            QTest::keySequence(f.widget(QString::fromLatin1(other)),
+                               QKeySequence(QKeySequence::Undo));
+            QCOMPARE(f.points()->toPlainText(), after);
+        }
+    }
+
+    // Scrolling past the box must not change the spectrum.
+    void theWheelChangesTheTypeOnlyWithTheKeyboardOnIt()
+    {
+        Fixture f(spectrum(experimentType));
+        QVERIFY(f.activate());
+        f.points()->setFocus();
+        f.parent.modifications = 0;
+        const auto turn = [&](int delta) {
+            const QPoint at = f.types()->rect().center();
+            QWheelEvent event(at, f.types()->mapToGlobal(at), {}, {0, delta}, Qt::NoButton,
+                              Qt::NoModifier, Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(f.types(), &event);
+            return event.isAccepted();
+        };
+        for (const int delta : {120, -120, -120}) {
+            QVERIFY(!turn(delta));
+            QCOMPARE(f.types()->currentIndex(), experimentType);
+        }
+        QVERIFY(f.points()->hasFocus());
+        QCOMPARE(f.parent.modifications, 0);
+
+        f.types()->setFocus();
+        QVERIFY(turn(-120));
+        QCOMPARE(f.types()->currentIndex(), experimentType + 1);
     }
 
     void loadingStartsAFreshUndoHistory()
