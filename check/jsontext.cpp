@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "check/jsontext.h"
 
+#include "check/cutoff.h"
+
 #include <rapidjson/error/en.h>
 #include <rapidjson/reader.h>
 #include <rapidjson/stream.h>
@@ -143,6 +145,14 @@ QString escapeError(char c)
 JsonError errorOf(const rapidjson::ParseResult &result, const QByteArray &bytes)
 {
     const auto offset = static_cast<qsizetype>(result.Offset());
+    const bool isLimit = result.Code() == rapidjson::kParseErrorTermination
+                         || result.Code() == rapidjson::kParseErrorNumberTooBig;
+    const bool isEmpty = result.Code() == rapidjson::kParseErrorDocumentEmpty;
+    const std::optional<CutOff> cutOff =
+        isLimit || isEmpty ? std::nullopt : cutOffOf(bytes, offset);
+    if (cutOff)
+        return {JsonError::Syntax, cutOff->offset,
+                QStringLiteral("The file ends inside %1.").arg(cutOff->within)};
     switch (result.Code()) {
     case rapidjson::kParseErrorStringEscapeInvalid:
         return {JsonError::Syntax, offset,
@@ -157,7 +167,10 @@ JsonError errorOf(const rapidjson::ParseResult &result, const QByteArray &bytes)
             JsonError::Syntax, offset,
             QStringLiteral("A key in quotes is due here; no comma stands behind the last member.")};
     case rapidjson::kParseErrorDocumentEmpty:
-        return {JsonError::Syntax, offset, QStringLiteral("The file is empty.")};
+        return {JsonError::Syntax, 0,
+                bytes.isEmpty() || bytes == byteOrderMark
+                    ? QStringLiteral("The file is empty.")
+                    : QStringLiteral("There are only blanks in the file.")};
     default:
         return {JsonError::Syntax, offset,
                 QString::fromLatin1(rapidjson::GetParseError_En(result.Code()))};

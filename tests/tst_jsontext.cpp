@@ -159,7 +159,7 @@ private slots:
         QTest::newRow("comma") << QByteArray("[1,]") << 3;
         QTest::newRow("missing comma") << QByteArray("{\"a\":1 \"b\":2}") << 7;
         QTest::newRow("colon") << QByteArray("{\"a\" 1}") << 5;
-        QTest::newRow("open") << QByteArray("[1") << 2;
+        QTest::newRow("open") << QByteArray("[1") << 1;
         QTest::newRow("garbage") << QByteArray("[] x") << 3;
         QTest::newRow("word") << QByteArray("[nul]") << 4;
         QTest::newRow("not a number") << QByteArray("[NaN]") << 1;
@@ -184,6 +184,89 @@ private slots:
         QVERIFY(JsonText("[\"a\nb\"]").error()->message.contains(u"\\n has to stand"_s));
         QVERIFY(JsonText("[\"a\tb\"]").error()->message.contains(u"\\u0009 has to stand"_s));
         QVERIFY(JsonText("[\"a\\qb\"]").error()->message.contains(u"no such escape"_s));
+    }
+
+    void aFileThatIsCutOffSaysWithinWhat_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<int>("offset");
+        const auto row = [](const QByteArray &text, const char *within, int offset) {
+            const QString message = QStringLiteral("The file ends inside %1.");
+            QTest::newRow(text.constData()) << text << message.arg(QLatin1String(within)) << offset;
+        };
+        row("{", "an object", 0);
+        row("{\n\n", "an object", 0);
+        row("{\"a\"", "an object", 3);
+        row("{\"a\":", "an object", 4);
+        row("{\"a\":1", "an object", 5);
+        row("{\"a\":1,", "an object", 6);
+        row("{\"a\":1,\r\n", "an object", 6);
+        row("{\"a\":[]", "an object", 6);
+        row("{\"a\":\"[{\\\"\"", "an object", 10);
+        row("[", "an array", 0);
+        row("[1,", "an array", 2);
+        row("{\"a\":[{}", "an array", 7);
+        row("[{", "an object", 1);
+        row("\"abc", "a text", 3);
+        row("\"abc\n", "a text", 3);
+        row("\"ab\xc3\xa4", "a text", 3);
+        row("{\"a", "a text", 2);
+        row("[\"a\\", "a text", 3);
+        row("[\"a\\\"", "a text", 4);
+        row("[\"a\\u", "a text", 4);
+        row("[\"a\\u00e", "a text", 7);
+        row("[\"\\ud83e", "a text", 7);
+        row("[\"\\ud83e\\udd", "a text", 11);
+        row("[-", "a number", 1);
+        row("[1.", "a number", 2);
+        row("[1e-", "a number", 3);
+        row("[tru", "a word", 3);
+        row("n", "a word", 0);
+        row("\xef\xbb\xbf[", "an array", 3);
+    }
+
+    void aFileThatIsCutOffSaysWithinWhat()
+    {
+        QFETCH(QByteArray, text);
+        const JsonText parsed(text);
+        QVERIFY(parsed.error());
+        QTEST(parsed.error()->message, "message");
+        QTEST(int(parsed.error()->offset), "offset");
+    }
+
+    // Every file that is cut off is said to be, whatever stands at its end.
+    void everyBeginningOfAFileIsCutOff()
+    {
+        QByteArray text = "\xef\xbb\xbf{\"a\\\"\\u00e4\\ud83e\\uddea\": [1.5e-3, -2, true, false,\n"
+                          "null, {}, [], \"\\n\", {\"b\": [0]}], \"c\" : \"d\"}";
+        QVERIFY(!JsonText(text).error());
+        while (text.size() > 4) {
+            text.chop(1);
+            const JsonText parsed(text);
+            QVERIFY(parsed.error());
+            QVERIFY2(parsed.error()->message.startsWith(u"The file ends inside "_s),
+                     text.constData());
+            QCOMPARE(parsed.error()->offset, text.trimmed().size() - 1);
+        }
+    }
+
+    void whatIsWrongBeforeTheEndIsNotTakenForACutOffFile()
+    {
+        for (const QByteArray &text :
+             {QByteArray("[}"), QByteArray("[\"a\\q"), QByteArray("[\"\\u00g"), QByteArray("{1"),
+              QByteArray("[1 2"), QByteArray("[\"\\ud83e\\n"), QByteArray("[x"), QByteArray("[]]"),
+              QByteArray("[1\0", 3), QByteArray("{\"a\":\"b\n}"), QByteArray(1025, '[')})
+            QVERIFY2(!JsonText(text).error()->message.contains(u"ends inside"_s), text.constData());
+    }
+
+    void aFileWithoutAnythingIsToldFromOneOfBlanks()
+    {
+        for (const QByteArray &text : {QByteArray(), QByteArray("\xef\xbb\xbf")})
+            QCOMPARE(JsonText(text).error()->message, u"The file is empty."_s);
+        for (const QByteArray &text :
+             {QByteArray(" "), QByteArray("\n\t \n"), QByteArray("\xef\xbb\xbf\n")})
+            QCOMPARE(JsonText(text).error()->message, u"There are only blanks in the file."_s);
     }
 
     void nestingIsLimitedAsInTheToolkit()
