@@ -42,7 +42,7 @@ A file of overrides has a line "GLOB ID REASON" for each finding that was looked
 and found to be right; lines that nothing needs any more are reported.
 
 The status is 1 if something at or above the level of --fail-on is reported, and 3 if
-a file cannot be read.
+a file cannot be read or a folder has none.
 )";
 
 // Something wrong with the command line, or with what it names.

@@ -48,8 +48,8 @@ private:
         if (operand == standardInput)
             return takeStandardInput();
         const InputList list = listInputs({operand});
-        for (const QByteArray &folder : list.unreadableFolders)
-            fail(shownName(folder) + ": cannot be read");
+        if (nameBadFolders(list, m_console))
+            m_inputs.failed = true;
         for (const InputFile &file : list.files)
             takeFile(file);
     }

@@ -152,17 +152,12 @@ int run(const Arguments &arguments, Console &console)
              text("title", defaultTitle), QDate::currentDate()},
             arguments.has("compact") ? QJsonDocument::Compact : QJsonDocument::Indented};
     const InputList list = listInputs(arguments.operands(), job.output);
-    for (const QByteArray &folder : list.unreadableFolders)
-        console.error(shownName(folder) + ": the folder cannot be read");
+    const bool hasBadFolders = nameBadFolders(list, console);
     job.inputs = list.files;
     for (const InputFile &input : list.files)
         job.paths.append(input.path);
-    if (!list.unreadableFolders.isEmpty()) {
+    if (hasBadFolders) {
         nameBadInputs(job, console);
-        return exitFailure;
-    }
-    if (job.inputs.isEmpty()) {
-        console.error("there is no species file");
         return exitFailure;
     }
     if (arguments.has("check"))

@@ -71,9 +71,16 @@ struct Job {
     QList<std::pair<QByteArray, QByteArray>> fields;
 };
 
+// What stands behind the last point of the file's own name; empty if there is none.
+QByteArray endingOf(const QByteArray &name)
+{
+    const qsizetype point = name.lastIndexOf('.');
+    return point > name.lastIndexOf('/') ? name.sliced(point + 1) : QByteArray();
+}
+
 QByteArray formatOfName(const QByteArray &name)
 {
-    const QByteArray ending = name.sliced(name.lastIndexOf('.') + 1).toLower();
+    const QByteArray ending = endingOf(name).toLower();
     if (ending == "jdx" || ending == "dx" || ending == "jcm")
         return "jcamp";
     if (ending == "txt" || ending == "tab")
@@ -134,9 +141,12 @@ QJsonObject completed(const ExchangedSpectrum &spectrum, const QByteArray &name,
     QJsonObject object = model.toJson();
     for (auto member = spectrum.metadata.begin(); member != spectrum.metadata.end(); ++member) {
         const QJsonValue kept = object.value(member.key());
-        if (kept != member.value() && member.value() != QJsonValue(QString()))
-            console.error(name + ": not kept: " + member.key().toUtf8() + ": "
-                          + metadataText(member.key(), member.value()));
+        if (kept == member.value() || member.value() == QJsonValue(QString()))
+            continue;
+        const bool isPart = member.value().isString() && !kept.toString().isEmpty();
+        console.error(name + ": not kept: " + member.key().toUtf8() + ": "
+                      + metadataText(member.key(), member.value())
+                      + (isPart ? " becomes " + metadataText(member.key(), kept) : QByteArray()));
     }
     storePoints(object, spectrum.points);
     return object;
@@ -222,7 +232,20 @@ std::optional<UsageError> readFields(const QByteArrayList &texts, Job &job)
     return std::nullopt;
 }
 
-// The job that the command line asks for, or what is wrong with it.
+// Why it is not known what to write.
+QByteArray whyNoFormat(const Job &job)
+{
+    const QByteArray missing = "--to FORMAT is missing";
+    const QByteArray ending = endingOf(job.output);
+    if (job.output.isEmpty())
+        return missing;
+    if (ending.isEmpty())
+        return job.output + " has no ending that tells the format, and " + missing;
+    return "the ending ." + ending + " tells no format, and " + missing;
+}
+
+// The job that the command line asks for, without a format if that is not known; or what is wrong
+// with it.
 std::variant<Job, UsageError> jobOf(const Arguments &arguments)
 {
     if (arguments.operands().size() != 1)
@@ -236,9 +259,7 @@ std::variant<Job, UsageError> jobOf(const Arguments &arguments)
     job.to = arguments.value("to", formatOfName(job.output));
     job.from = arguments.value("from");
     job.spectrum = arguments.value("spectrum");
-    if (job.to.isEmpty())
-        return UsageError{"--to FORMAT is missing", {}};
-    if (!outputFormats().contains(job.to))
+    if (arguments.has("to") && !outputFormats().contains(job.to))
         return UsageError{"the format " + job.to + " is none of " + outputFormats().join(", "),
                           closestTo(job.to, outputFormats())};
     if (!job.from.isEmpty() && !inputFormats().contains(job.from))
@@ -267,10 +288,17 @@ std::variant<Job, UsageError> jobOf(const Arguments &arguments)
 
 int run(const Arguments &arguments, Console &console)
 {
-    const auto job = jobOf(arguments);
-    if (const auto *error = std::get_if<UsageError>(&job))
+    const auto read = jobOf(arguments);
+    if (const auto *error = std::get_if<UsageError>(&read))
         return usageError(console, convertCommand(), *error);
-    return convert(std::get<Job>(job), console);
+    const auto &job = std::get<Job>(read);
+    if (!job.to.isEmpty())
+        return convert(job, console);
+    // Who mistyped the only name is not helped by a word about formats.
+    if (job.input.name == "-" || QFileInfo::exists(job.input.path))
+        return usageError(console, convertCommand(), {whyNoFormat(job), {}});
+    console.error(shownName(job.input.name) + ": " + whyUnreadable(job.input));
+    return exitFailure;
 }
 
 } // namespace

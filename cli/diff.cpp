@@ -4,6 +4,7 @@
 #include "cli/filenames.h"
 #include "cli/pointdifference.h"
 #include "cli/readfile.h"
+#include "cli/spectrumpairs.h"
 #include "species/jsonfile.h"
 #include "species/picture.h"
 #include "species/speciesfile.h"
@@ -15,7 +16,6 @@
 #include <QJsonDocument>
 
 #include <optional>
-#include <span>
 
 namespace
 {
@@ -24,9 +24,10 @@ constexpr char details[] =
     R"(Compares two species files or two spectrum files: the fields of the profile and of
 each spectrum one by one, and of the points how many are added, removed or
 changed, with the largest difference of intensities. Points belong together that
-have the same energy. Spectra belong together that are equal, else that have the
-same title and type, else in their order. The status is 1 if there is a
-difference.
+have the same energy. Spectra belong together that are equal, first of all under the
+same key, else that have the same title and type, else any; of several, those with
+the most points in common, then those under the same key. The status is 1 if there
+is a difference.
 )";
 
 // A value as a message shows it: JSON on one line.
@@ -140,79 +141,43 @@ void compareSpectra(Section &section, QJsonObject before, QJsonObject after)
     section.compareFields(before, after);
 }
 
-struct Spectrum {
-    QByteArray key; // in its file
-    QJsonObject object;
-
-    [[nodiscard]] QByteArray title() const
-    {
-        return plainText(object.value(QLatin1String("Title")).toString()).toUtf8();
-    }
-};
-
-using Spectra = QList<Spectrum>;
-using Pairs = QList<std::pair<Spectrum, Spectrum>>;
-
-// Moves the spectra that belong together out of both lists, the first match for each.
-template <typename Match>
-void takePairs(Spectra &before, Spectra &after, Pairs &pairs, Match &&match)
-{
-    for (qsizetype i = 0; i < before.size();) {
-        const auto it = std::find_if(after.begin(), after.end(), [&](const Spectrum &candidate) {
-            return match(before[i], candidate);
-        });
-        if (it == after.end()) {
-            ++i;
-            continue;
-        }
-        pairs.append({before.takeAt(i), *it});
-        after.erase(it);
-    }
-}
-
-Spectra spectraIn(const QJsonObject &file)
+QList<KeyedSpectrum> spectraIn(const QJsonObject &file)
 {
     if (hasType(file, spectrumFileType))
         return {{"Spectrum", file}};
-    Spectra spectra;
+    QList<KeyedSpectrum> spectra;
     for (const QString &key : datasetKeys(file))
         spectra.append({key.toUtf8(), file.value(key).toObject()});
     return spectra;
 }
 
-QByteArray headingOf(const Spectrum &before, const Spectrum &after)
+QByteArray headingOf(const KeyedSpectrum &before, const KeyedSpectrum &after)
 {
     const QByteArray keys =
         before.key == after.key ? before.key : QByteArray(before.key + " -> " + after.key);
-    return before.title().isEmpty() ? keys : QByteArray(keys + " (" + before.title() + ')');
+    return before.title.isEmpty() ? keys : QByteArray(keys + " (" + before.title + ')');
 }
 
-bool compareAllSpectra(Spectra before, Spectra after, Console &console)
+bool compareAllSpectra(const QList<KeyedSpectrum> &before, const QList<KeyedSpectrum> &after,
+                       Console &console)
 {
-    Pairs pairs;
-    takePairs(before, after, pairs,
-              [](const Spectrum &l, const Spectrum &r) { return l.object == r.object; });
-    takePairs(before, after, pairs, [](const Spectrum &l, const Spectrum &r) {
-        return l.title() == r.title()
-               && l.object.value(spectrumTypeKey) == r.object.value(spectrumTypeKey);
-    });
-    takePairs(before, after, pairs, [](const Spectrum &, const Spectrum &) { return true; });
+    const SpectrumPairs paired = pairedSpectra(before, after);
     bool found = false;
-    for (const auto &[old, present] : std::as_const(pairs)) {
+    for (const auto &[old, present] : paired.pairs) {
         Section section(headingOf(old, present), console);
         compareSpectra(section, old.object, present.object);
         found = found || section.found();
     }
-    const auto only = [&](const Spectra &spectra, const char *what) {
-        for (const Spectrum &spectrum : spectra) {
+    const auto only = [&](const QList<KeyedSpectrum> &spectra, const char *what) {
+        for (const KeyedSpectrum &spectrum : spectra) {
             Section section(headingOf(spectrum, spectrum), console);
             section.line(QByteArray(what) + ", with "
                          + QByteArray::number(storedPoints(spectrum.object).size()) + " points");
             found = true;
         }
     };
-    only(before, "removed");
-    only(after, "added");
+    only(paired.removed, "removed");
+    only(paired.added, "added");
     return found;
 }
 

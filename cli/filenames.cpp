@@ -110,6 +110,20 @@ class Lister
 public:
     explicit Lister(const QByteArray &leftOut) : m_leftOut(canonical(leftOut)) {}
 
+    // A folder that is named on the command line.
+    void addOperand(const QByteArray &folder)
+    {
+        const qsizetype before = m_inputs.files.size() + m_inputs.unreadableFolders.size();
+        addFolder(folder, libraryPath(folder));
+        if (m_inputs.files.size() + m_inputs.unreadableFolders.size() == before)
+            m_inputs.emptyFolders.append(folder);
+    }
+
+    void addFile(const QByteArray &name) { m_inputs.files.append({name, libraryPath(name)}); }
+
+    InputList takeInputs() { return std::move(m_inputs); }
+
+private:
     void addFolder(const QByteArray &folder, const QString &path)
     {
         const RawListing raw = listRaw(folder);
@@ -126,11 +140,6 @@ public:
         }
     }
 
-    void addFile(const QByteArray &name) { m_inputs.files.append({name, libraryPath(name)}); }
-
-    InputList takeInputs() { return std::move(m_inputs); }
-
-private:
     static fs::path canonical(const QByteArray &name)
     {
         std::error_code error;
@@ -188,7 +197,7 @@ InputList listInputs(const QByteArrayList &operands, const QByteArray &leftOut)
     for (const QByteArray &operand : operands) {
         std::error_code error;
         if (fs::is_directory(nativePath(operand), error))
-            lister.addFolder(operand, libraryPath(operand));
+            lister.addOperand(operand);
         else
             lister.addFile(operand);
     }

@@ -27,6 +27,7 @@ struct InputFile {
 struct InputList {
     QList<InputFile> files;
     QByteArrayList unreadableFolders; // names; the files of the others are there
+    QByteArrayList emptyFolders;      // those operands that stand for no file
 };
 
 // The files that operands name, in their order. A folder stands for its files "*.json" in the order

@@ -86,11 +86,7 @@ int run(const Arguments &arguments, Console &console)
         return usageError(console, formatCommand(),
                           {"several files need --check or --in-place", {}});
 
-    int status = exitFine;
-    for (const QByteArray &folder : list.unreadableFolders) {
-        console.error(shownName(folder) + ": the folder cannot be read");
-        status = exitFailure;
-    }
+    int status = nameBadFolders(list, console) ? exitFailure : exitFine;
     Progress progress(console, "Formatting", list.files.size());
     for (qsizetype i = 0; i < list.files.size() && !console.isOutputClosed(); ++i) {
         progress.advance(i);

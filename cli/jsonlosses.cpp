@@ -87,7 +87,11 @@ public:
     QByteArrayList lines;
 
 private:
-    void add(const QByteArray &place, const QByteArray &what) { lines.append(place + ": " + what); }
+    void add(const QByteArray &place, const QByteArray &what)
+    {
+        // A spectrum file is its only spectrum.
+        lines.append((place.isEmpty() ? QByteArray("Spectrum") : place) + ": " + what);
+    }
 
     void comparePoints(const QByteArray &path, const QJsonObject &before, const QJsonObject &after)
     {

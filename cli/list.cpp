@@ -117,12 +117,13 @@ public:
 
     void add(const Row &row)
     {
+        const bool isFirst = m_count++ == 0;
         if (m_isTsv)
             m_console.out(cellsOf(row).join('\t') + '\n');
         else if (!m_isJson)
             m_rows.append(cellsOf(row));
         else
-            m_console.out((m_count++ == 0 ? "[\n" : ",\n")
+            m_console.out((isFirst ? "[\n" : ",\n")
                           + QJsonDocument(objectOf(row)).toJson(QJsonDocument::Compact));
     }
 
@@ -133,6 +134,8 @@ public:
         else if (!m_isTsv)
             printAligned();
     }
+
+    [[nodiscard]] bool isEmpty() const { return m_count == 0; }
 
 private:
     static qsizetype widthOf(const QByteArray &text) { return QString::fromUtf8(text).size(); }
@@ -177,13 +180,11 @@ int run(const Arguments &arguments, Console &console)
         return usageError(console, listCommand(), {"no file is named", {}});
     const InputList list = listInputs(arguments.operands());
 
-    int status = exitFine;
+    int status = nameBadFolders(list, console) ? exitFailure : exitFine;
     const auto fail = [&](const QByteArray &name, const char *why) {
         console.error(shownName(name) + ": " + why);
         status = exitFailure;
     };
-    for (const QByteArray &folder : list.unreadableFolders)
-        fail(folder, "the folder cannot be read");
     Table table(form, console);
     {
         Progress progress(console, "Reading", list.files.size());
@@ -202,6 +203,10 @@ int run(const Arguments &arguments, Console &console)
         }
     }
     table.finish();
+    if (status == exitFine && table.isEmpty() && !console.isOutputClosed()) {
+        console.error("there is no species file");
+        status = exitFailure;
+    }
     return status;
 }
 

@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <variant>
 
 namespace
 {
@@ -40,6 +41,7 @@ struct Job {
     QByteArray output; // with "%n"
     PictureFormat format;
     QByteArray spectrum;
+    QByteArray range; // as it was given
 };
 
 // The name of the picture of this number; nothing if there is no place for the number.
@@ -59,6 +61,27 @@ std::optional<QByteArray> pictureName(const QByteArray &pattern, qsizetype numbe
         }
     }
     return hasNumber || number == 1 ? std::optional(name) : std::nullopt;
+}
+
+// Whether a chart of the points shows some of them in the range. A curve has a part there if it has
+// points on both sides.
+bool isAnythingIn(const EnergyRange &range, const QList<QPointF> &points, bool isLineSpectrum)
+{
+    bool below = false;
+    bool above = false;
+    for (const QPointF &point : points) {
+        if (point.x() >= range.fromEv && point.x() <= range.toEv)
+            return true;
+        below = below || point.x() < range.fromEv;
+        above = above || point.x() > range.toEv;
+    }
+    return below && above && !isLineSpectrum;
+}
+
+QByteArray shownEnergy(double ev)
+{
+    constexpr int digits = 6; // of a point in the editor
+    return QByteArray::number(ev, 'g', digits);
 }
 
 // Draws the spectra of the files one by one.
@@ -101,11 +124,18 @@ private:
         SpectrumModel model(nullptr, nullptr);
         model.loadFromJson(spectrum.object);
         const QList<QPointF> points = model.getXYVectors();
-        if (points.isEmpty() || !finiteRange(points)) {
+        const std::optional<PointRange> extent = finiteRange(points);
+        if (!extent) {
             fail(input, place + "there is nothing to draw");
             return;
         }
         const bool isLine = model.value(SpectrumColumn::LineSpectrum).toBool();
+        if (m_job.format.range && !isAnythingIn(*m_job.format.range, points, isLine)) {
+            fail(input, place + "no point lies in the range " + m_job.range
+                            + "; the points are from " + shownEnergy(extent->minX) + " to "
+                            + shownEnergy(extent->maxX) + " eV");
+            return;
+        }
         const QByteArray picture = pictureOf(points, isLine, m_job.format);
         if (picture.isEmpty()) {
             fail(input, place + "the picture cannot be made, it is too large");
@@ -130,16 +160,19 @@ private:
     int m_status = exitFine;
 };
 
-// "A:B" as two numbers, A below B.
-std::optional<EnergyRange> rangeIn(const QByteArray &text)
+// "A:B" as two numbers, A below B; or what is wrong with it.
+std::variant<EnergyRange, UsageError> rangeIn(const QByteArray &text)
 {
     const QByteArrayList ends = text.split(':');
-    if (ends.size() != 2)
-        return std::nullopt;
-    const std::optional<double> from = numberIn(ends[0]);
-    const std::optional<double> to = numberIn(ends[1]);
-    if (!from || !to || *from >= *to)
-        return std::nullopt;
+    const std::optional<double> from = numberIn(ends.first());
+    const std::optional<double> to = numberIn(ends.last());
+    if (ends.size() != 2 || !from || !to)
+        return UsageError{"--range needs two energies in eV, as 9.2:10.5", {}};
+    if (*from > *to)
+        return UsageError{
+            "--range " + text + " is in the wrong order: the lower energy comes first", {}};
+    if (*from == *to)
+        return UsageError{"--range " + text + " has the same energy twice", {}};
     return EnergyRange{*from, *to};
 }
 
@@ -158,7 +191,7 @@ std::optional<QSize> sizeIn(const QByteArray &text)
 
 std::variant<Job, UsageError> jobOf(const Arguments &arguments)
 {
-    Job job{arguments.value("output"), {}, arguments.value("spectrum")};
+    Job job{arguments.value("output"), {}, arguments.value("spectrum"), {}};
     if (job.output.isEmpty())
         return UsageError{"-o OUT is missing", {}};
     const QByteArray ending = job.output.sliced(job.output.lastIndexOf('.') + 1).toLower();
@@ -183,9 +216,11 @@ std::variant<Job, UsageError> jobOf(const Arguments &arguments)
     if (!isDrawable(job.format))
         return UsageError{"a picture of that size and --dpi is too large", {}};
     if (arguments.has("range")) {
-        job.format.range = rangeIn(arguments.value("range"));
-        if (!job.format.range)
-            return UsageError{"--range needs two energies in eV, as 9.2:10.5", {}};
+        job.range = arguments.value("range");
+        const auto range = rangeIn(job.range);
+        if (const auto *error = std::get_if<UsageError>(&range))
+            return *error;
+        job.format.range = std::get<EnergyRange>(range);
     }
     return job;
 }
@@ -210,9 +245,7 @@ int run(const Arguments &arguments, Console &console)
             plotter.addFile(list.files[i]);
         }
     }
-    for (const QByteArray &folder : list.unreadableFolders)
-        console.error(shownName(folder) + ": the folder cannot be read");
-    return list.unreadableFolders.isEmpty() ? plotter.status() : exitFailure;
+    return nameBadFolders(list, console) ? exitFailure : plotter.status();
 }
 
 } // namespace

@@ -27,6 +27,15 @@ QByteArray whyUnreadable(const InputFile &input)
     return "cannot be read";
 }
 
+bool nameBadFolders(const InputList &list, Console &console)
+{
+    for (const QByteArray &folder : list.unreadableFolders)
+        console.error(shownName(folder) + ": the folder cannot be read");
+    for (const QByteArray &folder : list.emptyFolders)
+        console.error(shownName(folder) + ": there is no species file in it");
+    return !list.unreadableFolders.isEmpty() || !list.emptyFolders.isEmpty();
+}
+
 std::optional<QJsonObject> readObject(const InputFile &input, Console &console)
 {
     std::optional<QJsonObject> object = readJsonObject(input.path);

@@ -10,9 +10,14 @@
 
 class Console;
 struct InputFile;
+struct InputList;
 
 // Why the library that reads files refuses this one, in a few words: "no such file".
 [[nodiscard]] QByteArray whyUnreadable(const InputFile &input);
+
+// Says on standard error which of the folders could not be read and which have no file. Returns
+// whether there is any: a script that names the wrong folder is not to pass.
+[[nodiscard]] bool nameBadFolders(const InputList &list, Console &console);
 
 // The object of a JSON file; an empty one if it is not JSON. If the file cannot be read, says so on
 // standard error and returns nothing.

@@ -178,12 +178,36 @@ private slots:
         QCOMPARE(console.output, QByteArray());
     }
 
-    void anEmptyFolderIsFine()
+    void aFolderWithoutAnyFileDoesNotPass()
     {
         QVERIFY(QDir().mkdir(QStringLiteral("empty")));
         TestConsole console;
-        QCOMPARE(console.run({"check", "empty"}), 0);
+        const QByteArray error = "zoravel: empty: there is no species file in it\n";
+        QCOMPARE(console.run({"check", "empty"}), 3);
         QCOMPARE(console.output, QByteArray());
+        QCOMPARE(console.errors, error);
+        QCOMPARE(console.run({"check", "--fail-on=never", ZORAVEL_EXAMPLES, "empty"}), 3);
+        QCOMPARE(console.errors, error);
+        console.input = "empty\n";
+        QCOMPARE(console.run({"check", "--files-from", "-"}), 3);
+        QCOMPARE(console.errors, error);
+        QCOMPARE(console.run({"check", "--format=json", "empty"}), 3);
+        const QJsonObject root = QJsonDocument::fromJson(console.output).object();
+        QVERIFY(root.value(QLatin1String("findings")).isArray());
+        QCOMPARE(console.run({"check", "--only=cas-check-digit", "b.json", "empty"}), 3);
+        QVERIFY(console.output.startsWith("b.json:3:24: error: "));
+    }
+
+    void aFileThatIsCutOffIsShownWithItsLastCharacter()
+    {
+        writeFile(QStringLiteral("cut.json"), "{\n    \"Type\": \"Species v1\",\n\n");
+        TestConsole console;
+        QCOMPARE(console.run({"check", "cut.json"}), 1);
+        QCOMPARE(console.output,
+                 QByteArray("cut.json:2:25: error: The file ends inside an object [json-syntax]\n"
+                            "        \"Type\": \"Species v1\",\n"
+                            "                            ^\n"
+                            "1 error, 0 warnings and 0 notes in 1 file\n"));
     }
 
     void everyFormatIsWrittenAndJsonAlsoOfNothing()

@@ -93,7 +93,8 @@ private slots:
         const QTemporaryDir empty;
         TestConsole console;
         QCOMPARE(console.run({"compile", "-o", root() + "/x", empty.path().toUtf8()}), 3);
-        QCOMPARE(console.errors, "zoravel: there is no species file\n");
+        QCOMPARE(console.errors,
+                 "zoravel: " + empty.path().toUtf8() + ": there is no species file in it\n");
         QVERIFY(!QFile::exists(path(QStringLiteral("x"))));
     }
 

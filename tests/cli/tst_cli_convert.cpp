@@ -89,6 +89,54 @@ private slots:
         QVERIFY(console.output.endsWith("E / eV,I\n1.23456789,2\n"));
     }
 
+    void ofAFieldThatIsKeptInPartBothAreSaid()
+    {
+        TestConsole console;
+        const auto run = [&](const QByteArray &field) {
+            console.input = "9.1 1\n9.2 2\n";
+            return console.run({"convert", "-t", "csv", "--meta", field, "-"});
+        };
+        QCOMPARE(run("Title=Größe <b>"), 0);
+        QCOMPARE(console.errors,
+                 "zoravel: <stdin>: not kept: Title: Größe <b> becomes \"Größe \"\n");
+        QVERIFY(console.output.contains("# Title: \"Größe \"\n"));
+        QCOMPARE(run("Title=a<b>c</b>d"), 0);
+        QCOMPARE(console.errors, "zoravel: <stdin>: not kept: Title: a<b>c</b>d becomes acd\n");
+        QCOMPARE(run("Title=<b>"), 0);
+        QCOMPARE(console.errors, "zoravel: <stdin>: not kept: Title: <b>\n");
+        QCOMPARE(run("SpectType=17"), 0);
+        QCOMPARE(console.errors, "");
+        QCOMPARE(run("Title=a<sub>2</sub>"), 0);
+        QCOMPARE(console.errors, "");
+    }
+
+    void withoutAFormatTheReasonIsSaid()
+    {
+        writeFile(QStringLiteral("in.csv"), "9.1,1\n9.2,2\n");
+        TestConsole console;
+        for (const QByteArrayList &words :
+             QList<QByteArrayList>{{"gone"}, {"-o", "scan.xyz", "gone"}, {"-o", "scan", "gone"}}) {
+            QCOMPARE(console.run(QByteArrayList{"convert"} + words), 3);
+            QCOMPARE(console.errors, "zoravel: gone: no such file\n");
+        }
+        const auto refusal = [&](const QByteArray &output) {
+            const int status = console.run({"convert", "-o", output, "in.csv"});
+            return status == 2 ? console.errors.left(console.errors.indexOf('\n')) : QByteArray();
+        };
+        const QByteArray start = "zoravel convert: ";
+        QCOMPARE(refusal("scan.xyz"),
+                 start + "the ending .xyz tells no format, and --to FORMAT is missing");
+        QCOMPARE(refusal("a.b/scan"),
+                 start
+                     + "a.b/scan has no ending that tells the format, and --to FORMAT is missing");
+        QCOMPARE(refusal("scan."),
+                 start + "scan. has no ending that tells the format, and --to FORMAT is missing");
+        QCOMPARE(
+            refusal("a.csv/scan"),
+            start + "a.csv/scan has no ending that tells the format, and --to FORMAT is missing");
+        QCOMPARE(refusal("-"), start + "--to FORMAT is missing");
+    }
+
     void aHyphenIsStandardOutputToo()
     {
         TestConsole console;
@@ -146,7 +194,7 @@ private slots:
         const auto row = [](const QByteArrayList &words, const char *error) {
             QTest::newRow(error) << words << QByteArray(error);
         };
-        row({"x"}, "--to FORMAT is missing");
+        row({"water.json"}, "--to FORMAT is missing");
         row({"-t", "jcmp", "x"}, "the format jcmp is none of csv, tsv, jcamp, json; did you mean "
                                  "jcamp?");
         row({"-t", "csv", "x", "y"}, "one file has to be named");

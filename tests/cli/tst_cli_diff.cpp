@@ -97,6 +97,61 @@ private slots:
         QCOMPARE(console.run({"diff", "a.json", "b.json"}), 0);
     }
 
+    void theSpectraThatAreMostAlikeBelongTogether_data()
+    {
+        QTest::addColumn<QByteArray>("before"); // spectra
+        QTest::addColumn<QByteArray>("after");
+        QTest::addColumn<QByteArray>("output");
+        const auto row = [](const char *name, const QByteArrayList &before,
+                            const QByteArrayList &after, const QByteArray &output) {
+            QTest::newRow(name) << before.join(", ") << after.join(", ") << output;
+        };
+        const auto spectrum = [](int number, const QByteArray &intensities,
+                                 const QByteArray &title = "t") -> QByteArray {
+            return "\"Dataset" + QByteArray::number(number) + "\": {\"E\": [1, 2, 3, 4], \"I\": ["
+                   + intensities + "], \"Title\": \"" + title + "\"}";
+        };
+        const QByteArray one = "1, 2.1234567, 3, 4";
+        const QByteArray rounded = "1, 2.123457, 3, 4";
+        const QByteArray other = "5, 6, 7, 8";
+        const auto changed = [](const QByteArray &heading) -> QByteArray {
+            return heading + "\n  points: 0 added, 0 removed, 1 changed, by up to 3e-07 at 2 eV\n";
+        };
+        row("one of several copies is changed",
+            {spectrum(1, one), spectrum(2, other), spectrum(4, one), spectrum(5, one)},
+            {spectrum(1, rounded), spectrum(2, other), spectrum(4, one), spectrum(5, one)},
+            changed("Dataset1 (t)"));
+        row("the last copy is changed", {spectrum(1, one), spectrum(2, one)},
+            {spectrum(1, one), spectrum(2, rounded)}, changed("Dataset2 (t)"));
+        row("one is taken out before a changed one", {spectrum(1, other), spectrum(2, one)},
+            {spectrum(1, rounded)},
+            changed("Dataset2 -> Dataset1 (t)") + "Dataset1 (t)\n  removed, with 4 points\n");
+        row("one is put in before a changed one", {spectrum(1, one)},
+            {spectrum(1, other), spectrum(2, rounded)},
+            changed("Dataset1 -> Dataset2 (t)") + "Dataset1 (t)\n  added, with 4 points\n");
+        row("two are changed", {spectrum(1, one, "a"), spectrum(2, other, "b")},
+            {spectrum(1, one, "c"), spectrum(2, other, "d")},
+            "Dataset1 (a)\n  Title: \"a\" -> \"c\"\n"
+            "Dataset2 (b)\n  Title: \"b\" -> \"d\"\n");
+        row("nothing is alike but the keys", {spectrum(2, one, "a"), spectrum(3, one, "b")},
+            {spectrum(1, other, "c"), spectrum(3, other, "d")},
+            "Dataset2 -> Dataset1 (a)\n  points: 0 added, 0 removed, 4 changed, by up to 4 at 1 "
+            "eV\n"
+            "  Title: \"a\" -> \"c\"\n"
+            "Dataset3 (b)\n  points: 0 added, 0 removed, 4 changed, by up to 4 at 1 eV\n"
+            "  Title: \"b\" -> \"d\"\n");
+    }
+    void theSpectraThatAreMostAlikeBelongTogether()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, after);
+        writeFile(QStringLiteral("a.json"), R"({"Type": "Species v1", )" + before + '}');
+        writeFile(QStringLiteral("b.json"), R"({"Type": "Species v1", )" + after + '}');
+        TestConsole console;
+        QCOMPARE(console.run({"diff", "a.json", "b.json"}), 1);
+        QTEST(console.output, "output");
+    }
+
     void spectrumFilesAreCompared()
     {
         writeFile(QStringLiteral("a.json"), R"({"Type": "Spectrum v1", "E": [1], "I": [2]})");

@@ -114,6 +114,23 @@ private slots:
         chmod(QByteArray(root() + "/closed").constData(), 0700);
     }
 
+    void foldersWithoutAnyFileAreNamed()
+    {
+        for (const char *folder : {"empty", "texts", "deep/er", "full/er"})
+            QDir().mkpath(path(QLatin1String(folder)));
+        for (const char *file : {"texts/a.txt", "full/er/a.json", "deep/er/.hidden.json"})
+            writeFile(path(QLatin1String(file)), "{}");
+        const QByteArray empty = root() + "/empty";
+        const QByteArray texts = root() + "/texts";
+        const QByteArray deep = root() + "/deep";
+        const QByteArray full = root() + "/full";
+        const InputList list = listInputs({empty, full, texts, root() + "/gone.json", deep});
+        QCOMPARE(list.emptyFolders, (QByteArrayList{empty, texts, deep}));
+        QCOMPARE(list.files.size(), 2);
+        QCOMPARE(listInputs({full}, full + "/er/a.json").emptyFolders, QByteArrayList{full});
+        QVERIFY(listInputs({root()}).emptyFolders.isEmpty());
+    }
+
     void namesOfAnyBytesAreRead()
     {
         writeOdd(root() + '/' + oddName, "odd");

@@ -92,6 +92,16 @@ private slots:
         QCOMPARE(console.output, "");
     }
 
+    void aFolderWithoutAnyFileIsSaid()
+    {
+        QVERIFY(QDir().mkdir(QStringLiteral("empty")));
+        TestConsole console;
+        for (const char *option : {"--check", "--in-place"}) {
+            QCOMPARE(console.run({"format", option, "empty"}), 3);
+            QCOMPARE(console.errors, "zoravel: empty: there is no species file in it\n");
+        }
+    }
+
     void aDatabaseInAFolderIsPassedOver()
     {
         writeFile(QStringLiteral("a.json"), saved(loose));
@@ -110,6 +120,21 @@ private slots:
         QCOMPARE(console.errors,
                  "zoravel: l.json: not kept: /Species/VIE: the key is written again below\n");
         QVERIFY(console.output.contains("\"VIE\": \"9.2\""));
+    }
+
+    void whatGetsLostOfASpectrumFileIsSaidWithItsPlace()
+    {
+        writeFile(QStringLiteral("s.json"), R"({"Type": "Spectrum v1", "Title": "a<b>c</b>",
+            "E": [1.23456789, 2], "I": [1, 2]})");
+        TestConsole console;
+        QCOMPARE(console.run({"format", "s.json"}), 0);
+        QCOMPARE(console.errors,
+                 "zoravel: s.json: not kept: Spectrum: digits behind the sixth of 1 of 2 points\n"
+                 "zoravel: s.json: not kept: /Title: \"a<b>c</b>\" becomes \"ac\"\n");
+        writeFile(QStringLiteral("t.json"), R"({"Type": "Spectrum v1", "E": [1, 2], "I": [1]})");
+        QCOMPARE(console.run({"format", "t.json"}), 0);
+        QCOMPARE(console.errors,
+                 "zoravel: t.json: not kept: Spectrum: 2 energies and 1 intensities\n");
     }
 
     void whatIsNotSpeciesOrSpectrumIsRefused()

@@ -60,15 +60,24 @@ private slots:
         QCOMPARE(row[QLatin1String("types")].toObject()[QLatin1String("ms-TPES")].toInt(), 2);
     }
 
-    void anEmptyFolderGivesNoRow()
+    void aFolderWithoutSpeciesIsSaid()
     {
         QDir().mkpath(path(QStringLiteral("none")));
+        QDir().mkpath(path(QStringLiteral("other")));
+        writeFile(QStringLiteral("other/db.json"), R"({"Type": "Database v1"})");
         TestConsole console;
-        QCOMPARE(console.run({"list", "none"}), 0);
+        QCOMPARE(console.run({"list", "none"}), 3);
         QCOMPARE(console.output, "");
-        QCOMPARE(console.run({"list", "-f", "json", "none"}), 0);
+        QCOMPARE(console.errors, "zoravel: none: there is no species file in it\n");
+        QCOMPARE(console.run({"list", "-f", "json", "none"}), 3);
         QCOMPARE(console.output, "[]\n");
-        QCOMPARE(console.errors, "");
+        QCOMPARE(console.run({"list", "other"}), 3);
+        QCOMPARE(console.errors, "zoravel: there is no species file\n");
+        QCOMPARE(console.run({"list", "-f", "tsv", "none", "w.json"}), 3);
+        QCOMPARE(console.output.count('\n'), 2);
+        QCOMPARE(console.errors, "zoravel: none: there is no species file in it\n");
+        for (const char *form : {"text", "tsv", "json"})
+            QCOMPARE(console.run({"list", "-f", form, "other", "w.json"}), 0);
     }
 
     void otherKindsOfFilesInAFolderArePassedOver()

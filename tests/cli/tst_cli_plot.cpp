@@ -72,10 +72,63 @@ private slots:
         QVERIFY(plots({"-o", "all.png", "-s", "1", furan}));
         QVERIFY(plots({"-o", "part.png", "-s", "1", "--range", "8.8:9", furan}));
         QVERIFY(QImage(QStringLiteral("all.png")) != QImage(QStringLiteral("part.png")));
-        QVERIFY(plots({"-o", "nothing.png", "-s", "1", "--range", "100:101", furan}));
-        const QImage nothing(QStringLiteral("nothing.png"));
-        for (int row = 0; row < nothing.height(); ++row)
-            QCOMPARE(curvePixels(nothing, row), 0);
+    }
+
+    void aRangeWithoutAnythingToShowIsSaid()
+    {
+        writeFile(QStringLiteral("curve.json"),
+                  R"({"Type": "Spectrum v1", "E": [10.2, 9.1, 9.5], "I": [1, 2, 1]})");
+        writeFile(QStringLiteral("sticks.json"), R"({"Type": "Spectrum v1", "LineSpectrum": true,
+            "E": [9.1, 9.5, 10.2], "I": [1, 2, 1]})");
+        TestConsole console;
+        for (const QByteArray &file : {QByteArray("curve.json"), QByteArray("sticks.json")}) {
+            for (const QByteArray &range : {QByteArray("1:2"), QByteArray("10.3:11")}) {
+                QCOMPARE(console.run({"plot", "-o", "a.png", "--range", range, file}), 3);
+                QCOMPARE(console.errors, "zoravel: " + file
+                                             + ": spectrum 1: no point lies in the range " + range
+                                             + "; the points are from 9.1 to 10.2 eV\n");
+                QVERIFY(!QFile::exists(QStringLiteral("a.png")));
+            }
+            for (const char *range : {"1:9.1", "10.2:11", "9.4:9.6", "1:100"})
+                QVERIFY(plots({"-o", "b.png", "--range", range, file}));
+        }
+        // A curve passes between two points, sticks do not.
+        QVERIFY(plots({"-o", "c.png", "--range", "9.2:9.3", "curve.json"}));
+        const QImage between(QStringLiteral("c.png"));
+        int coloured = 0;
+        for (int row = 0; row < between.height(); ++row)
+            coloured += curvePixels(between, row);
+        QVERIFY(coloured > 300);
+        QCOMPARE(console.run({"plot", "-o", "d.png", "--range", "9.2:9.3", "sticks.json"}), 3);
+        // Of several the others are drawn.
+        QCOMPARE(console.run(
+                     {"plot", "-o", "n%n.png", "--range", "9.2:9.3", "sticks.json", "curve.json"}),
+                 3);
+        QVERIFY(!QFile::exists(QStringLiteral("n1.png"))
+                && QFile::exists(QStringLiteral("n2.png")));
+    }
+
+    void whatIsWrongWithARangeIsSaid_data()
+    {
+        QTest::addColumn<QByteArray>("range");
+        QTest::addColumn<QByteArray>("error");
+        const QByteArray form = "--range needs two energies in eV, as 9.2:10.5";
+        QTest::newRow("one") << QByteArray("9") << form;
+        QTest::newRow("three") << QByteArray("9:10:11") << form;
+        QTest::newRow("text") << QByteArray("a:b") << form;
+        QTest::newRow("order")
+            << QByteArray("9.6:9.2")
+            << QByteArray("--range 9.6:9.2 is in the wrong order: the lower energy comes first");
+        QTest::newRow("equal") << QByteArray("9.2:9.2")
+                               << QByteArray("--range 9.2:9.2 has the same energy twice");
+    }
+    void whatIsWrongWithARangeIsSaid()
+    {
+        QFETCH(QByteArray, range);
+        QFETCH(QByteArray, error);
+        TestConsole console;
+        QCOMPARE(console.run({"plot", "-o", "a.png", "--range", range, furan}), 2);
+        QCOMPARE(console.errors, "zoravel plot: " + error + "\nSee \"zoravel plot --help\".\n");
     }
 
     void vectorPicturesAreSound()
