@@ -6,12 +6,15 @@
 namespace
 {
 
-// The line that holds offset, a window of it if it is long, and a caret below the place.
+// The line that holds offset, a window of it if it is long, and a caret below the place; nothing
+// where there is nothing to see.
 QString sourceAt(const QByteArray &bytes, qsizetype offset)
 {
     constexpr qsizetype longest = 100; // characters
     constexpr qsizetype before = 60;
     const QByteArrayView line = lineAt(bytes, offset);
+    if (line.trimmed().isEmpty())
+        return {};
     const qsizetype column = positionAt(bytes, offset).column - 1;
     QString text = QString::fromUtf8(line);
     for (QChar &c : text) {

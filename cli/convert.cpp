@@ -235,7 +235,7 @@ std::optional<UsageError> readFields(const QByteArrayList &texts, Job &job)
 // Why it is not known what to write.
 QByteArray whyNoFormat(const Job &job)
 {
-    const QByteArray missing = "--to FORMAT is missing";
+    QByteArray missing = "--to FORMAT is missing";
     const QByteArray ending = endingOf(job.output);
     if (job.output.isEmpty())
         return missing;

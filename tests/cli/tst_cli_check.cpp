@@ -210,6 +210,19 @@ private slots:
                             "1 error, 0 warnings and 0 notes in 1 file\n"));
     }
 
+    void ofAFileOfBlanksThereIsNoLineToShow()
+    {
+        TestConsole console;
+        const QByteArray totals = "1 error, 0 warnings and 0 notes in 1 file\n";
+        writeFile(QStringLiteral("e.json"), "");
+        QCOMPARE(console.run({"check", "e.json"}), 1);
+        QCOMPARE(console.output, "e.json:1:1: error: The file is empty [json-syntax]\n" + totals);
+        writeFile(QStringLiteral("e.json"), "\n  \n");
+        QCOMPARE(console.run({"check", "e.json"}), 1);
+        QCOMPARE(console.output,
+                 "e.json:1:1: error: There are only blanks in the file [json-syntax]\n" + totals);
+    }
+
     void everyFormatIsWrittenAndJsonAlsoOfNothing()
     {
         TestConsole console;
