@@ -1,13 +1,16 @@
 /* SPDX-License-Identifier: GPL-3.0-or-later */
+/* The formatter would run the lines of the list together. */
+/* clang-format off */
 /*
  * A library that stands before the C library and makes calls on chosen files fail. Preloaded into
  * any program it is told by the environment what to do; a test program that links it tells it by
  * calls.
  *
  *   ZORAVEL_FAULT_PATH    only calls on paths that contain this text; of an open file, the path
- * that it was opened under, or its folder and a number if it has no name ZORAVEL_FAULT_CALLS   any
- * of open openread write fsync rename link close ftruncate, with commas; all of them if there is
- * none. Each stands for its whole family, open for what may write and openread for what may not.
+ *                         that it was opened under, or its folder and a number if it has no name
+ *   ZORAVEL_FAULT_CALLS   any of open openread write fsync rename link close ftruncate, with commas;
+ *                         all of them if there is none. Each stands for its whole family, open for
+ *                         what may write and openread for what may not.
  *   ZORAVEL_FAULT_NTH     the first of these calls to fail, from 1; 0 for none
  *   ZORAVEL_FAULT_ACTION  the name of an error (ENOSPC ...), "short" (half the bytes are written),
  *                         "kill" (before the call), or "killshort" (after half the bytes)
@@ -16,6 +19,7 @@
  *   ZORAVEL_FAULT_SLOW    microseconds that each of these calls takes longer
  *   ZORAVEL_FAULT_LOG     a file that gets a line for each of these calls
  */
+/* clang-format on */
 #ifndef ZORAVEL_FAULTLIBRARY_H
 #define ZORAVEL_FAULTLIBRARY_H
 

@@ -57,9 +57,9 @@ private:
 // A species file's object with a name and spectra of these titles, two points each.
 [[nodiscard]] QJsonObject speciesFileWith(const QString &name, const QStringList &titles = {});
 
-// Lets a widget see files being dragged over it and dropped, as the toolkit delivers it: to the
-// widget, or to the nearest one around it that takes drops. Returns whether the drag was accepted.
 // Whether it is in a spectrum that another one covers.
 [[nodiscard]] bool isCovered(const QWidget *widget);
 
+// Lets a widget see files being dragged over it and dropped, as the toolkit delivers it: to the
+// widget, or to the nearest one around it that takes drops. Returns whether the drag was accepted.
 bool dropFiles(QWidget *target, const QStringList &paths);
