@@ -157,12 +157,17 @@ void MainWindow::setModified()
     updateWindowTitle(true);
 }
 
-bool MainWindow::promptToSaveChanges()
+bool MainWindow::hasUnsavedChanges()
 {
-    commitFocusedField();
+    commitEdits();
     for (SpectrumWindow *window : spectrumWindows())
         window->readPendingPoints();
-    if (!modified)
+    return modified;
+}
+
+bool MainWindow::promptToSaveChanges()
+{
+    if (!hasUnsavedChanges())
         return true;
 
     QMessageBox box;
@@ -208,11 +213,11 @@ void MainWindow::settleFocus(QWidget *before)
         ui->lineEditSpecies->setFocus();
 }
 
-void MainWindow::commitFocusedField()
+void MainWindow::commitEdits()
 {
-    commitFocusedEditor(mapper, ui->dockWidgetContents);
+    ::commitEdits(mapper);
     for (SpectrumWindow *window : spectrumWindows())
-        window->commitFocusedField();
+        window->commitEdits();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

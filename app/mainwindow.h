@@ -39,6 +39,8 @@ public:
 
     // The document: title, save prompt, last folder (mainwindow.cpp)
     void updateWindowTitle(bool modified);
+    // Also of what has been typed and is not in the models yet, which it brings there.
+    [[nodiscard]] bool hasUnsavedChanges();
     // Asks whether to save the changes, if there are any. False if the user wants to stay: the
     // caller must not discard the document then. A save that fails does not keep the caller.
     [[nodiscard]] bool promptToSaveChanges();
@@ -137,7 +139,8 @@ private:
     void settleFocus(QWidget *before);
     // Shows the spectrum that was on top before and gives it the keyboard.
     void goToPreviousSpectrum();
-    void commitFocusedField();
+    // Writes what has been typed into the fields and is not in the models yet, into the models.
+    void commitEdits();
     // Fills the emptied document from a species file's object.
     void loadSpeciesObject(const QJsonObject &file);
     // One for each spectrum of a species file's object, in the order of their keys.

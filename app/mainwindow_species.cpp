@@ -8,6 +8,7 @@
 #include "species/speciesmodel.h"
 #include "spectrum/spectrumwindow.h"
 #include "ui_mainwindow.h"
+#include "widgets/editorcommit.h"
 #include "widgets/textguarddelegate.h"
 #include "widgets/waitcursor.h"
 
@@ -44,6 +45,7 @@ void MainWindow::setupMapper()
     static_assert(std::size(editors) == speciesImageColumn, "every column but the image");
     mapper->setModel(speciesModel);
     mapper->setItemDelegate(new TextGuardDelegate(mapper));
+    commitEditsWithoutFocus(mapper, ui->dockWidgetContents);
     connect(speciesModel, &QAbstractItemModel::dataChanged, this, &MainWindow::setModified);
     int column = 0;
     for (QWidget *editor : editors)
@@ -161,7 +163,7 @@ void MainWindow::saveSpeciesToFile()
 bool MainWindow::writeSpecies()
 {
     const WaitCursor waitCursor;
-    commitFocusedField();
+    commitEdits();
     const QList<SpectrumWindow *> windows = spectrumWindows();
     QList<QJsonObject> datasets;
     datasets.reserve(windows.size());

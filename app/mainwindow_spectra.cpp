@@ -112,7 +112,7 @@ void MainWindow::saveSpectrumToFile()
                                                           tr("JSON Files (*.json);;All Files (*)"));
     if (fileName.isEmpty())
         return;
-    window->commitFocusedField();
+    window->commitEdits();
     const bool isWritten = behindWaitCursor(
         [&] { return writeJsonObject(fileName, spectrumFileObject(window->toJson())); });
     if (!isWritten) {
@@ -130,7 +130,7 @@ void MainWindow::copySpectrumToClipboard()
         return;
     }
     const WaitCursor waitCursor;
-    window->commitFocusedField();
+    window->commitEdits();
     const QJsonDocument document(spectrumFileObject(window->toJson()));
     QGuiApplication::clipboard()->setText(
         QString::fromUtf8(document.toJson(QJsonDocument::Compact)));

@@ -43,6 +43,7 @@ SpectrumWindow::SpectrumWindow(QWidget *parent)
     mapper->setItemDelegate(new TextGuardDelegate(mapper));
     new WheelGuard(ui->comboBoxType);
     new UndoKeys(ui->textEditSpect, {ui->buttonNormalize, ui->buttonSparse, ui->buttonCommaToDot});
+    commitEditsWithoutFocus(mapper, this);
     connectSignals();
     buildChart();
     model->setValue(SpectrumColumn::CreatedDate, QDate::currentDate().toString(Qt::ISODate));
@@ -70,9 +71,9 @@ bool SpectrumWindow::isSimulation() const
     return ui->comboBoxType->currentIndex() == simulationType;
 }
 
-void SpectrumWindow::commitFocusedField()
+void SpectrumWindow::commitEdits()
 {
-    commitFocusedEditor(mapper, this);
+    ::commitEdits(mapper);
 }
 
 void SpectrumWindow::focusTitle()
@@ -163,7 +164,7 @@ void SpectrumWindow::onSpectrumTypeChanged(int type)
     if (updating)
         return;
     // Binding the fields anew fills them afresh, which would lose what was just typed into one.
-    commitFocusedField();
+    commitEdits();
     const QScopedValueRollback guard(updating, true);
     setTypeLabels(type == simulationType);
     model->setValue(SpectrumColumn::Type, type);

@@ -35,9 +35,8 @@ public:
     [[nodiscard]] QJsonObject toJson() const;
     [[nodiscard]] bool isSimulation() const;
 
-    // Writes what the user has typed into the focused field of the form, and has not left yet, into
-    // the model.
-    void commitFocusedField();
+    // Writes what has been typed into the form and is not in the model yet, into the model.
+    void commitEdits();
     // Gives the keyboard to the title.
     void focusTitle();
     // Reads points that were typed within the last two seconds now.

@@ -4,6 +4,7 @@
 #include "widgets/editorcommit.h"
 
 #include <QAbstractItemModelTester>
+#include <QAccessible>
 #include <QApplication>
 #include <QDataWidgetMapper>
 #include <QLineEdit>
@@ -76,12 +77,18 @@ struct Fixture {
         first->setFocus();
     }
 
-    void commit() { commitFocusedEditor(&mapper, &window); }
+    void commit() { commitEdits(&mapper); }
     [[nodiscard]] QVariant value(int column, int row = 0) const
     {
         return model.data(model.index(row, column));
     }
 };
+
+// As dictation and screen readers see an editor.
+QAccessibleEditableTextInterface *accessibleText(QWidget *editor)
+{
+    return QAccessible::queryAccessibleInterface(editor)->editableTextInterface();
+}
 
 void select(QTextEdit *editor, int anchor, int position)
 {
@@ -126,14 +133,6 @@ private slots:
         f.commit();
         QCOMPARE(f.value(0), QVariant(u"first<sub>2</sub>"_s));
         QCOMPARE(f.first->cleanedHtml(), u"first<sub>2</sub>"_s);
-    }
-
-    void anythingInTheWindowStandsForIt()
-    {
-        Fixture f;
-        QTest::keyClicks(f.first, u"my "_s);
-        commitFocusedEditor(&f.mapper, f.second);
-        QCOMPARE(f.value(0), QVariant(u"my first"_s));
     }
 
     void theFocusStays()
@@ -253,55 +252,157 @@ private slots:
         editor.setFocus();
         QCOMPARE(editor.cleanedHtml(), u"12.5"_s);
 
-        commitFocusedEditor(&mapper, &editor);
+        commitEdits(&mapper);
         QCOMPARE(model.data(model.index(0, 0)).metaType(), QMetaType::fromType<double>());
         QTest::keyClicks(&editor, u"1"_s);
-        commitFocusedEditor(&mapper, &editor);
+        commitEdits(&mapper);
         QCOMPARE(model.data(model.index(0, 0)), QVariant(u"112.5"_s));
     }
 
-    void otherEditorsAreLeftAlone()
+    void everyEditorThatWasChangedIsWrittenAndNoOther_data()
     {
+        QTest::addColumn<bool>("changesFirst");
+        QTest::addColumn<bool>("changesSecond");
+        QTest::newRow("the one with the focus") << true << false;
+        QTest::newRow("one without the focus") << false << true;
+        QTest::newRow("both") << true << true;
+        QTest::newRow("none") << false << false;
+    }
+    void everyEditorThatWasChangedIsWrittenAndNoOther()
+    {
+        QFETCH(bool, changesFirst);
+        QFETCH(bool, changesSecond);
         Fixture f;
-        f.second->insertPlainText(u"not yet "_s);
-        QTest::keyClicks(f.first, u"my "_s);
-        QVERIFY(f.second->document()->isModified());
+        if (changesFirst)
+            QTest::keyClicks(f.first, u"my "_s);
+        if (changesSecond)
+            f.second->insertPlainText(u"my "_s);
         f.commit();
-        QCOMPARE(f.model.writes, 1);
-        QCOMPARE(f.value(0), QVariant(u"my first"_s));
-        QCOMPARE(f.value(1), QVariant(u"second"_s));
+        QCOMPARE(f.model.writes, int(changesFirst) + int(changesSecond));
+        QCOMPARE(f.value(0), QVariant(changesFirst ? u"my first"_s : u"first"_s));
+        QCOMPARE(f.value(1), QVariant(changesSecond ? u"my second"_s : u"second"_s));
+        f.commit();
+        QCOMPARE(f.model.writes, int(changesFirst) + int(changesSecond));
     }
 
-    void nothingIsWrittenWhereAnotherWidgetHasTheFocus_data()
+    void aTextThatItsEditorCannotShowIsKeptWhereTheEditorShowsWhatItDid_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("raw <") << u"m/z <40"_s;
+        QTest::newRow("blanks") << u"two  blanks"_s;
+        QTest::newRow("a line feed") << u"two\nlines"_s;
+        QTest::newRow("other tags") << u"<b>bold</b>"_s;
+    }
+    void aTextThatItsEditorCannotShowIsKeptWhereTheEditorShowsWhatItDid()
+    {
+        QFETCH(QString, text);
+        Fixture f;
+        f.model.setData(f.model.index(0, 0), text, Qt::EditRole);
+        f.model.setData(f.model.index(0, 1), text, Qt::EditRole);
+        f.model.writes = 0;
+        f.commit();
+        QCOMPARE(f.model.writes, 0);
+        for (CleanTextEdit *editor : {f.first, f.second}) {
+            editor->insertPlainText(u"x"_s);
+            editor->textCursor().deletePreviousChar();
+            QVERIFY(editor->document()->isModified());
+        }
+        f.commit();
+        QCOMPARE(f.model.writes, 0);
+        QCOMPARE(f.value(0), QVariant(text));
+        QCOMPARE(f.value(1), QVariant(text));
+    }
+
+    void theFocusOfAnotherWidgetDoesNotMatter_data()
     {
         QTest::addColumn<bool>("richText");
         QTest::newRow("an editor that is not mapped") << true;
         QTest::newRow("another kind of widget") << false;
     }
-    void nothingIsWrittenWhereAnotherWidgetHasTheFocus()
+    void theFocusOfAnotherWidgetDoesNotMatter()
     {
         QFETCH(bool, richText);
         Fixture f;
         QWidget *other = richText ? static_cast<QWidget *>(f.unmapped) : f.line;
         other->setFocus();
         QTest::keyClicks(other, u"x"_s);
-        f.first->insertPlainText(u"not yet "_s);
         f.model.writes = 0;
+        f.first->insertPlainText(u"my "_s);
         f.commit();
-        QCOMPARE(f.model.writes, 0);
-        QCOMPARE(f.value(0), QVariant(u"first"_s));
-        QCOMPARE(f.first->cleanedHtml(), u"not yet first"_s);
+        QCOMPARE(f.model.writes, 1);
+        QCOMPARE(f.value(0), QVariant(u"my first"_s));
         QCOMPARE(QApplication::focusWidget(), other);
     }
 
-    void nothingIsWrittenWhereNothingHasTheFocus()
+    void withoutAnyFocusItIsWrittenAllTheSame()
     {
         Fixture f;
         f.first->clearFocus();
-        f.first->insertPlainText(u"not yet "_s);
         f.model.writes = 0;
+        f.first->insertPlainText(u"my "_s);
         QCOMPARE(f.window.focusWidget(), nullptr);
         f.commit();
+        QCOMPARE(f.model.writes, 1);
+        QCOMPARE(f.value(0), QVariant(u"my first"_s));
+    }
+
+    void aChangeWithoutFocusIsWrittenSoon()
+    {
+        Fixture f;
+        commitEditsWithoutFocus(&f.mapper, &f.window);
+        QVERIFY(!f.second->hasFocus());
+        select(f.second, 2, 4);
+        accessibleText(f.second)->insertText(0, u"my "_s);
+        accessibleText(f.second)->replaceText(0, 2, u"our"_s);
+        QCOMPARE(f.model.writes, 0);
+        QCoreApplication::processEvents();
+        QCOMPARE(f.model.writes, 1);
+        QCOMPARE(f.value(1), QVariant(u"our second"_s));
+        QVERIFY(f.first->hasFocus());
+        QCOMPARE(f.second->textCursor().selectedText(), u"co"_s);
+        while (f.second->document()->isUndoAvailable())
+            f.second->undo();
+        QCOMPARE(f.second->cleanedHtml(), u"second"_s);
+        QCoreApplication::processEvents();
+        QCOMPARE(f.value(1), QVariant(u"second"_s));
+    }
+
+    void typingInAFieldWithTheFocusIsNotWrittenKeyByKey()
+    {
+        Fixture f;
+        commitEditsWithoutFocus(&f.mapper, &f.window);
+        QTest::keyClicks(f.first, u"my "_s);
+        QCoreApplication::processEvents();
+        QCOMPARE(f.model.writes, 0);
+    }
+
+    void fillingAnEditorWritesNothing()
+    {
+        Fixture f;
+        commitEditsWithoutFocus(&f.mapper, &f.window);
+        f.model.setData(f.model.index(0, 1), u"raw <40  and blanks"_s, Qt::EditRole);
+        f.model.writes = 0;
+        f.mapper.toFirst();
+        f.mapper.setCurrentIndex(1);
+        f.mapper.setCurrentIndex(0);
+        QCoreApplication::processEvents();
+        QCOMPARE(f.model.writes, 0);
+        QCOMPARE(f.value(1), QVariant(u"raw <40  and blanks"_s));
+    }
+
+    void anEditorThatIsGoneOrNotMappedWhenItsTurnComesIsPassedOver()
+    {
+        Fixture f;
+        commitEditsWithoutFocus(&f.mapper, &f.window);
+        f.unmapped->insertPlainText(u"x"_s);
+        f.second->insertPlainText(u"x"_s);
+        f.mapper.removeMapping(f.second);
+        QCoreApplication::processEvents();
+        QCOMPARE(f.model.writes, 0);
+        f.mapper.addMapping(f.second, 1, "cleanedHtml");
+        f.second->insertPlainText(u"x"_s);
+        delete f.second;
+        QCoreApplication::processEvents();
         QCOMPARE(f.model.writes, 0);
     }
 
@@ -314,7 +415,7 @@ private slots:
         otherMapper.addMapping(f.unmapped, 0, "cleanedHtml");
         otherMapper.toFirst();
         QTest::keyClicks(f.first, u"my "_s);
-        commitFocusedEditor(&otherMapper, &f.window);
+        commitEdits(&otherMapper);
         QCOMPARE(otherModel.writes, 0);
         QCOMPARE(f.model.writes, 0);
     }

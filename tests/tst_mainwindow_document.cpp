@@ -6,7 +6,11 @@
 #include "support/warnings.h"
 #include "widgets/cleantextedit.h"
 
+#include <QAccessible>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -32,6 +36,37 @@ void store(const QString &folder)
 {
     QSettings settings(QStringLiteral("Tarnwick Institute"), QStringLiteral("ZORAVEL"));
     settings.setValue(QStringLiteral("lastOpenFolder"), folder);
+}
+
+// A text that a field cannot show as it is.
+const QString rawText = QStringLiteral("m/z <40,  two blanks\nand a line");
+
+QJsonObject withRawTexts()
+{
+    QJsonObject file = speciesFileWith(QStringLiteral("water"), {QStringLiteral("one")});
+    // Saving takes tags out of the form's texts.
+    QJsonObject species = file[QLatin1String("Species")].toObject();
+    QJsonObject spectrum = file[QLatin1String("Dataset1")].toObject();
+    species[QLatin1String("Aliases")] = QStringLiteral("two  blanks\nand a line");
+    spectrum[QLatin1String("FurtherComments")] = rawText;
+    file[QLatin1String("Species")] = species;
+    file[QLatin1String("Dataset1")] = spectrum;
+    return file;
+}
+
+QJsonObject withEdit(QJsonObject file, bool isInSpectrum, const QString &text)
+{
+    const QLatin1String part(isInSpectrum ? "Dataset1" : "Species");
+    QJsonObject object = file[part].toObject();
+    object[QLatin1String(isInSpectrum ? "Uploader" : "PubChem")] = text;
+    file[part] = object;
+    return file;
+}
+
+// At the start of the field.
+void insertAccessibly(QWidget *field, const QString &text)
+{
+    QAccessible::queryAccessibleInterface(field)->editableTextInterface()->insertText(0, text);
 }
 
 } // namespace
@@ -197,6 +232,72 @@ private slots:
         QVERIFY(fixture.window.close());
         QCOMPARE(fileObject(file)[QLatin1String("Species")][QLatin1String("Name")].toString(),
                  QStringLiteral("Dwater"));
+    }
+
+    void anEditWithoutTheFocusIsMarkedAskedAboutAndSaved_data()
+    {
+        QTest::addColumn<bool>("isInSpectrum");
+        QTest::newRow("in the form") << false;
+        QTest::newRow("in a spectrum") << true;
+    }
+    // As dictation and screen readers edit.
+    void anEditWithoutTheFocusIsMarkedAskedAboutAndSaved()
+    {
+        QFETCH(bool, isInSpectrum);
+        MainWindowFixture fixture;
+        const QString file = fixture.path(QStringLiteral("a.json"));
+        writeFile(file, withRawTexts());
+        QVERIFY(fixture.window.loadSpeciesFile(file));
+        QCoreApplication::processEvents();
+        QVERIFY(!fixture.isModified());
+        CleanTextEdit *field = isInSpectrum ? MainWindowFixture::field(
+                                   fixture.spectra().value(0), QStringLiteral("lineEditUploader"))
+                                            : fixture.field(QStringLiteral("lineEditCID"));
+        QVERIFY(!field->hasFocus());
+        fixture.trigger(QStringLiteral("actionSaveSpecies"));
+        const QJsonObject before = fileObject(file);
+        Dialogs dialogs;
+
+        insertAccessibly(field, QStringLiteral("123"));
+        QCoreApplication::processEvents();
+        QVERIFY(fixture.isModified());
+        fixture.trigger(QStringLiteral("actionSaveSpecies"));
+        QVERIFY(!fixture.isModified());
+        QCOMPARE(fileObject(file), withEdit(before, isInSpectrum, QStringLiteral("123")));
+
+        // Without a moment for the mark.
+        insertAccessibly(field, QStringLiteral("45"));
+        fixture.trigger(QStringLiteral("actionSaveSpecies"));
+        QCOMPARE(fileObject(file), withEdit(before, isInSpectrum, QStringLiteral("45123")));
+
+        insertAccessibly(field, QStringLiteral("6"));
+        dialogs.press(QMessageBox::Save);
+        QVERIFY(fixture.window.close());
+        QCOMPARE(dialogs.boxes.value(0).text, savePrompt);
+        QCOMPARE(fileObject(file), withEdit(before, isInSpectrum, QStringLiteral("645123")));
+    }
+
+    void anEditWithoutTheFocusIsCopiedAndExportedWithItsSpectrum()
+    {
+        MainWindowFixture fixture;
+        const QString file = fixture.path(QStringLiteral("a.json"));
+        const QString exported = fixture.path(QStringLiteral("spectrum.json"));
+        writeFile(file, withRawTexts());
+        QVERIFY(fixture.window.loadSpeciesFile(file));
+        CleanTextEdit *field = MainWindowFixture::field(fixture.spectra().value(0),
+                                                        QStringLiteral("lineEditUploader"));
+        QVERIFY(!field->hasFocus());
+        insertAccessibly(field, QStringLiteral("1"));
+        fixture.trigger(QStringLiteral("actionCopy"));
+        const QString copied = QGuiApplication::clipboard()->text();
+        QCOMPARE(QJsonDocument::fromJson(copied.toUtf8())[QLatin1String("Uploader")].toString(),
+                 QStringLiteral("1"));
+        insertAccessibly(field, QStringLiteral("2"));
+        Dialogs dialogs;
+        dialogs.choose(exported);
+        fixture.trigger(QStringLiteral("actionSaveSpectrumAs"));
+        QCOMPARE(fileObject(exported)[QLatin1String("Uploader")].toString(), QStringLiteral("21"));
+        QCOMPARE(fileObject(exported)[QLatin1String("FurtherComments")].toString(), rawText);
     }
 
     void closingWithSaveWritesThePointsThatWereJustTyped()

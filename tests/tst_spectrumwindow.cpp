@@ -781,7 +781,7 @@ private slots:
         QTest::keyClicks(title, QStringLiteral("ab"));
         QTest::keyClick(title, Qt::Key_Left);
         QCOMPARE(f.stored(SpectrumColumn::Title), QString());
-        f.window->commitFocusedField();
+        f.window->commitEdits();
         QCOMPARE(f.stored(SpectrumColumn::Title), QStringLiteral("ab"));
         QVERIFY(title->hasFocus());
         QCOMPARE(title->textCursor().position(), 1);

@@ -1,35 +1,85 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/editorcommit.h"
 
-#include <QAbstractItemModel>
-#include <QDataWidgetMapper>
-#include <QGuiApplication>
-#include <QInputMethod>
-#include <QTextDocument>
-#include <QTextEdit>
+#include "widgets/cleantextedit.h"
 
-void commitEditor(QDataWidgetMapper *mapper, QTextEdit *editor)
+#include <QAbstractItemModel>
+#include <QApplication>
+#include <QDataWidgetMapper>
+#include <QInputMethod>
+#include <QPointer>
+#include <QTextDocument>
+
+namespace
+{
+
+QModelIndex indexOf(const QDataWidgetMapper *mapper, QWidget *editor)
+{
+    return mapper->model()->index(mapper->currentIndex(), mapper->mappedSection(editor),
+                                  mapper->rootIndex());
+}
+
+bool isMapped(const QDataWidgetMapper *mapper, QWidget *editor)
+{
+    return mapper->mappedSection(editor) >= 0;
+}
+
+void commitIfEdited(QDataWidgetMapper *mapper, CleanTextEdit *editor)
+{
+    if (editor->document()->isModified() && !showsItsModelText(mapper, editor))
+        commitEditor(mapper, editor);
+}
+
+} // namespace
+
+void commitEditor(QDataWidgetMapper *mapper, CleanTextEdit *editor)
 {
     const int column = mapper->mappedSection(editor);
-    QAbstractItemModel *model = mapper->model();
-    const QModelIndex index = model->index(mapper->currentIndex(), column, mapper->rootIndex());
+    const QModelIndex index = indexOf(mapper, editor);
     const QByteArray property = mapper->mappedPropertyName(editor);
     // Unmapped meanwhile, so that the mapper does not fill the editor afresh: that would move the
     // cursor, end the undo history and, in the middle of typing, drop blanks and what looks like
     // markup so far.
     mapper->removeMapping(editor);
-    model->setData(index, editor->property(property.constData()), Qt::EditRole);
+    mapper->model()->setData(index, editor->property(property.constData()), Qt::EditRole);
     mapper->addMapping(editor, column, property);
     editor->document()->setModified(false);
 }
 
-void commitFocusedEditor(QDataWidgetMapper *mapper, const QWidget *form)
+bool showsItsModelText(const QDataWidgetMapper *mapper, CleanTextEdit *editor)
 {
-    auto *editor = qobject_cast<QTextEdit *>(form->window()->focusWidget());
-    if (!editor || mapper->mappedSection(editor) < 0)
-        return;
-    if (editor->hasFocus())
+    const QVariant value = indexOf(mapper, editor).data(Qt::EditRole);
+    if (value.typeId() != QMetaType::QString)
+        return false;
+    CleanTextEdit shown;
+    shown.setCleanedHtml(value.toString());
+    return shown.cleanedHtml() == editor->cleanedHtml();
+}
+
+void commitEdits(QDataWidgetMapper *mapper)
+{
+    QWidget *const focused = QApplication::focusWidget();
+    if (focused && isMapped(mapper, focused))
         QGuiApplication::inputMethod()->commit();
-    if (editor->document()->isModified())
-        commitEditor(mapper, editor);
+    for (int column = 0; column < mapper->model()->columnCount(); ++column) {
+        if (auto *editor = qobject_cast<CleanTextEdit *>(mapper->mappedWidgetAt(column)))
+            commitIfEdited(mapper, editor);
+    }
+}
+
+void commitEditsWithoutFocus(QDataWidgetMapper *mapper, const QWidget *form)
+{
+    const QList<CleanTextEdit *> editors = form->findChildren<CleanTextEdit *>();
+    for (CleanTextEdit *editor : editors) {
+        QObject::connect(editor, &QTextEdit::textChanged, mapper, [mapper, editor] {
+            if (editor->hasFocus())
+                return;
+            // Not at once: the change may be the first of several, or the mapper's own.
+            const auto commit = [mapper, changed = QPointer<CleanTextEdit>(editor)] {
+                if (changed && isMapped(mapper, changed))
+                    commitIfEdited(mapper, changed);
+            };
+            QMetaObject::invokeMethod(mapper, commit, Qt::QueuedConnection);
+        });
+    }
 }

@@ -4,7 +4,6 @@
 #include "widgets/cleantextedit.h"
 #include "widgets/editorcommit.h"
 
-#include <QAbstractItemModel>
 #include <QApplication>
 #include <QDataWidgetMapper>
 #include <QEvent>
@@ -21,20 +20,7 @@ bool TextGuardDelegate::eventFilter(QObject *object, QEvent *event)
         return QStyledItemDelegate::eventFilter(object, event);
     // A menu of the editor's own takes the focus only seemingly.
     const bool hasLeft = !editor->isActiveWindow() || QApplication::focusWidget() != editor;
-    if (hasLeft && !showsItsModelText(editor))
+    if (hasLeft && !showsItsModelText(m_mapper, editor))
         commitEditor(m_mapper, editor);
     return false; // clazy:exclude=base-class-event
-}
-
-bool TextGuardDelegate::showsItsModelText(CleanTextEdit *editor) const
-{
-    const int column = m_mapper->mappedSection(editor);
-    const QModelIndex index = m_mapper->model()->index(m_mapper->currentIndex(), column);
-    const QVariant value = index.data(Qt::EditRole);
-    // A number becomes the field's text even by a visit.
-    if (value.typeId() != QMetaType::QString)
-        return false;
-    CleanTextEdit shown;
-    shown.setCleanedHtml(value.toString());
-    return shown.cleanedHtml() == editor->cleanedHtml();
 }

@@ -3,13 +3,11 @@
 
 #include <QStyledItemDelegate>
 
-class CleanTextEdit;
 class QDataWidgetMapper;
 
 // The delegate of a data mapper over CleanTextEdit fields. A field that loses the focus is
-// committed as usual, but not if it shows just what filling it from its text in the model gives:
-// markup that cannot be shown, such as a raw "<" or repeated blanks, would be lost by a mere visit,
-// or by the focus that a window takes when it is shown.
+// committed as usual, but not if it shows its text in the model: a mere visit, or the focus that a
+// window takes when it is shown, must not lose markup that cannot be shown.
 class TextGuardDelegate final : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -22,7 +20,5 @@ protected:
     bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
-    [[nodiscard]] bool showsItsModelText(CleanTextEdit *editor) const;
-
     QDataWidgetMapper *m_mapper;
 };
