@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/commandline.h"
+#include "app/endrequests.h"
 #include "app/interfacescale.h"
 #include "app/mainwindow.h"
 #include "app/translation.h"
@@ -60,6 +61,7 @@ int main(int argc, char *argv[])
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zoravel.icns")));
 
     MainWindow window;
+    const EndRequests endRequests(&window);
     showOnScreen(window);
     if (!commandLine.file.isNull()) {
         const QString file = QFileInfo(commandLine.file).absoluteFilePath();

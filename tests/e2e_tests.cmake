@@ -24,6 +24,15 @@ zoravel_use_test(collection_work)
 zoravel_use_test(missing_argument)
 zoravel_use_test(focus_returns)
 zoravel_use_test(dashed_file)
+zoravel_use_test(end_requests)
+
+# The protocol between programs and a desktop's session; Qt's packages bring its library with them.
+find_package(X11 COMPONENTS ICE SM)
+if(X11_FOUND)
+    add_executable(sessionmanager gui/sessionmanager.cpp)
+    target_link_libraries(sessionmanager PRIVATE X11::SM X11::ICE zoravel_options)
+    zoravel_use_test(session_end $<TARGET_FILE:sessionmanager>)
+endif()
 
 add_test(NAME dark_desktop
     COMMAND ${CMAKE_CURRENT_LIST_DIR}/gui/dark_desktop $<TARGET_FILE:zoravel-entry-edit>)
