@@ -42,6 +42,7 @@ MainWindow::MainWindow(QWidget *parent)
     setCentralWidget(ui->mdiArea);
     connectImage();
     connectActions();
+    markBadMass();
     setupMapper();
     setAcceptDrops(true);
     takeDropsOnDock();

@@ -49,6 +49,8 @@ public:
 
     // The species form and its files (mainwindow_species.cpp)
     void setupMapper();
+    // Underlines a mass that is saved as 0 because it is no number.
+    void markBadMass();
     void loadSpeciesFromFile();
     // Asks to save, then loads the species file at path; says what is wrong with it in a box. True
     // if it is the document now.

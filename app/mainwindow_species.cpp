@@ -9,6 +9,7 @@
 #include "spectrum/spectrumwindow.h"
 #include "ui_mainwindow.h"
 #include "widgets/editorcommit.h"
+#include "widgets/mistakemark.h"
 #include "widgets/textguarddelegate.h"
 #include "widgets/waitcursor.h"
 
@@ -51,6 +52,14 @@ void MainWindow::setupMapper()
     for (QWidget *editor : editors)
         mapper->addMapping(editor, column++, "cleanedHtml");
     mapper->toFirst();
+}
+
+void MainWindow::markBadMass()
+{
+    new MistakeMark(ui->lineEditMass, [](const QString &markup) {
+        const bool isBad = !markup.trimmed().isEmpty() && !savedNumber(markup);
+        return isBad ? tr("Not a number with a decimal point: it is saved as 0.") : QString();
+    });
 }
 
 void MainWindow::loadSpeciesFromFile()

@@ -30,13 +30,6 @@ QVariant cellValue(const QJsonValue &json, SpeciesFieldKind kind)
     Q_UNREACHABLE();
 }
 
-// JSON has no numbers that are not finite.
-double finiteNumber(const QVariant &value)
-{
-    const double number = value.toDouble();
-    return std::isfinite(number) ? number : 0.0;
-}
-
 bool holdsImage(const QVariant &value)
 {
     return QMetaType::canConvert(value.metaType(), QMetaType::fromType<QImage>());
@@ -71,6 +64,14 @@ QString convertNewlinesToBr(const QString &text)
     return result;
 }
 
+// JSON has no numbers that are not finite.
+std::optional<double> savedNumber(const QVariant &value)
+{
+    bool isNumber = false;
+    const double number = value.toDouble(&isNumber);
+    return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
+}
+
 SpeciesModel::SpeciesModel(QObject *parent) : MyStandardItemModel(parent)
 {
     setRowCount(1);
@@ -98,7 +99,7 @@ QJsonObject SpeciesModel::toJson() const
             species.insert(field.key, cleanHtmlContent(value.toString()));
             break;
         case SpeciesFieldKind::Number:
-            species.insert(field.key, finiteNumber(value));
+            species.insert(field.key, savedNumber(value).value_or(0.0));
             break;
         case SpeciesFieldKind::Image:
             if (holdsImage(value))

@@ -8,6 +8,7 @@
 #include <QLatin1String>
 
 #include <array>
+#include <optional>
 
 // What a cell of the species record holds and how its JSON value is read and written.
 enum class SpeciesFieldKind {
@@ -45,6 +46,10 @@ inline constexpr int speciesImageColumn = 11;
 
 // A copy of text with every CR LF and every other LF turned into "<br>"; a lone CR stays.
 [[nodiscard]] QString convertNewlinesToBr(const QString &text);
+
+// The finite number that a number field's value is or is the text of, with a decimal point in every
+// locale; nothing if it is none, and 0 is saved.
+[[nodiscard]] std::optional<double> savedNumber(const QVariant &value);
 
 // The profile of one chemical species: one row, one column a field of speciesFields. The main
 // window owns the one instance and its form edits it through a data mapper. Loading and writing

@@ -2,6 +2,7 @@
 #include "spectrum/pointmarks.h"
 
 #include "spectrum/points.h"
+#include "widgets/mistakemark.h"
 
 #include <QEvent>
 #include <QPlainTextEdit>
@@ -45,15 +46,6 @@ bool holdsMistake(const QTextBlock &line)
         return isMistake(text);
     const QStringList lines = splitPointLines(text);
     return std::any_of(lines.begin(), lines.end(), isMistake);
-}
-
-QTextCharFormat markOn(const QColor &background)
-{
-    const bool isDark = background.lightness() < 128;
-    QTextCharFormat format;
-    format.setUnderlineStyle(QTextCharFormat::WaveUnderline);
-    format.setUnderlineColor(isDark ? QColor(0xff, 0x70, 0x70) : QColor(0xd0, 0x00, 0x00));
-    return format;
 }
 
 } // namespace
@@ -110,7 +102,7 @@ void PointMarks::markShownLines()
 {
     QList<QTextEdit::ExtraSelection> marks;
     const int bottom = m_editor->viewport()->height() * 3 / 2;
-    const QTextCharFormat format = markOn(m_editor->palette().color(QPalette::Base));
+    const QTextCharFormat format = mistakeFormat(m_editor->palette().color(QPalette::Base));
     QTextBlock line = m_editor->cursorForPosition(QPoint(0, 0)).block();
     for (; line.isValid() && m_count > 0; line = line.next()) {
         QTextCursor cursor(line);

@@ -5,7 +5,8 @@ foreach(test IN ITEMS
     zoravel_test(${test} zoravel_species)
 endforeach()
 foreach(test IN ITEMS
-        tst_cleantextedit tst_editorcommit tst_singlelinetextedit tst_undoabletext)
+        tst_cleantextedit tst_editorcommit tst_singlelinetextedit tst_typedalignment
+        tst_undoabletext)
     zoravel_test(${test} zoravel_widgets)
 endforeach()
 # What other systems replace files with, in place of this one's.

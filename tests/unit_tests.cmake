@@ -13,6 +13,7 @@ endforeach()
 target_sources(tst_mainwindow_image PRIVATE support/httpsservice.cpp support/httpsservice.h)
 target_link_libraries(tst_mainwindow_image PRIVATE Qt6::Network)
 
+zoravel_test(tst_badmass zoravel_windowfixture)
 zoravel_test(tst_commandline zoravel_app)
 zoravel_test(tst_locale zoravel_windowfixture)
 zoravel_test(tst_createdatabase zoravel_database)

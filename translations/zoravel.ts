@@ -442,6 +442,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Not a number with a decimal point: it is saved as 0.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Open Species JSON File</source>
         <translation type="unfinished"></translation>
     </message>

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/cleantextedit.h"
 
+#include "widgets/typedalignment.h"
+
 #include <QImage>
 #include <QRegularExpression>
 #include <QSet>
@@ -98,6 +100,7 @@ CleanTextEdit::CleanTextEdit(QWidget *parent) : QTextEdit(parent)
 {
     setTabChangesFocus(true);
     setAcceptRichText(false);
+    new TypedAlignment(this);
     connect(this, &QTextEdit::textChanged, this, &CleanTextEdit::onTextChanged);
 }
 

@@ -2,6 +2,7 @@
 #include "widgets/singlelinetextedit.h"
 
 #include "widgets/contrast.h"
+#include "widgets/typedalignment.h"
 
 #include <QEvent>
 #include <QKeyEvent>
@@ -21,6 +22,8 @@ SingleLineTextEdit::SingleLineTextEdit(QWidget *parent) : CleanTextEdit(parent)
     setLineWrapMode(QTextEdit::NoWrap);
     setStyleSheet(QStringLiteral("background-color: white; border: 1px solid gray; padding: 2px;"));
     keepTextDark(this);
+    connect(findChild<TypedAlignment *>(), &TypedAlignment::typedInPlaceOfEditor, this,
+            &SingleLineTextEdit::adjustHeight);
     adjustHeight();
 }
 

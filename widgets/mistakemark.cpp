@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "widgets/mistakemark.h"
+
+#include "widgets/cleantextedit.h"
+
+#include <QColor>
+#include <QPalette>
+#include <QTextCursor>
+
+#include <utility>
+
+QTextCharFormat mistakeFormat(const QColor &background)
+{
+    const bool isDark = background.lightness() < 128;
+    QTextCharFormat format;
+    format.setUnderlineStyle(QTextCharFormat::WaveUnderline);
+    format.setUnderlineColor(isDark ? QColor(0xff, 0x70, 0x70) : QColor(0xd0, 0x00, 0x00));
+    return format;
+}
+
+MistakeMark::MistakeMark(CleanTextEdit *field, Judge judge)
+    : QObject(field), m_field(field), m_judge(std::move(judge))
+{
+    connect(field, &CleanTextEdit::cleanedHtmlChanged, this, &MistakeMark::look);
+    look();
+}
+
+void MistakeMark::look()
+{
+    const QString said = m_judge(m_field->cleanedHtml());
+    QList<QTextEdit::ExtraSelection> marks;
+    if (!said.isEmpty()) {
+        QTextCursor cursor(m_field->document());
+        cursor.select(QTextCursor::Document);
+        marks.append({cursor, mistakeFormat(m_field->palette().color(QPalette::Base))});
+    }
+    m_field->setExtraSelections(marks);
+    // A style sheet of the field that fixes its background does so for its tool tip, whose text
+    // would be white on white in a dark theme.
+    const QString tip =
+        QStringLiteral("<span style=\"color: %1\">%2</span>")
+            .arg(m_field->palette().color(QPalette::Text).name(), said.toHtmlEscaped());
+    m_field->setToolTip(said.isEmpty() ? QString() : tip);
+    m_field->setAccessibleDescription(said);
+}

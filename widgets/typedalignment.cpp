@@ -1,0 +1,205 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "widgets/typedalignment.h"
+
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextEdit>
+#include <QTextFragment>
+
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+
+using Alignment = QTextCharFormat::VerticalAlignment;
+
+// Whether the editor puts in the text of a key press.
+bool isTyping(const QKeyEvent *event)
+{
+    const QString text = event->text();
+    if (text.isEmpty())
+        return false;
+    const QChar first = text.front();
+    if (first.category() == QChar::Other_Format)
+        return true;
+    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    if (modifiers == Qt::ControlModifier || modifiers == (Qt::ControlModifier | Qt::ShiftModifier))
+        return false;
+    return first.isPrint() || first.category() == QChar::Other_PrivateUse
+           || first.isHighSurrogate();
+}
+
+// A cursor that takes its format from the text alone.
+QTextCursor plainCursor(const QTextCursor &cursor, int position)
+{
+    QTextCursor plain(cursor.document());
+    plain.setPosition(position);
+    return plain;
+}
+
+Alignment alignmentBehind(const QTextCursor &cursor)
+{
+    if (cursor.atBlockEnd())
+        return QTextCharFormat::AlignNormal;
+    return plainCursor(cursor, cursor.position() + 1).charFormat().verticalAlignment();
+}
+
+// The one that all characters of a selection have, or normal.
+Alignment alignmentOfSelection(const QTextCursor &cursor)
+{
+    const int start = cursor.selectionStart();
+    const int end = cursor.selectionEnd();
+    std::optional<Alignment> all;
+    QTextBlock block = cursor.document()->findBlock(start);
+    for (; block.isValid() && block.position() < end; block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment part = it.fragment();
+            if (part.position() >= end || part.position() + part.length() <= start)
+                continue;
+            const Alignment alignment = part.charFormat().verticalAlignment();
+            if (all.value_or(alignment) != alignment)
+                return QTextCharFormat::AlignNormal;
+            all = alignment;
+        }
+    }
+    return all.value_or(QTextCharFormat::AlignNormal);
+}
+
+} // namespace
+
+TypedAlignment::TypedAlignment(QTextEdit *editor) : QObject(editor), m_editor(editor)
+{
+    editor->installEventFilter(this);
+    connect(editor, &QTextEdit::cursorPositionChanged, this, &TypedAlignment::followCursor);
+}
+
+bool TypedAlignment::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FocusOut)
+        m_goesOnAt = m_awaitedAt = -1;
+    bool taken = false;
+    if (!m_editor->isReadOnly()) {
+        if (event->type() == QEvent::KeyPress)
+            taken = takeKey(static_cast<QKeyEvent *>(event));
+        else if (event->type() == QEvent::InputMethod)
+            taken = takeComposition(static_cast<QInputMethodEvent *>(event));
+    }
+    return taken || QObject::eventFilter(watched, event);
+}
+
+Alignment TypedAlignment::wanted() const
+{
+    const QTextCursor cursor = m_editor->textCursor();
+    if (cursor.hasSelection())
+        return alignmentOfSelection(cursor);
+    const Alignment next = cursor.charFormat().verticalAlignment();
+    const QTextCursor plain = plainCursor(cursor, cursor.position());
+    const bool isChosen = next != plain.charFormat().verticalAlignment();
+    if (isChosen)
+        return next;
+    if (goesOn(cursor))
+        return m_alignment;
+    return next == alignmentBehind(plain) ? next : QTextCharFormat::AlignNormal;
+}
+
+bool TypedAlignment::goesOn(const QTextCursor &cursor) const
+{
+    return !cursor.hasSelection() && cursor.position() == m_goesOnAt && m_goesOnAt >= m_from;
+}
+
+bool TypedAlignment::takeKey(QKeyEvent *event)
+{
+    const QTextCursor cursor = m_editor->textCursor();
+    m_awaitedAt = -1;
+    // Who corrects what was just typed, or goes to a new line, goes on with it.
+    if (goesOn(cursor) && event->key() == Qt::Key_Backspace)
+        m_awaitedAt = cursor.position() - 1;
+    if (goesOn(cursor) && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+        m_awaitedAt = cursor.position() + 1;
+    if (!isTyping(event))
+        return false;
+    const Alignment alignment = wanted();
+    expect(cursor, alignment, event->text().size());
+    if (cursor.charFormat().verticalAlignment() == alignment)
+        return false;
+    if (!cursor.hasSelection()) {
+        QTextCharFormat format;
+        format.setVerticalAlignment(alignment);
+        m_editor->mergeCurrentCharFormat(format);
+        return false;
+    }
+    // There is no choosing a format for what the editor itself puts in the place of a selection.
+    insert(cursor, event->text(), alignment);
+    m_editor->ensureCursorVisible();
+    event->accept();
+    emit typedInPlaceOfEditor();
+    return true;
+}
+
+bool TypedAlignment::takeComposition(QInputMethodEvent *event)
+{
+    const bool isEmpty = event->commitString().isEmpty() && event->preeditString().isEmpty();
+    if (isEmpty) {
+        m_composed.reset();
+        return false;
+    }
+    // Composing removes what is selected, so the question is what was there when it began.
+    if (!m_composed)
+        m_composed = wanted();
+    if (event->commitString().isEmpty())
+        return false;
+    const Alignment alignment = *std::exchange(m_composed, std::nullopt);
+
+    QTextCursor cursor = m_editor->textCursor();
+    const int start = std::max(0, cursor.selectionStart() + event->replacementStart());
+    const QTextCursor plain = plainCursor(cursor, start);
+    expect(plain, alignment, event->commitString().size());
+    if (!cursor.hasSelection() && plain.charFormat().verticalAlignment() == alignment)
+        return false;
+    // The editor would take the format of the text before it, whatever was chosen.
+    cursor.beginEditBlock();
+    cursor.removeSelectedText();
+    cursor.setPosition(start);
+    cursor.setPosition(start + event->replacementLength(), QTextCursor::KeepAnchor);
+    insert(cursor, event->commitString(), alignment);
+    cursor.endEditBlock();
+    QInputMethodEvent rest(event->preeditString(), event->attributes());
+    QObject *const editor = m_editor; // whose handler of events is open to others
+    editor->event(&rest);
+    event->setAccepted(rest.isAccepted());
+    return true;
+}
+
+// As one step for undo, to which what is typed next is added.
+void TypedAlignment::insert(QTextCursor cursor, const QString &text, Alignment alignment)
+{
+    QTextCharFormat format = cursor.charFormat();
+    format.clearProperty(QTextFormat::ObjectType);
+    format.setVerticalAlignment(alignment);
+    cursor.insertText(text, format);
+    m_editor->setTextCursor(cursor);
+}
+
+// Text of this length in place of the selection.
+void TypedAlignment::expect(const QTextCursor &cursor, Alignment alignment, qsizetype length)
+{
+    if (!goesOn(cursor))
+        m_from = cursor.selectionStart();
+    m_alignment = alignment;
+    m_awaitedAt = cursor.selectionStart() + static_cast<int>(length);
+}
+
+void TypedAlignment::followCursor()
+{
+    const int position = m_editor->textCursor().position();
+    if (position == m_awaitedAt) {
+        m_goesOnAt = position;
+    } else if (position != m_goesOnAt) {
+        m_goesOnAt = -1;
+        m_awaitedAt = -1;
+    }
+}
