@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Refusing a picture that is cut off, damaged or claims too much, against decoding a good one of
-// four megapixels. tst_picturelimits holds the memory that it takes, and every format.
+// Refusing a picture of any format that is cut off, damaged or claims too much, against decoding a
+// good one of four megapixels. tst_picturelimits holds the memory that it takes.
 #include "benchmarks/ratio.h"
 #include "species/picture.h"
 
 #include <QBuffer>
 #include <QGuiApplication>
 #include <QImage>
+#include <QImageWriter>
 
 #include <cstdlib>
 
@@ -14,7 +15,7 @@ namespace
 {
 
 // Neither plain nor noise, as pictures are.
-QByteArray pngOf(int width, int height)
+QByteArray fileOf(int width, int height, const char *format)
 {
     QImage image(width, height, QImage::Format_RGB32);
     for (int y = 0; y < height; ++y) {
@@ -24,7 +25,7 @@ QByteArray pngOf(int width, int height)
     }
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
-    if (!image.save(&buffer, "PNG"))
+    if (!image.save(&buffer, format))
         std::exit(2);
     return buffer.data();
 }
@@ -44,8 +45,8 @@ int main(int argc, char *argv[])
 {
     const QGuiApplication application(argc, argv);
     qputenv("QT_LOGGING_RULES", "qt.gui.imageio*=false");
-    const QByteArray good = pngOf(2000, 2000);
-    const QByteArray large = pngOf(5700, 5700); // as large as can be
+    const QByteArray good = fileOf(2000, 2000, "png");
+    const QByteArray large = fileOf(5700, 5700, "png"); // as large as can be
     QByteArray damaged = large;
     damaged[damaged.size() - 5000] = char(damaged[damaged.size() - 5000] ^ 1);
     QByteArray claiming = good;
@@ -61,6 +62,30 @@ int main(int argc, char *argv[])
                         + QByteArray(1024, 0),
                     good)
            && kept;
+    for (const char *format : {"bmp", "ppm", "jpeg", "tiff", "webp"}) {
+        if (!QImageWriter::supportedImageFormats().contains(format))
+            continue;
+        // Writing WebP takes long.
+        const int side = QByteArrayView(format) == "webp" ? 3000 : 5500;
+        const QByteArray file = fileOf(side, side, format);
+        for (const int percent : {10, 90}) {
+            const QByteArray what = QByteArrayLiteral("refusing ") + format + " of "
+                                    + QByteArray::number(side) + " squared, cut off at "
+                                    + QByteArray::number(percent) + " %";
+            kept =
+                refusing(what.constData(), file.first(file.size() * percent / 100), good) && kept;
+        }
+    }
+    const QByteArray gif("GIF89a\x7c\x15\x7c\x15\xf0\0\0\0\0\0\xff\xff\xff,\0\0\0\0"
+                         "\x7c\x15\x7c\x15\0\x2",
+                         30);
+    kept =
+        refusing("refusing gif of 5500 squared, cut off", gif + QByteArray(5'000'000, '\x44'), good)
+        && kept;
+    QByteArray text = "P2 2800 2800 255\n";
+    for (int i = 1; i < 2800 * 2800; ++i)
+        text += "7 ";
+    kept = refusing("refusing pgm in 16 MB of text, a number short", text, good) && kept;
     kept = refusing("refusing text", QByteArray(10'000'000, 'x'), good) && kept;
     return kept ? 0 : 1;
 }

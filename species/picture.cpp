@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "species/picture.h"
 
-#include "species/pngchunks.h"
+#include "species/pictureformat.h"
 
 #include <QBuffer>
 #include <QColorSpace>
 #include <QImageReader>
+#include <QList>
 #include <QPixelFormat>
+#include <QSize>
 
 #include <algorithm>
-#include <optional>
+#include <cstddef>
+#include <cstdlib>
 
 namespace
 {
@@ -19,25 +22,59 @@ constexpr qint64 largestPicture = 64'000'000; // pixels
 constexpr int longestSide = 1'000'000;
 constexpr qint64 megabyte = qint64{1024} * 1024;
 
-// Whether bytes are a PNG file that is cut off or whose pixels were damaged. The decoder would find
-// out too, but only when it gets there, with all pixels before that in memory.
-bool isDamagedPng(const QByteArray &bytes)
+// More than eight bits a channel.
+bool isDeep(QImage::Format format)
 {
-    PngChunks chunks(bytes);
-    if (!chunks.isPng())
-        return false;
-    while (chunks.nextType() != "IEND") {
-        const std::optional<PngChunk> chunk = chunks.next();
-        if (!chunk || (chunk->type == "IDAT" && !chunk->isIntact()))
-            return true;
-    }
-    return false;
+    return format == QImage::Format_Grayscale16 || QImage::toPixelFormat(format).redSize() > 8;
 }
 
-// More than eight bits a channel.
-bool isDeep(const QImage &image)
+// Of a damaged header some decoders make a format that there is not.
+QImage::Format knownFormat(QImage::Format format)
 {
-    return image.format() == QImage::Format_Grayscale16 || image.pixelFormat().redSize() > 8;
+    return format > QImage::Format_Invalid && format < QImage::NImageFormats
+               ? format
+               : QImage::Format_Invalid;
+}
+
+bool isWithinLimits(QSize size, QImage::Format format)
+{
+    const qint64 pixels = qint64(size.width()) * size.height();
+    const qint64 bytes = pixels * (isDeep(format) ? 8 : 4);
+    return std::max(size.width(), size.height()) <= longestSide && pixels <= largestPicture
+           && bytes <= QImageReader::allocationLimit() * megabyte;
+}
+
+// An image of zeros: for the decoders that leave out pixels of a damaged file, and would show what
+// was in that memory before. What they do not reach takes no memory.
+QImage clearedImage(QSize size, QImage::Format format)
+{
+    if (size.isEmpty() || format == QImage::Format_Invalid)
+        return {};
+    const qsizetype bits = qsizetype{size.width()} * QImage(1, 1, format).depth();
+    const qsizetype line = (bits + 31) / 32 * 4;
+    void *pixels =
+        std::calloc(static_cast<std::size_t>(size.height()), static_cast<std::size_t>(line));
+    return pixels ? QImage(static_cast<uchar *>(pixels), size.width(), size.height(), line, format,
+                           std::free, pixels)
+                  : QImage();
+}
+
+// Makes the colours black that pixels have but the palette does not: what reads them would read
+// past its end.
+void completePalette(QImage &image)
+{
+    if (image.format() != QImage::Format_Indexed8)
+        return;
+    uchar highest = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        const uchar *line = image.constScanLine(y);
+        highest = std::max(highest, *std::max_element(line, line + image.width()));
+    }
+    QList<QRgb> colours = image.colorTable();
+    if (highest < colours.size())
+        return;
+    colours.resize(qsizetype{highest} + 1, qRgb(0, 0, 0));
+    image.setColorTable(colours);
 }
 
 // The image as the encoder gives it back: what was saved once is saved in the same bytes again.
@@ -45,7 +82,7 @@ QImage encodable(const QImage &image)
 {
     QImage result = image;
     // The encoder keeps sixteen bits a channel, but not ten.
-    if (isDeep(image) && image.format() != QImage::Format_Grayscale16)
+    if (isDeep(image.format()) && image.format() != QImage::Format_Grayscale16)
         result = image.convertToFormat(QImage::Format_RGBA64);
     // It would write the bits that fill up a line too, which no decoder sets.
     else if (image.depth() == 1)
@@ -67,8 +104,9 @@ bool isSamePicture(const QImage &left, const QImage &right)
     // Premultiplied, since a picture that went through a pixmap has lost the colour under
     // transparency; deep ones do not go through pixmaps, and files hold them as they are compared
     // here.
-    const QImage::Format common =
-        isDeep(left) || isDeep(right) ? QImage::Format_RGBA64 : QImage::Format_ARGB32_Premultiplied;
+    const QImage::Format common = isDeep(left.format()) || isDeep(right.format())
+                                      ? QImage::Format_RGBA64
+                                      : QImage::Format_ARGB32_Premultiplied;
     QImage first = left.convertToFormat(common);
     QImage second = right.convertToFormat(common);
     first.setColorSpace({});
@@ -78,28 +116,29 @@ bool isSamePicture(const QImage &left, const QImage &right)
 
 bool canBeReloaded(const QImage &image)
 {
-    const qint64 pixels = qint64(image.width()) * image.height();
-    const qint64 bytes = pixels * (isDeep(image) ? 8 : 4);
-    return std::max(image.width(), image.height()) <= longestSide && pixels <= largestPicture
-           && bytes <= QImageReader::allocationLimit() * megabyte;
+    return isWithinLimits(image.size(), image.format());
 }
 
 QImage decodePicture(const QByteArray &bytes)
 {
+    const char *format = pictureFormat(bytes);
+    if (!format)
+        return {};
     QBuffer buffer;
     buffer.setData(bytes);
-    QImageReader reader(&buffer);
-    // Drawings in XML can be bombs of any size and refer to files of the machine that shows them.
-    if (reader.format().startsWith("svg") || bytes.startsWith("\x1f\x8b"))
-        return {};
-    if (isDamagedPng(bytes))
-        return {};
+    // Named, so that no plugin that would take any file is asked to.
+    QImageReader reader(&buffer, format);
+    reader.setAutoDetectImageFormat(false);
     const QSize size = reader.size();
-    if (qint64(size.width()) * size.height() > largestPicture)
+    const QImage::Format pixels = knownFormat(reader.imageFormat());
+    if (!isWithinLimits(size, pixels))
         return {};
-    QImage image = reader.read();
-    // It would be shown, but be gone after the next save.
-    return canBeReloaded(image) ? image : QImage();
+    QImage image = clearedImage(size, pixels);
+    // One that is too large would be shown, but be gone after the next save.
+    if (!reader.read(&image) || !canBeReloaded(image))
+        return {};
+    completePalette(image);
+    return image;
 }
 
 QByteArray encodePng(const QImage &image)

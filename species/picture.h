@@ -13,8 +13,9 @@
 // large would be lost with the next load.
 [[nodiscard]] bool canBeReloaded(const QImage &image);
 
-// The image in the bytes of an image file of any format the toolkit reads, recognised by its
-// content; a null image if there is none or if it is too large to decode safely.
+// The image in the bytes of an image file, whose format is recognised by its content; a null image
+// if there is none, if it is of a format that is not taken (pictureFormat()), cut off or damaged so
+// that it shows, or too large to decode safely. The same bytes always give the same pixels.
 [[nodiscard]] QImage decodePicture(const QByteArray &bytes);
 
 // The bytes of a PNG file of image; empty for a null image.

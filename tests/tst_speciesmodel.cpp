@@ -16,6 +16,7 @@
 #include <QPixmap>
 #include <QSignalSpy>
 #include <QTest>
+#include <QtEndian>
 
 #include <algorithm>
 #include <cstring>
@@ -751,9 +752,10 @@ private slots:
         QTest::addColumn<QByteArray>("file");
         const QList<QByteArray> readable = QImageReader::supportedImageFormats();
         QImage image = filled(Qt::black).scaled(16, 16);
-        for (const QByteArray &format : QImageWriter::supportedImageFormats()) {
+        for (const char *format :
+             {"png", "jpeg", "bmp", "pbm", "pgm", "ppm", "webp", "tiff", "ico"}) {
             if (readable.contains(format))
-                QTest::newRow(format.constData()) << imageFile(image, format.constData());
+                QTest::newRow(format) << imageFile(image, format);
         }
         // One black pixel.
         QTest::newRow("gif") << QByteArray::fromBase64(
@@ -834,30 +836,35 @@ private slots:
     void aDamagedFileLoadsAsAnImageOfItsSizeOrAsNone_data()
     {
         QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QSize>("size");
         const QByteArray png = imageFile(colours(), "PNG");
         const QByteArray jpeg = imageFile(colours().convertToFormat(QImage::Format_RGB32), "JPEG");
         for (const QByteArray &file : {png, jpeg}) {
             const char *name = file == png ? "PNG" : "JPEG";
             for (qsizetype size = 9; size < file.size(); size += 17)
-                QTest::addRow("%s cut off at %d", name, int(size)) << file.first(size);
+                QTest::addRow("%s cut off at %d", name, int(size)) << file.first(size) << QSize();
             for (qsizetype at = 9; at < file.size(); at += 17) {
                 QByteArray damaged = file;
                 damaged[at] = static_cast<char>(~damaged[at]);
-                // What stands for the size is left as it is.
-                const bool inSize = file == png && at < 33;
-                if (!inSize)
-                    QTest::addRow("%s wrong at %d", name, int(at)) << damaged;
+                QSize size = colours().size();
+                // Where the file itself says another size, or none, that is what counts.
+                const qsizetype frame = damaged.indexOf("\xff\xc0");
+                if (file == jpeg && frame >= 0 && at >= frame && at < frame + 9)
+                    size = {qFromBigEndian<quint16>(damaged.constData() + frame + 7),
+                            qFromBigEndian<quint16>(damaged.constData() + frame + 5)};
+                QTest::addRow("%s wrong at %d", name, int(at)) << damaged << size;
             }
         }
     }
     void aDamagedFileLoadsAsAnImageOfItsSizeOrAsNone()
     {
         QFETCH(QByteArray, file);
+        QFETCH(QSize, size);
         const QuietDecoders quiet;
         Fixture f;
         f.model.loadFromJson(withImage(file));
         const QImage image = f.model.getImage();
-        QVERIFY(image.isNull() || image.size().width() <= 9 * 256);
+        QVERIFY(image.isNull() || image.size() == size);
         QCOMPARE(f.imageChanges.count(), image.isNull() ? 0 : 1);
         QCOMPARE(f.model.toJson().contains(imageKey), !image.isNull());
         QVERIFY(isSamePicture(savedImage(f.model.toJson()), image));
@@ -898,7 +905,7 @@ private slots:
         QTest::addColumn<QByteArray>("small");
         QTest::newRow("PNG") << pngOfClaimedSize(65'000) << QSize(65'000, 65'000) << QByteArray();
         QTest::newRow("BMP") << bmpOfClaimedSize(16'384) << QSize(16'384, 16'384)
-                             << bmpOfClaimedSize(3);
+                             << bmpOfClaimedSize(2);
         QTest::newRow("PPM") << "P6 32000 32000 255\nabc"_ba << QSize(32'000, 32'000)
                              << "P6 1 1 255\nabc"_ba;
     }

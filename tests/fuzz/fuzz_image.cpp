@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fuzz/invariant.h"
 #include "species/picture.h"
+#include "support/samplepictures.h"
 
-// Any bytes as an image file: refused, or a picture that is small enough to be kept and that keeps
-// every pixel through as many saves as one likes.
+// Any bytes as an image file: refused, or a picture that is small enough to be kept, that is the
+// same whatever was in the memory before, and that keeps every pixel through as many saves as one
+// likes.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     constexpr qint64 mostPixels = 64'000'000;
     constexpr qint64 mostBytes = qint64(128) * 1024 * 1024;
+    dirtyHeap(0x35);
     const QImage image = decodePicture(bytesOf(data, size));
+    dirtyHeap(0xca);
+    REQUIRE_EQUAL(decodePicture(bytesOf(data, size)), image);
     REQUIRE(isSamePicture(image, image));
     if (image.isNull()) {
         REQUIRE(encodePng(image).isEmpty());
