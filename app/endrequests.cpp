@@ -6,7 +6,6 @@
 #include <QApplication>
 #include <QEvent>
 #include <QScopedValueRollback>
-#include <QSessionManager>
 #include <QThread>
 
 #include <chrono>

@@ -3,10 +3,10 @@
 
 #include "app/endsignals.h"
 
+#include <QSessionManager>
 #include <QTimer>
 
 class MainWindow;
-class QSessionManager;
 
 // Answers what asks the editor from outside to end: signals, and the desktop's session when it
 // ends. Nothing is lost without the question that closing the window asks; without changes there is

@@ -26,9 +26,9 @@ zoravel_use_test(focus_returns)
 zoravel_use_test(dashed_file)
 zoravel_use_test(end_requests)
 
-# The protocol between programs and a desktop's session; Qt's packages bring its library with them.
+# The protocol between programs and a desktop's session has a library of its own.
 find_package(X11 COMPONENTS ICE SM)
-if(X11_FOUND)
+if(TARGET X11::SM AND TARGET X11::ICE)
     add_executable(sessionmanager gui/sessionmanager.cpp)
     target_link_libraries(sessionmanager PRIVATE X11::SM X11::ICE zoravel_options)
     zoravel_use_test(session_end $<TARGET_FILE:sessionmanager>)

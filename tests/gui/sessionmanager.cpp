@@ -94,7 +94,7 @@ void left(SmsConn program, SmPointer /*data*/, int count, char **reasons)
 {
     SmFreeReasons(count, reasons);
     std::erase(programs, program);
-    const IceConn connection = SmsGetIceConnection(program);
+    IceConn connection = SmsGetIceConnection(program);
     SmsCleanUp(program);
     std::erase(connections, connection);
     IceSetShutdownNegotiation(connection, False);
@@ -152,7 +152,7 @@ void passOver(IceConn /*connection*/) {}
 void accept(IceListenObj listener)
 {
     IceAcceptStatus status = IceAcceptFailure;
-    const IceConn connection = IceAcceptConnection(listener, &status);
+    IceConn connection = IceAcceptConnection(listener, &status);
     if (!connection)
         return;
     while (IceConnectionStatus(connection) == IceConnectPending)
@@ -185,7 +185,7 @@ bool serve(std::span<IceListenObj> listeners)
     for (IceListenObj listener : listeners)
         waiting.push_back({IceGetListenConnectionNumber(listener), POLLIN, 0});
     const std::vector<IceConn> served = connections;
-    for (const IceConn connection : served)
+    for (IceConn connection : served)
         waiting.push_back({IceConnectionNumber(connection), POLLIN, 0});
     if (poll(waiting.data(), waiting.size(), -1) < 0)
         return false;
