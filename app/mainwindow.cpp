@@ -3,6 +3,7 @@
 
 #include "app/accessiblespectra.h"
 #include "app/quietarea.h"
+#include "app/spectrumtabs.h"
 #include "settings/lastfolder.h"
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
@@ -40,6 +41,7 @@ MainWindow::MainWindow(QWidget *parent)
     describeSpectraToAssistiveTechnology();
     ui->setupUi(this);
     setCentralWidget(ui->mdiArea);
+    spectrumTabs = new SpectrumTabs(ui->mdiArea);
     connectImage();
     connectActions();
     markBadMass();
@@ -98,7 +100,6 @@ void MainWindow::connectActions()
     on(ui->actionNextFile, &MainWindow::loadNextSpeciesFile);
     connect(speciesModel, &SpeciesModel::imageChanged, this, &MainWindow::updateImageFromSpecies);
     on(ui->actionCreateDatabase, &MainWindow::createSpeciesDatabase);
-    connect(ui->mdiArea, &QMdiArea::subWindowActivated, this, &MainWindow::focusSpectrum);
 }
 
 // A floating dock is a window of its own and gets the drops on it.
@@ -236,21 +237,9 @@ void MainWindow::keyPressEvent(QKeyEvent *event)
 {
     const bool isTab = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
     if (isTab && event->modifiers().testFlag(Qt::ControlModifier))
-        goToPreviousSpectrum();
+        spectrumTabs->goToPrevious();
     else
         QMainWindow::keyPressEvent(event);
-}
-
-void MainWindow::goToPreviousSpectrum()
-{
-    const QList<QMdiSubWindow *> history =
-        ui->mdiArea->subWindowList(QMdiArea::ActivationHistoryOrder);
-    if (history.isEmpty())
-        return;
-    ui->mdiArea->setActiveSubWindow(history.at(std::max<qsizetype>(0, history.size() - 2)));
-    SpectrumWindow *spectrum = currentSpectrumWindow();
-    if (spectrum && !spectrum->isAncestorOf(focusWidget()))
-        spectrum->focusTitle();
 }
 
 QString MainWindow::lastfolder() const

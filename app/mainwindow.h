@@ -16,6 +16,7 @@ class QMdiSubWindow;
 class QNetworkAccessManager;
 class QNetworkReply;
 class SpeciesModel;
+class SpectrumTabs;
 class SpectrumWindow;
 
 namespace Ui
@@ -132,15 +133,10 @@ private:
     [[nodiscard]] QList<SpectrumWindow *> spectrumWindows() const;
     // The spectrum that the user works on, or null.
     [[nodiscard]] SpectrumWindow *currentSpectrumWindow() const;
-    // Hands the keyboard on to the title of a sub-window's spectrum if the sub-window itself has
-    // it, as it has when it becomes active for the first time.
-    void focusSpectrum(const QMdiSubWindow *subWindow);
     // After the document was replaced: the keyboard stays with before, which had it, if that is
     // beside the spectra, and goes to the title of the spectrum on top otherwise. To the name if
     // there is none, or if nothing had it.
     void settleFocus(QWidget *before);
-    // Shows the spectrum that was on top before and gives it the keyboard.
-    void goToPreviousSpectrum();
     // Writes what has been typed into the fields and is not in the models yet, into the models.
     void commitEdits();
     // Fills the emptied document from a species file's object.
@@ -159,7 +155,8 @@ private:
     QNetworkAccessManager *networkManager;
     SpeciesModel *speciesModel;
     QDataWidgetMapper *mapper;
-    QString currentFile; // full path; empty for a document without a file
+    SpectrumTabs *spectrumTabs = nullptr; // made with the form
+    QString currentFile;                  // full path; empty for a document without a file
     bool modified = false;
     CreateDatabase *createDatabaseDialog = nullptr; // made when it is first needed
 };

@@ -2,6 +2,7 @@
 #include "app/mainwindow.h"
 
 #include "app/messagebox.h"
+#include "app/spectrumtabs.h"
 #include "species/jsonfile.h"
 #include "spectrum/spectrumfile.h"
 #include "spectrum/spectrumwindow.h"
@@ -46,16 +47,9 @@ void MainWindow::addSpectrumWindowToMdiArea(SpectrumWindow *w)
 {
     QMdiSubWindow *subWindow = ui->mdiArea->addSubWindow(w);
     subWindow->setAttribute(Qt::WA_DeleteOnClose);
+    spectrumTabs->follow(subWindow);
     w->show();
     setModified();
-}
-
-void MainWindow::focusSpectrum(const QMdiSubWindow *subWindow)
-{
-    if (!subWindow || !subWindow->hasFocus())
-        return;
-    if (auto *window = qobject_cast<SpectrumWindow *>(subWindow->widget()))
-        window->focusTitle();
 }
 
 void MainWindow::createNewSpectrumWindow()

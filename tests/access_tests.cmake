@@ -2,6 +2,7 @@
 # The editor for those who cannot see it well, at all, or cannot use a mouse.
 zoravel_test(tst_accessibility zoravel_windowfixture)
 zoravel_test(tst_keyboard zoravel_windowfixture)
+zoravel_test(tst_spectrumtabs zoravel_windowfixture)
 zoravel_test(tst_pointmarks zoravel_spectrum)
 
 add_test(NAME screen_reader

@@ -71,6 +71,15 @@ void press(const MainWindowFixture &f, Qt::Key key)
     QTest::keyClick(f.window.windowHandle(), key);
 }
 
+// Ctrl+Tab.
+void goBySpectrum(const MainWindowFixture &f)
+{
+    QWindow *window = f.window.windowHandle();
+    QTest::keyPress(window, Qt::Key_Control);
+    QTest::keyClick(window, Qt::Key_Tab, Qt::ControlModifier);
+    QTest::keyRelease(window, Qt::Key_Control);
+}
+
 QString focusName()
 {
     const QWidget *widget = QApplication::focusWidget();
@@ -133,6 +142,8 @@ private slots:
     void arrowsOnTheTabsChangeTheSpectrum();
     void controlTabReachesTheSpectraFromEverywhere_data();
     void controlTabReachesTheSpectraFromEverywhere();
+    void controlTabComesBackToTheSameField_data();
+    void controlTabComesBackToTheSameField();
     void chartReadsOutPoints();
     void chartReadsOutPointsOfALineSpectrum();
     void chartWithoutPointsTakesKeys();
@@ -391,14 +402,44 @@ void TestKeyboard::controlTabReachesTheSpectraFromEverywhere()
     f.field(speciesStops.first())->setFocus();
     for (int i = 0; focusName() != stop && i < 100; ++i)
         press(f, Qt::Key_Tab);
-    QWindow *window = f.window.windowHandle();
     for (const int shown : {2, 0}) {
-        QTest::keyPress(window, Qt::Key_Control);
-        QTest::keyClick(window, Qt::Key_Tab, Qt::ControlModifier);
-        QTest::keyRelease(window, Qt::Key_Control);
+        goBySpectrum(f);
         QCOMPARE(f.area()->activeSubWindow(), subWindows.at(shown));
         QVERIFY(subWindows.at(shown)->isAncestorOf(QApplication::focusWidget())
                 || focusName() == QLatin1String("tabs"));
+    }
+}
+
+// Space must not press another button than the one that was reached in that spectrum before.
+void TestKeyboard::controlTabComesBackToTheSameField()
+{
+    QFETCH(QString, first);
+    QFETCH(QString, second);
+    MainWindowFixture f;
+    for (const char *title : {"A", "B"})
+        f.window.createNewSpectrumWindow(spectrumOf(QString::fromLatin1(title)));
+    const auto fieldOf = [&](int spectrum, const QString &name) {
+        return f.spectra().at(spectrum)->findChild<QWidget *>(name);
+    };
+    fieldOf(1, second)->setFocus();
+    goBySpectrum(f);
+    QCOMPARE(QApplication::focusWidget(), fieldOf(0, QStringLiteral("lineEditTitle")));
+    fieldOf(0, first)->setFocus();
+    for (int i = 0; i < 3; ++i) {
+        goBySpectrum(f);
+        QCOMPARE(QApplication::focusWidget(), fieldOf(1, second));
+        goBySpectrum(f);
+        QCOMPARE(QApplication::focusWidget(), fieldOf(0, first));
+    }
+}
+
+void TestKeyboard::controlTabComesBackToTheSameField_data()
+{
+    QTest::addColumn<QString>("first");
+    QTest::addColumn<QString>("second");
+    for (int i = 1; i < spectrumStops.size(); ++i) {
+        const QString &stop = spectrumStops.at(i);
+        QTest::addRow("%s", qPrintable(stop)) << stop << spectrumStops.constLast();
     }
 }
 

@@ -3,7 +3,10 @@
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QScrollBar>
 #include <QWidget>
+
+#include <algorithm>
 
 namespace
 {
@@ -26,7 +29,35 @@ bool takesTab(const QWidget *widget)
            && !isCovered(widget);
 }
 
+// How far a bar has to be moved so that the stretch from first to last can be seen in one from 0 to
+// size; its beginning if it is longer.
+int distance(int first, int last, int size)
+{
+    if (first < 0 || last - first >= size)
+        return first;
+    return std::max(0, last - size + 1);
+}
+
 } // namespace
+
+void scrollIntoSight(const QWidget *widget)
+{
+    const QMdiArea *area = nullptr;
+    for (const QWidget *around = widget; around && !area; around = around->parentWidget()) {
+        if (const auto *subWindow = qobject_cast<const QMdiSubWindow *>(around))
+            area = subWindow->mdiArea();
+    }
+    if (!area)
+        return;
+    const QWidget *viewport = area->viewport();
+    const QRect place(widget->mapTo(viewport, QPoint()), widget->size());
+    QScrollBar *horizontal = area->horizontalScrollBar();
+    QScrollBar *vertical = area->verticalScrollBar();
+    horizontal->setValue(horizontal->value()
+                         + distance(place.left(), place.right(), viewport->width()));
+    vertical->setValue(vertical->value()
+                       + distance(place.top(), place.bottom(), viewport->height()));
+}
 
 bool moveFocusByTab(const QWidget *window, bool next)
 {
@@ -37,6 +68,7 @@ bool moveFocusByTab(const QWidget *window, bool next)
     for (QWidget *to = follow(from); to && to != from; to = follow(to)) {
         if (to->window() == window && takesTab(to)) {
             to->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+            scrollIntoSight(to);
             return true;
         }
     }

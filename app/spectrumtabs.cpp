@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/spectrumtabs.h"
+
+#include "spectrum/spectrumwindow.h"
+#include "widgets/tabchain.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QTabBar>
+#include <QToolButton>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int widestTab = 32; // letters of average width
+// Characters; the toolkit shortens the whole text again and again.
+constexpr qsizetype longestTitle = 500;
+
+QString tabText(const QTabBar *tabs, const QString &title)
+{
+    const QFontMetrics metrics = tabs->fontMetrics();
+    QString text =
+        metrics.elidedText(title, Qt::ElideMiddle, widestTab * metrics.averageCharWidth());
+    // It would underline the next letter instead.
+    return text.replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+} // namespace
+
+SpectrumTabs::SpectrumTabs(QMdiArea *area)
+    : QObject(area), m_area(area), m_tabs(area->findChild<QTabBar *>())
+{
+    connect(m_area, &QMdiArea::subWindowActivated, this, &SpectrumTabs::settleFocus);
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](QWidget * /*before*/, QWidget *now) { noteFocus(now); });
+    // They scroll the tabs; the keyboard does so by choosing one.
+    const QList<QToolButton *> scrollers = m_tabs->findChildren<QToolButton *>();
+    for (QToolButton *scroller : scrollers)
+        scroller->setFocusPolicy(Qt::NoFocus);
+}
+
+void SpectrumTabs::follow(QMdiSubWindow *subWindow)
+{
+    QWidget *spectrum = subWindow->widget();
+    connect(subWindow, &QMdiSubWindow::aboutToActivate, this,
+            [this, spectrum] { m_comingUp = m_lastFocused.value(spectrum); });
+    connect(spectrum, &QObject::destroyed, this,
+            [this, spectrum] { m_lastFocused.remove(spectrum); });
+    spectrum->installEventFilter(this);
+    showTitle(subWindow);
+}
+
+// The sub-window would pass an empty title over, and take all of a long one.
+bool SpectrumTabs::eventFilter(QObject *watched, QEvent *event)
+{
+    auto *subWindow = qobject_cast<QMdiSubWindow *>(watched->parent());
+    if (event->type() != QEvent::WindowTitleChange || !subWindow)
+        return QObject::eventFilter(watched, event);
+    showTitle(subWindow);
+    return true;
+}
+
+void SpectrumTabs::showTitle(QMdiSubWindow *subWindow) const
+{
+    const QString title = subWindow->widget()->windowTitle().left(longestTitle);
+    subWindow->setWindowTitle(title);
+    const auto index = static_cast<int>(m_area->subWindowList().indexOf(subWindow));
+    // The area's own word for no title stays.
+    if (!title.isEmpty())
+        m_tabs->setTabText(index, tabText(m_tabs, title));
+    m_tabs->setTabToolTip(
+        index, title.isEmpty() ? title : QStringLiteral("<qt>%1</qt>").arg(title.toHtmlEscaped()));
+    m_tabs->setAccessibleTabName(index, title);
+}
+
+// A sub-window forgets what had the keyboard when another one comes up: it is hidden for a
+// moment, and the toolkit moves the keyboard on to the next field first.
+void SpectrumTabs::noteFocus(QWidget *focused)
+{
+    for (QWidget *widget = focused; widget && widget != m_area; widget = widget->parentWidget()) {
+        if (qobject_cast<SpectrumWindow *>(widget) && widget != focused
+            && widget->isVisibleTo(m_area))
+            m_lastFocused.insert(widget, focused);
+    }
+}
+
+// The toolkit gives the keyboard to the field behind the one that had it, or to the sub-window.
+void SpectrumTabs::settleFocus(const QMdiSubWindow *subWindow) const
+{
+    const QWidget *focused = QApplication::focusWidget();
+    if (subWindow && (focused == subWindow || subWindow->isAncestorOf(focused)))
+        enter(subWindow);
+}
+
+void SpectrumTabs::enter(const QMdiSubWindow *subWindow) const
+{
+    auto *spectrum = qobject_cast<SpectrumWindow *>(subWindow->widget());
+    if (m_comingUp && spectrum->isAncestorOf(m_comingUp))
+        m_comingUp->setFocus();
+    else
+        spectrum->focusTitle();
+    scrollIntoSight(QApplication::focusWidget());
+}
+
+void SpectrumTabs::goToPrevious()
+{
+    const QList<QMdiSubWindow *> history = m_area->subWindowList(QMdiArea::ActivationHistoryOrder);
+    if (history.isEmpty())
+        return;
+    QMdiSubWindow *subWindow = history.at(std::max<qsizetype>(0, history.size() - 2));
+    m_comingUp = m_lastFocused.value(subWindow->widget());
+    m_area->setActiveSubWindow(subWindow);
+    if (!subWindow->isAncestorOf(QApplication::focusWidget()))
+        enter(subWindow);
+}

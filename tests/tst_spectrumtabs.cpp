@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the tabs of the spectra say, and whether what has the keyboard in a spectrum can be seen.
+#include "spectrum/spectrumwindow.h"
+#include "support/mainwindowfixture.h"
+#include "widgets/cleantextedit.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTabBar>
+#include <QTest>
+#include <QToolButton>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+class Fixture : public MainWindowFixture
+{
+public:
+    SpectrumWindow *add(const QString &title)
+    {
+        window.createNewSpectrumWindow(QJsonObject{{u"Title"_s, title.toHtmlEscaped()}});
+        return spectra().constLast();
+    }
+
+    [[nodiscard]] QTabBar *tabs() const { return area()->findChild<QTabBar *>(); }
+
+    [[nodiscard]] QString accessibleName(int index) const
+    {
+        QAccessibleInterface *bar = QAccessible::queryAccessibleInterface(tabs());
+        return bar->child(index)->text(QAccessible::Name);
+    }
+};
+
+} // namespace
+
+class TestSpectrumTabs : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    // "&" would underline the letter behind it, "[*]" is the toolkit's place for a mark.
+    void aTitleIsShownLetterByLetter_data()
+    {
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("plain") << u"TPES"_s << u"TPES"_s;
+        QTest::newRow("ampersand") << u"R&P && Q"_s << u"R&&P &&&& Q"_s;
+        QTest::newRow("mark") << u"M[*]"_s << u"M[*]"_s;
+        QTest::newRow("markup") << u"a <b> c"_s << u"a <b> c"_s;
+    }
+    void aTitleIsShownLetterByLetter()
+    {
+        QFETCH(QString, title);
+        QFETCH(QString, text);
+        Fixture f;
+        const SpectrumWindow *loaded = f.add(title);
+        f.add(u"other"_s);
+        SpectrumWindow *typed = f.add({});
+        Fixture::field(typed, u"lineEditTitle"_s)->setPlainText(title);
+        for (const int index : {0, 2}) {
+            QCOMPARE(f.tabs()->tabText(index), text);
+            QCOMPARE(f.accessibleName(index), title);
+            QCOMPARE(f.tabs()->tabToolTip(index), u"<qt>"_s + title.toHtmlEscaped() + u"</qt>"_s);
+        }
+        QCOMPARE(loaded->windowTitle(), title);
+        QCOMPARE(typed->windowTitle(), title);
+        QCOMPARE(f.tabs()->tabText(1), u"other"_s);
+    }
+
+    void aTitleThatIsClearedLeavesTheTab()
+    {
+        Fixture f;
+        f.add({});
+        const QString untitled = f.tabs()->tabText(0);
+        SpectrumWindow *spectrum = f.add(u"New"_s);
+        Fixture::field(spectrum, u"lineEditTitle"_s)->selectAll();
+        QTest::keyClick(Fixture::field(spectrum, u"lineEditTitle"_s), Qt::Key_Delete);
+        QCOMPARE(spectrum->windowTitle(), QString());
+        QCOMPARE(f.area()->subWindowList().at(1)->windowTitle(), QString());
+        QCOMPARE(f.tabs()->tabText(1), untitled);
+        QCOMPARE(f.tabs()->tabToolTip(1), QString());
+        QTest::keyClicks(Fixture::field(spectrum, u"lineEditTitle"_s), u"AB"_s);
+        QCOMPARE(f.tabs()->tabText(1), u"AB"_s);
+    }
+
+    // Beginning and end can be read; the others stay in sight.
+    void aLongTitleIsShortened()
+    {
+        Fixture f;
+        const QString title =
+            u"First of many words, "_s + u"and more words, "_s.repeated(30) + u"the last"_s;
+        f.add(title.left(400));
+        f.add(u"B"_s);
+        const QString text = f.tabs()->tabText(0);
+        QVERIFY(text.startsWith(u"First of"_s));
+        QVERIFY(text.contains(u'…'));
+        const QFontMetrics metrics = f.tabs()->fontMetrics();
+        QVERIFY(metrics.horizontalAdvance(text) <= 32 * metrics.averageCharWidth());
+        QVERIFY(f.tabs()->tabToolTip(0).contains(title.left(400)));
+        QCOMPARE(f.spectra().constFirst()->windowTitle(), title.left(400));
+    }
+
+    // The toolkit would shorten all of it, again and again.
+    void ofAnEndlessTitleTheTabTakesTheBeginning()
+    {
+        Fixture f;
+        const QString title(1'000'000, u'x');
+        SpectrumWindow *spectrum = f.add(u"short"_s);
+        Fixture::field(spectrum, u"lineEditTitle"_s)->setPlainText(title);
+        QCOMPARE(spectrum->windowTitle(), title);
+        QCOMPARE(f.area()->subWindowList().constFirst()->windowTitle(), title.left(500));
+        QVERIFY(f.tabs()->tabToolTip(0).size() < 600);
+    }
+
+    void tabsAndTitlesStayTogetherWhenOneIsClosed()
+    {
+        Fixture f;
+        for (const auto &title : {u"A"_s, u"B"_s, u"C"_s})
+            f.add(title);
+        f.area()->subWindowList().at(0)->close();
+        Fixture::field(f.spectra().constLast(), u"lineEditTitle"_s)->setPlainText(u"D & E"_s);
+        QCOMPARE(f.tabs()->tabText(0), u"B"_s);
+        QCOMPARE(f.tabs()->tabText(1), u"D && E"_s);
+    }
+
+    // They are no stops of Tab: the arrows on the tabs scroll, too.
+    void theButtonsThatScrollTheTabsDoNotTakeTheKeyboard()
+    {
+        const Fixture f;
+        const QList<QToolButton *> buttons = f.tabs()->findChildren<QToolButton *>();
+        QCOMPARE(buttons.size(), 2);
+        for (const QToolButton *button : buttons)
+            QCOMPARE(button->focusPolicy(), Qt::NoFocus);
+    }
+
+    // In a window that is smaller than a spectrum.
+    void whatTabReachesIsScrolledIntoSight()
+    {
+        Fixture f;
+        SpectrumWindow *spectrum = f.add(u"A"_s);
+        f.window.resize(500, 400);
+        QVERIFY(f.area()->horizontalScrollBar()->maximum() > 0);
+        QVERIFY(f.area()->verticalScrollBar()->maximum() > 0);
+        f.tabs()->setFocus();
+        QTest::keyClick(f.window.windowHandle(), Qt::Key_Tab);
+        const QWidget *viewport = f.area()->viewport();
+        QStringList seen;
+        for (int i = 0; i < 20 && spectrum->isAncestorOf(QApplication::focusWidget()); ++i) {
+            const QWidget *focused = QApplication::focusWidget();
+            const QRect place(focused->mapTo(viewport, QPoint()), focused->size());
+            const QRect shown = place & viewport->rect();
+            QVERIFY2(shown.topLeft() == place.topLeft(), qPrintable(focused->objectName()));
+            QVERIFY2(shown.width() == std::min(place.width(), viewport->width()),
+                     qPrintable(focused->objectName()));
+            QVERIFY2(shown.height() == std::min(place.height(), viewport->height()),
+                     qPrintable(focused->objectName()));
+            seen.append(focused->objectName());
+            QTest::keyClick(f.window.windowHandle(), Qt::Key_Tab);
+        }
+        QVERIFY(seen.contains(u"buttonCommaToDot"_s));
+        QVERIFY(seen.contains(u"chartSpectrum"_s));
+    }
+};
+
+QTEST_MAIN(TestSpectrumTabs)
+#include "tst_spectrumtabs.moc"
