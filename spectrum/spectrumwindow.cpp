@@ -216,8 +216,20 @@ void SpectrumWindow::onLineSpectrumToggled()
     if (updating)
         return;
     const WaitCursor waitCursor;
-    mapper->submit();
+    submitFields();
     updateChart();
+}
+
+// The mapper's own way would write what each field shows, also where that is less than what its
+// record holds: a raw "<" cannot be shown.
+void SpectrumWindow::submitFields()
+{
+    const QList<CleanTextEdit *> editors = findChildren<CleanTextEdit *>();
+    for (CleanTextEdit *editor : editors) {
+        if (mapper->mappedSection(editor) >= 0 && !showsItsModelText(mapper, editor))
+            commitEditor(mapper, editor);
+    }
+    model->setValue(SpectrumColumn::LineSpectrum, ui->checkBoxLineSpectrum->isChecked());
 }
 
 void SpectrumWindow::updateChart()

@@ -68,6 +68,7 @@ private:
     void buildChart();
     void setTypeLabels(bool simulation);
     void onLineSpectrumToggled();
+    void submitFields();
     void onPointsRead();
     void markBadLines();
     void showLineCount();

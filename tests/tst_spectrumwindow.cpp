@@ -698,6 +698,36 @@ private slots:
         QCOMPARE(f.series()->count(), 3);
     }
 
+    // What a field cannot show as it is, such as a raw "<", stays in the record.
+    void theLineSpectrumBoxKeepsWhatTheFieldsCannotShow_data()
+    {
+        QTest::addColumn<bool>("isReshown");
+        QTest::newRow("loaded") << false;
+        QTest::newRow("shown once more by the type") << true;
+    }
+    void theLineSpectrumBoxKeepsWhatTheFieldsCannotShow()
+    {
+        QFETCH(bool, isReshown);
+        QJsonObject loaded = spectrum(experimentType);
+        loaded.insert(QStringLiteral("Resolution"), QStringLiteral("<7 at 10 eV"));
+        loaded.insert(QStringLiteral("Uploader"), QStringLiteral("A  B"));
+        loaded.insert(QStringLiteral("FurtherComments"), QStringLiteral("below a<b\nand 7"));
+        loaded.insert(QStringLiteral("Source"), QStringLiteral("R&D"));
+        Fixture f(loaded);
+        if (isReshown) {
+            f.types()->setCurrentIndex(simulationType);
+            f.types()->setCurrentIndex(experimentType);
+        }
+        for (const bool checked : {true, false}) {
+            loaded.insert(QStringLiteral("LineSpectrum"), checked);
+            f.line()->click();
+            const QJsonObject written = f.window->toJson();
+            for (const char *key :
+                 {"Resolution", "Uploader", "FurtherComments", "Source", "LineSpectrum"})
+                QCOMPARE(written.value(QLatin1String(key)), loaded.value(QLatin1String(key)));
+        }
+    }
+
     // Dates, titles and line counts
 
     void aNewWindowIsAnEmptyExperimentOfToday()
