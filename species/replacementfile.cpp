@@ -31,11 +31,22 @@ bool copyBytes(QIODevice &from, QFile &to)
            && reachesDisk(to);
 }
 
+// For the standard library. Half a surrogate pair, which no file's name on Unix can hold, becomes
+// what the toolkit makes of it, too; the library would throw.
+std::filesystem::path standardPath(const QString &path)
+{
+#ifdef Q_OS_UNIX
+    return QFile::encodeName(path).toStdString();
+#else
+    return QFileInfo(path).filesystemFilePath();
+#endif
+}
+
 // A pipe would wait for a reader that may never come; symbolic links in a circle lead nowhere.
-bool waitsOrLoops(const QFileInfo &target)
+bool waitsOrLoops(const QString &path)
 {
     std::error_code error;
-    const auto status = std::filesystem::status(target.filesystemFilePath(), error);
+    const auto status = std::filesystem::status(standardPath(path), error);
     return error == std::errc::too_many_symbolic_link_levels || std::filesystem::is_fifo(status);
 }
 
@@ -43,7 +54,7 @@ bool waitsOrLoops(const QFileInfo &target)
 std::filesystem::path behindLinks(const QString &path)
 {
     constexpr int longestChain = 40; // the system follows no more either
-    std::filesystem::path file = QFileInfo(path).filesystemFilePath();
+    std::filesystem::path file = standardPath(path);
     std::error_code error;
     for (int i = 0; i < longestChain && std::filesystem::is_symlink(file, error); ++i)
         file = file.parent_path() / std::filesystem::read_symlink(file, error);
@@ -54,15 +65,18 @@ std::filesystem::path behindLinks(const QString &path)
 bool writeInPlace(const QString &path, QIODevice &contents)
 {
     QFile file(path);
-    // It gets a name, under which it can be found again if the process ends in the midst.
-    QTemporaryFile old(QDir::tempPath() + QStringLiteral("/zoravel-before-XXXXXX.json"));
+    // It gets a name, under which it can be found again if the process ends in the midst, but none
+    // of an entry: the file itself may be in the temporary folder.
+    QTemporaryFile old(QDir::tempPath() + QStringLiteral("/zoravel-before-XXXXXX.old"));
     if (!file.open(inPlace | QIODevice::Unbuffered) || !old.open() || !copyBytes(file, old)
         || old.fileName().isEmpty() || !reserveRoom(file, contents.size()))
         return false;
     if (copyBytes(contents, file))
         return true;
     file.unsetError();
-    copyBytes(old, file);
+    // A disk that refuses even that leaves a mixture: then the copy is the only one.
+    if (!copyBytes(old, file))
+        old.setAutoRemove(false);
     return false;
 }
 
@@ -74,9 +88,12 @@ ReplacementFile::~ReplacementFile() = default;
 
 bool ReplacementFile::open()
 {
+    // The system would take what stands before it for the name.
+    if (m_path.contains(QChar::Null))
+        return false;
     // A device or a pipe must be written to, never be replaced by a file.
     const QFileInfo target(m_path);
-    if (waitsOrLoops(target))
+    if (waitsOrLoops(m_path))
         return false;
     if (target.exists() && !target.isFile()) {
         m_file = std::make_unique<QFile>(m_path);

@@ -283,6 +283,24 @@ private slots:
         QCOMPARE(namesIn(path(name)), QStringList{name});
     }
 
+    void aNameWithHalfALetterThrowsNothing()
+    {
+        const QString half = path(u"a"_s + QChar(0xd83e) + u".json"_s);
+        QVERIFY(replaceFileBytes(half, oldBytes));
+        QVERIFY(replaceFileBytes(half, newBytes));
+        QCOMPARE(readFileBytes(half).value_or("nothing"_ba), newBytes);
+        QCOMPARE(namesIn(m_folder->path()).size(), 1);
+    }
+
+    // The system would write the file whose name stands before the null.
+    void aNameWithANullIsRefused()
+    {
+        QVERIFY(replaceFileBytes(path(u"b"_s), oldBytes));
+        QVERIFY(!replaceFileBytes(path(u"b"_s) + QChar::Null + u"c.json"_s, newBytes));
+        QCOMPARE(fileBytes(path(u"b"_s)), oldBytes);
+        QCOMPARE(namesIn(m_folder->path()), QStringList{u"b"_s});
+    }
+
     // A second file beside it cannot have a name made of this one.
     void aNameAsLongAsItCanBeIsWritten_data()
     {

@@ -253,10 +253,10 @@ private slots:
         const QString shown = u"<img src='x'> <b>MARK"_s;
         QCOMPARE(fixture.window.windowTitle(), u"ZORAVEL Entry Edit - <img src=x> MARK.json"_s);
         QCOMPARE(fixture.spectra().value(0)->windowTitle(), shown);
-        // Tabs draw their texts as they are; there is nothing else that a tab shows.
+        // Tabs draw their texts as they are; the tips are read as markup.
         const auto *tabs = fixture.area()->findChild<QTabBar *>();
         QCOMPARE(tabs->tabText(0), shown);
-        QCOMPARE(tabs->tabToolTip(0), QString());
+        QCOMPARE(tabs->tabToolTip(0), u"<qt>&lt;img src='x'&gt; &lt;b&gt;MARK</qt>"_s);
 
         int labels = 0;
         for (const auto *widget : fixture.window.findChildren<QWidget *>()) {

@@ -85,8 +85,37 @@ QString closedFolder(Editor &editor, const QString &folder)
     return complaintAfterTwoSaves(trial);
 }
 
-// Every call that writes the file itself, or the copies in the temporary folder, fails once.
-QString faultsInPlace(Editor &editor, const QString &folder, Tally &tally)
+// What is wrong after a save in place of which every call has failed from some one on: the old
+// contents must be in the file or in the temporary folder, and nothing else there.
+QString complaintAfterLastingFault(const Editor &editor, const Trial &trial,
+                                   const QString &temporary)
+{
+    const QStringList kept = QDir(temporary).entryList(QDir::Files | QDir::Hidden);
+    if (kept.isEmpty())
+        return trial.complaint();
+    const QString copy = temporary + u'/' + kept.constFirst();
+    const bool isWhole = fileContents(copy) == trial.oldBytes();
+    QFile::remove(copy);
+    if (kept.size() > 1 || !isWhole)
+        return u"left in the temporary folder: "_s + kept.join(u", "_s);
+    if (trial.result() == Trial::Result::Old)
+        return trial.complaint();
+    if (editor.boxes.size() != 1)
+        return u"the file is a mixture, and %1 boxes came up"_s.arg(editor.boxes.size());
+    return {};
+}
+
+QString complaintAfterPassingFault(const Trial &trial, const QString &temporary)
+{
+    QString complaint = trial.complaint();
+    if (complaint.isEmpty() && !QDir(temporary).isEmpty())
+        return u"left in the temporary folder"_s;
+    return complaint;
+}
+
+// Every call that writes the file itself, or the copies in the temporary folder, fails: once, or it
+// and all after it.
+QString faultsInPlace(Editor &editor, const QString &folder, bool isLasting, Tally &tally)
 {
     const QString temporary = folder + u"-temporary"_s;
     QDir().mkpath(temporary);
@@ -101,19 +130,18 @@ QString faultsInPlace(Editor &editor, const QString &folder, Tally &tally)
             plan.path = path.constData();
             plan.action = action;
             plan.nth = nth;
+            plan.always = isLasting;
             trial.prepare(++number);
             trial.carryOut([&] { zoravel_fault_arm(&plan); });
             zoravel_fault_disarm();
             if (!zoravel_fault_fired())
                 break;
-            QString complaint = trial.complaint();
-            if (complaint.isEmpty() && !QDir(temporary).isEmpty())
-                complaint = u"left in the temporary folder"_s;
             tally.count(u"in place: %1 at call %2 (%3 %4)"_s.arg(QLatin1String(action))
                             .arg(nth)
                             .arg(QLatin1String(zoravel_fault_fired()),
                                  QFile::decodeName(zoravel_fault_fired_path())),
-                        complaint);
+                        isLasting ? complaintAfterLastingFault(editor, trial, temporary)
+                                  : complaintAfterPassingFault(trial, temporary));
         }
     }
     qunsetenv("TMPDIR");
@@ -348,8 +376,11 @@ bool visitPlaces(const QString &folder)
     visit(u"Read-only folder, no temporary folder"_s, closedTemporaryFolder,
           u"a box; old file kept"_s);
     Tally inPlace(u"Read-only folder, a call fails"_s);
-    faultsInPlace(editor, next(), inPlace);
+    faultsInPlace(editor, next(), false, inPlace);
     survived &= inPlace.print(u"old contents put back"_s);
+    Tally lasting(u"Read-only folder, all calls fail from one on"_s);
+    faultsInPlace(editor, next(), true, lasting);
+    survived &= lasting.print(u"old contents in the file or kept"_s);
     visit(u"Read-only file"_s, closedFile, u"a box; old file kept"_s);
     visit(u"Folder deleted while open"_s, deletedFolder, u"a box; saved when it is there again"_s);
     visit(u"Symbolic link"_s, symbolicLink, u"the link stays, its file is replaced"_s);

@@ -47,6 +47,7 @@ public:
 
     [[nodiscard]] QString folder() const { return m_folder; }
     [[nodiscard]] QString target() const { return m_target; }
+    [[nodiscard]] QByteArray oldBytes() const { return m_oldBytes; }
     [[nodiscard]] qsizetype newSize() const { return m_newBytes.size(); }
 
 private:
