@@ -3,7 +3,7 @@
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux") # watches files and measures processes
     zoravel_test(tst_hostilefiles zoravel_windowfixture)
     target_link_libraries(tst_hostilefiles PRIVATE Qt6::Network)
-    zoravel_test(tst_picturelimits zoravel_species)
+    zoravel_test(tst_picturelimits zoravel_species zoravel_samplepictures)
 endif()
 
 add_library(zoravel_samplepictures STATIC

@@ -2,9 +2,11 @@
 #include "species/picture.h"
 #include "support/samplepictures.h"
 
+#include <QColorSpace>
 #include <QCoreApplication>
 #include <QImageReader>
 #include <QLoggingCategory>
+#include <QPair>
 #include <QSet>
 #include <QTest>
 #include <QVariant>
@@ -127,6 +129,54 @@ private slots:
                                     : sample.image;
         QVERIFY(isSamePicture(image, expected));
         QVERIFY(isSamePicture(decodePicture(encodePng(image)), image));
+    }
+
+    void aPictureOfAnyKindKeepsItsPixels_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QByteArray>("format");
+        const QList<QByteArray> readable = QImageReader::supportedImageFormats();
+        const QList<QPair<const char *, QImage::Format>> kinds{
+            {"one bit", QImage::Format_Mono},
+            {"palette", QImage::Format_Indexed8},
+            {"grey", QImage::Format_Grayscale8},
+            {"deep grey", QImage::Format_Grayscale16},
+            {"16 bits", QImage::Format_RGB16},
+            {"colour", QImage::Format_RGB32},
+            {"alpha", QImage::Format_ARGB32},
+            {"premultiplied alpha", QImage::Format_ARGB32_Premultiplied},
+            {"deep colour", QImage::Format_RGBX64},
+            {"deep alpha", QImage::Format_RGBA64}};
+        for (const char *format :
+             {"png", "jpeg", "bmp", "pbm", "pgm", "ppm", "webp", "tiff", "ico"}) {
+            for (const auto &[kind, pixels] : kinds) {
+                const QByteArray file = pictureFile(picturePattern(pixels), format);
+                if (readable.contains(format) && !file.isEmpty())
+                    QTest::addRow("%s, %s", format, kind) << file << QByteArray(format);
+            }
+        }
+    }
+    void aPictureOfAnyKindKeepsItsPixels()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QByteArray, format);
+        const QImage original = QImage::fromData(file, format.constData());
+        QVERIFY(!original.isNull());
+        const QImage loaded = decodePicture(file);
+        QVERIFY(isSamePicture(loaded, original));
+        const QImage again = decodePicture(encodePng(loaded));
+        QCOMPARE(again.size(), original.size());
+        QVERIFY(isSamePicture(again, original));
+        // Not by the comparison that the program itself uses, too.
+        const bool deep = original.depth() > 32 || original.format() == QImage::Format_Grayscale16;
+        const QImage::Format common = deep ? QImage::Format_RGBA64 : QImage::Format_ARGB32;
+        QImage left = again.convertToFormat(common);
+        QImage right = original.convertToFormat(common);
+        left.setColorSpace({});
+        right.setColorSpace({});
+        if (original.format() != QImage::Format_ARGB32_Premultiplied
+            && original.format() != QImage::Format_RGBA64_Premultiplied)
+            QCOMPARE(left, right);
     }
 
     void aFileThatIsCutOffIsRefusedOrWhole_data() { addSamples(); }

@@ -4,6 +4,7 @@
 #include "support/samplebitmaps.h"
 
 #include <QBuffer>
+#include <QColor>
 #include <QImageReader>
 #include <QImageWriter>
 #include <QtEndian>
@@ -185,6 +186,17 @@ QList<SamplePicture> tiffs()
 }
 
 } // namespace
+
+QImage picturePattern(QImage::Format format)
+{
+    QImage image(37, 23, QImage::Format_ARGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixelColor(x, y,
+                                QColor(x * 6, y * 11, (x * y) % 256, (x + y) % 3 ? 255 : x * 6));
+    }
+    return image.convertToFormat(format);
+}
 
 QByteArray pictureFile(const QImage &image, const char *format, int quality)
 {

@@ -17,6 +17,9 @@ struct SamplePicture {
 // writes them, and as other programs do.
 [[nodiscard]] QList<SamplePicture> samplePictures();
 
+// Colours and transparency of all kinds, on 37 by 23 pixels.
+[[nodiscard]] QImage picturePattern(QImage::Format format);
+
 // image as the toolkit writes it; empty if it cannot.
 [[nodiscard]] QByteArray pictureFile(const QImage &image, const char *format, int quality = -1);
 
