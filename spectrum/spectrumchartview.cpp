@@ -4,6 +4,7 @@
 #include "spectrum/chartwords.h"
 #include "spectrum/points.h"
 #include "widgets/contrast.h"
+#include "widgets/waitcursor.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
@@ -12,12 +13,26 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QXYSeries>
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace
 {
+
+// Corners of a line; a line spectrum of so many takes about a second to paint.
+constexpr int manyCorners = 500'000;
+
+bool takesLongToPaint(const QChart *chart)
+{
+    const QList<QAbstractSeries *> all = chart->series();
+    return std::any_of(all.begin(), all.end(), [](QAbstractSeries *series) {
+        const auto *line = qobject_cast<QXYSeries *>(series);
+        return line && line->count() > manyCorners;
+    });
+}
 
 QAccessibleInterface *chartInterface(const QString &className, QObject *object)
 {
@@ -144,6 +159,14 @@ QRectF SpectrumChartView::placeOfPoints() const
                             [](auto &one, auto &other) { return one.y() < other.y(); });
     return {chart()->mapToPosition({left->x(), high->y()}),
             chart()->mapToPosition({right->x(), low->y()})};
+}
+
+void SpectrumChartView::paintEvent(QPaintEvent *event)
+{
+    std::optional<WaitCursor> waitCursor;
+    if (takesLongToPaint(chart()))
+        waitCursor.emplace();
+    QChartView::paintEvent(event);
 }
 
 void SpectrumChartView::keyPressEvent(QKeyEvent *event)

@@ -8,6 +8,7 @@
 #include <QChart>
 #include <QCheckBox>
 #include <QElapsedTimer>
+#include <QGraphicsItem>
 #include <QJsonArray>
 #include <QLabel>
 #include <QLineSeries>
@@ -106,6 +107,22 @@ bool isPainted(SpectrumChartView &view)
     }
     return false;
 }
+
+// A thing in a chart that sees which cursor is shown while the chart is painted.
+class Witness : public QGraphicsItem
+{
+public:
+    [[nodiscard]] QRectF boundingRect() const override { return {0, 0, 10, 10}; }
+
+    void paint(QPainter * /*painter*/, const QStyleOptionGraphicsItem * /*option*/,
+               QWidget * /*widget*/) override
+    {
+        const QCursor *cursor = QGuiApplication::overrideCursor();
+        seen.append(cursor ? cursor->shape() : Qt::ArrowCursor);
+    }
+
+    QList<Qt::CursorShape> seen;
+};
 
 } // namespace
 
@@ -546,6 +563,23 @@ private slots:
         QTest::mouseClick(f.view->viewport(), Qt::RightButton);
         QVERIFY(!f.chart->isZoomed());
         QCOMPARE(f.ranges(), before);
+    }
+
+    void paintingALongLineShowsTheWaitCursor()
+    {
+        Fixture f(threePoints());
+        QVERIFY(f.show());
+        auto *witness = new Witness;
+        f.view->scene()->addItem(witness);
+        constexpr int mostWithout = 500'000;
+        for (const int corners : {mostWithout, mostWithout + 1}) {
+            f.series->replace(Points(corners, QPointF(2, 4)));
+            witness->seen.clear();
+            f.view->viewport()->repaint();
+            const auto expected = corners > mostWithout ? Qt::WaitCursor : Qt::ArrowCursor;
+            QCOMPARE(witness->seen, QList<Qt::CursorShape>{expected});
+            QVERIFY(!QGuiApplication::overrideCursor());
+        }
     }
 
     void newPointsUndoAZoomForGood()
