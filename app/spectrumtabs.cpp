@@ -16,7 +16,7 @@
 namespace
 {
 
-constexpr int widestTab = 32; // letters of average width
+constexpr int widestTab = 48; // letters of average width
 // Characters; the toolkit shortens the whole text again and again.
 constexpr qsizetype longestTitle = 500;
 

@@ -102,7 +102,7 @@ private slots:
         QVERIFY(text.startsWith(u"First of"_s));
         QVERIFY(text.contains(u'…'));
         const QFontMetrics metrics = f.tabs()->fontMetrics();
-        QVERIFY(metrics.horizontalAdvance(text) <= 32 * metrics.averageCharWidth());
+        QVERIFY(metrics.horizontalAdvance(text) <= 48 * metrics.averageCharWidth());
         QVERIFY(f.tabs()->tabToolTip(0).contains(title.left(400)));
         QCOMPARE(f.spectra().constFirst()->windowTitle(), title.left(400));
     }
