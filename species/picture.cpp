@@ -11,8 +11,11 @@
 #include <QSize>
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdlib>
+#include <limits>
+#include <type_traits>
 
 namespace
 {
@@ -28,12 +31,22 @@ bool isDeep(QImage::Format format)
     return format == QImage::Format_Grayscale16 || QImage::toPixelFormat(format).redSize() > 8;
 }
 
-// Of a damaged header some decoders make a format that there is not.
-QImage::Format knownFormat(QImage::Format format)
+// The format that a reader's picture will have. Of a damaged header some decoders make one that
+// there is not, which must not be looked at as what it claims to be.
+QImage::Format formatIn(const QImageReader &reader)
 {
-    return format > QImage::Format_Invalid && format < QImage::NImageFormats
-               ? format
-               : QImage::Format_Invalid;
+    using Number = std::underlying_type_t<QImage::Format>;
+    const auto number = std::bit_cast<Number>(reader.imageFormat());
+    return number < Number{QImage::NImageFormats} ? static_cast<QImage::Format>(number)
+                                                  : QImage::Format_Invalid;
+}
+
+// A bitmap whose lines are stored from the top down says so by a negative height.
+QSize sizeIn(const QImageReader &reader)
+{
+    constexpr int most = std::numeric_limits<int>::max();
+    const QSize size = reader.size();
+    return {size.width(), std::abs(std::max(size.height(), -most))};
 }
 
 bool isWithinLimits(QSize size, QImage::Format format)
@@ -48,7 +61,7 @@ bool isWithinLimits(QSize size, QImage::Format format)
 // was in that memory before. What they do not reach takes no memory.
 QImage clearedImage(QSize size, QImage::Format format)
 {
-    if (size.isEmpty() || format == QImage::Format_Invalid)
+    if (format == QImage::Format_Invalid)
         return {};
     const qsizetype bits = qsizetype{size.width()} * QImage(1, 1, format).depth();
     const qsizetype line = (bits + 31) / 32 * 4;
@@ -87,6 +100,12 @@ QImage encodable(const QImage &image)
     // It would write the bits that fill up a line too, which no decoder sets.
     else if (image.depth() == 1)
         result = image.convertToFormat(QImage::Format_Indexed8);
+    // It would leave out a resolution that is none, and the decoder would put in the usual one.
+    const QImage usual(1, 1, result.format());
+    if (result.dotsPerMeterX() <= 0)
+        result.setDotsPerMeterX(usual.dotsPerMeterX());
+    if (result.dotsPerMeterY() <= 0)
+        result.setDotsPerMeterY(usual.dotsPerMeterY());
     // A colour space that was put together goes by its name once it has been read.
     if (result.colorSpace().isValid())
         result.setColorSpace(QColorSpace::fromIccProfile(result.colorSpace().iccProfile()));
@@ -129,8 +148,11 @@ QImage decodePicture(const QByteArray &bytes)
     // Named, so that no plugin that would take any file is asked to.
     QImageReader reader(&buffer, format);
     reader.setAutoDetectImageFormat(false);
-    const QSize size = reader.size();
-    const QImage::Format pixels = knownFormat(reader.imageFormat());
+    const QSize size = sizeIn(reader);
+    // Without one the header is damaged; each of the formats has it there.
+    if (size.isEmpty())
+        return {};
+    const QImage::Format pixels = formatIn(reader);
     if (!isWithinLimits(size, pixels))
         return {};
     QImage image = clearedImage(size, pixels);

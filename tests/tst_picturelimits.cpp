@@ -282,6 +282,18 @@ private slots:
         QVERIFY(decodePicture(file).isNull());
     }
 
+    // Its height is negative, but its pixels are as many.
+    void aBitmapFromTheTopDownIsNoSmaller()
+    {
+        constexpr qsizetype heightField = 22; // bytes from the start of the file
+        QImage large(16'000, 16'000, QImage::Format_Mono);
+        large.fill(1);
+        QByteArray file = pictureFile(large, "bmp");
+        qToLittleEndian<qint32>(-large.height(), file.data() + heightField);
+        const qint64 grown = memoryToRefuse(file);
+        QVERIFY2(grown >= 0 && grown < 8 << 20, QByteArray::number(grown).constData());
+    }
+
     // What could not be written would be gone after the next save.
     void aPictureThatIsTooLongToBeSavedIsRefused()
     {

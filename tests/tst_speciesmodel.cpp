@@ -721,6 +721,13 @@ private slots:
         linear.setColorSpace(QColorSpace(QColorSpace::Primaries::DciP3D65, 1.8f));
         QTest::newRow("colours of a kind of their own") << imageFile(linear, "PNG");
         QTest::newRow("gamma and primaries") << pngWithPrimaries();
+        constexpr qsizetype resolution = 38; // bytes from the start of a bitmap's file
+        for (const QPoint perMetre : {QPoint(-1, -1), QPoint(-1, 3000), QPoint(3000, 0)}) {
+            QByteArray bitmap = imageFile(colours(), "BMP");
+            qToLittleEndian<qint32>(perMetre.x(), bitmap.data() + resolution);
+            qToLittleEndian<qint32>(perMetre.y(), bitmap.data() + resolution + 4);
+            QTest::addRow("a resolution of %d by %d", perMetre.x(), perMetre.y()) << bitmap;
+        }
     }
     void aPictureIsSavedInTheSameBytesHoweverOften()
     {

@@ -13,7 +13,15 @@
 #include <cstring>
 #include <vector>
 
-#if defined __GLIBC__ && !defined __SANITIZE_ADDRESS__
+// Sanitizers have a heap of their own; each compiler says so in its own way.
+#if defined __SANITIZE_ADDRESS__ || !defined __GLIBC__
+#define ZORAVEL_OTHER_HEAP
+#elif defined __has_feature
+#if __has_feature(address_sanitizer)
+#define ZORAVEL_OTHER_HEAP
+#endif
+#endif
+#ifndef ZORAVEL_OTHER_HEAP
 #include <malloc.h>
 #endif
 
@@ -228,7 +236,7 @@ QList<SamplePicture> samplePictures()
 
 void dirtyHeap([[maybe_unused]] unsigned char byte)
 {
-#if defined __GLIBC__ && !defined __SANITIZE_ADDRESS__
+#ifndef ZORAVEL_OTHER_HEAP
     mallopt(M_PERTURB, byte ^ 0xff);
     // Small pieces that were given back are handed out again as they are.
     std::vector<void *> pieces;
