@@ -81,12 +81,13 @@ bool TypedAlignment::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusOut)
         m_goesOnAt = m_awaitedAt = -1;
+    // A field that has the focus loses it in the midst of its destruction.
+    const bool isText = event->type() == QEvent::KeyPress || event->type() == QEvent::InputMethod;
     bool taken = false;
-    if (!m_editor->isReadOnly()) {
-        if (event->type() == QEvent::KeyPress)
-            taken = takeKey(static_cast<QKeyEvent *>(event));
-        else if (event->type() == QEvent::InputMethod)
-            taken = takeComposition(static_cast<QInputMethodEvent *>(event));
+    if (isText && !m_editor->isReadOnly()) {
+        taken = event->type() == QEvent::KeyPress
+                    ? takeKey(static_cast<QKeyEvent *>(event))
+                    : takeComposition(static_cast<QInputMethodEvent *>(event));
     }
     return taken || QObject::eventFilter(watched, event);
 }
