@@ -67,11 +67,14 @@ bool SpectrumTabs::eventFilter(QObject *watched, QEvent *event)
 void SpectrumTabs::showTitle(QMdiSubWindow *subWindow) const
 {
     const QString title = subWindow->widget()->windowTitle().left(longestTitle);
-    subWindow->setWindowTitle(title);
+    // Each new text lays all tabs out again.
+    if (subWindow->windowTitle() != title)
+        subWindow->setWindowTitle(title);
     const auto index = static_cast<int>(m_area->subWindowList().indexOf(subWindow));
+    const QString text = tabText(m_tabs, title);
     // The area's own word for no title stays.
-    if (!title.isEmpty())
-        m_tabs->setTabText(index, tabText(m_tabs, title));
+    if (!title.isEmpty() && m_tabs->tabText(index) != text)
+        m_tabs->setTabText(index, text);
     m_tabs->setTabToolTip(
         index, title.isEmpty() ? title : QStringLiteral("<qt>%1</qt>").arg(title.toHtmlEscaped()));
     m_tabs->setAccessibleTabName(index, title);
@@ -99,6 +102,8 @@ void SpectrumTabs::settleFocus(const QMdiSubWindow *subWindow) const
 void SpectrumTabs::enter(const QMdiSubWindow *subWindow) const
 {
     auto *spectrum = qobject_cast<SpectrumWindow *>(subWindow->widget());
+    if (!spectrum)
+        return;
     if (m_comingUp && spectrum->isAncestorOf(m_comingUp))
         m_comingUp->setFocus();
     else

@@ -140,6 +140,41 @@ private slots:
             QCOMPARE(button->focusPolicy(), Qt::NoFocus);
     }
 
+    void aSubWindowThatIsNoSpectrumIsLeftAlone()
+    {
+        Fixture f;
+        f.add(u"A"_s);
+        auto *other = new QWidget;
+        auto *inside = new QPushButton(other);
+        QMdiSubWindow *subWindow = f.area()->addSubWindow(other);
+        subWindow->show();
+        inside->setFocus();
+        QCOMPARE(f.area()->activeSubWindow(), subWindow);
+        QWindow *window = f.window.windowHandle();
+        for (const int shown : {0, 1}) {
+            f.field(u"lineEditSpecies"_s)->setFocus();
+            QTest::keyClick(window, Qt::Key_Tab, Qt::ControlModifier);
+            QCOMPARE(f.area()->subWindowList().indexOf(f.area()->activeSubWindow()), shown);
+        }
+    }
+
+    // A click into a window in the background may come before the window is active.
+    void aFieldThatIsChosenInAnInactiveWindowKeepsTheKeyboard()
+    {
+        Fixture f;
+        const SpectrumWindow *spectrum = f.add(u"A"_s);
+        Fixture::field(spectrum, u"lineEditTitle"_s)->setFocus();
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        CleanTextEdit *chosen = Fixture::field(spectrum, u"lineEditUploader"_s);
+        chosen->setFocus(Qt::MouseFocusReason);
+        f.window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&f.window));
+        QCOMPARE(QApplication::focusWidget(), chosen);
+    }
+
     // In a window that is smaller than a spectrum.
     void whatTabReachesIsScrolledIntoSight()
     {
