@@ -216,20 +216,9 @@ void SpectrumWindow::onLineSpectrumToggled()
     if (updating)
         return;
     const WaitCursor waitCursor;
-    submitFields();
-    updateChart();
-}
-
-// The mapper's own way would write what each field shows, also where that is less than what its
-// record holds: a raw "<" cannot be shown.
-void SpectrumWindow::submitFields()
-{
-    const QList<CleanTextEdit *> editors = findChildren<CleanTextEdit *>();
-    for (CleanTextEdit *editor : editors) {
-        if (mapper->mappedSection(editor) >= 0 && !showsItsModelText(mapper, editor))
-            commitEditor(mapper, editor);
-    }
+    submitEditors(mapper);
     model->setValue(SpectrumColumn::LineSpectrum, ui->checkBoxLineSpectrum->isChecked());
+    updateChart();
 }
 
 void SpectrumWindow::updateChart()

@@ -68,7 +68,6 @@ private:
     void buildChart();
     void setTypeLabels(bool simulation);
     void onLineSpectrumToggled();
-    void submitFields();
     void onPointsRead();
     void markBadLines();
     void showLineCount();

@@ -7,8 +7,10 @@
 #include <QClipboard>
 #include <QInputMethodEvent>
 #include <QTest>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextLayout>
 
 #include <memory>
 
@@ -178,6 +180,38 @@ private slots:
             QTest::keyClicks(&f.edit, u"12"_s);
         }
         QCOMPARE(f.edit.cleanedHtml(), u"H<sub>12</sub><sup>12</sup>"_s);
+    }
+
+    // An input method that stops without a word has left what it composed.
+    void leavingTheFieldEndsWhatIsComposed()
+    {
+        Fixture f(u"C<sub>6</sub>H"_s, 1, 2);
+        f.compose(u"k"_s);
+        QFocusEvent event(QEvent::FocusOut);
+        QCoreApplication::sendEvent(&f.edit, &event);
+        f.edit.setCleanedHtml(u"C<sub>6</sub>H"_s);
+        f.select(3, 3);
+        f.commit(u"x"_s);
+        QCOMPARE(f.edit.cleanedHtml(), u"C<sub>6</sub>Hx"_s);
+    }
+
+    // What is composed is shown in the line in which it was begun.
+    void aCompositionThatEndsALineLeavesNothingInIt()
+    {
+        CleanTextEdit edit;
+        edit.show();
+        edit.setCleanedHtml(u"C<sub>6</sub>H"_s);
+        QTextCursor cursor = edit.textCursor();
+        cursor.setPosition(2);
+        edit.setTextCursor(cursor);
+        QInputMethodEvent composing(u"k"_s, {});
+        QCoreApplication::sendEvent(&edit, &composing);
+        QCOMPARE(edit.document()->firstBlock().layout()->preeditAreaText(), u"k"_s);
+        QInputMethodEvent committing;
+        committing.setCommitString(u"ab\n"_s);
+        QCoreApplication::sendEvent(&edit, &committing);
+        QCOMPARE(edit.cleanedHtml(), u"C<sub>6</sub>ab<br>H"_s);
+        QCOMPARE(edit.document()->firstBlock().layout()->preeditAreaText(), QString());
     }
 
     void leavingTheFieldEndsWhatIsTyped()

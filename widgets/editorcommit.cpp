@@ -24,10 +24,26 @@ bool isMapped(const QDataWidgetMapper *mapper, QWidget *editor)
     return mapper->mappedSection(editor) >= 0;
 }
 
+QList<CleanTextEdit *> editorsOf(const QDataWidgetMapper *mapper)
+{
+    QList<CleanTextEdit *> editors;
+    for (int column = 0; column < mapper->model()->columnCount(); ++column) {
+        if (auto *editor = qobject_cast<CleanTextEdit *>(mapper->mappedWidgetAt(column)))
+            editors.append(editor);
+    }
+    return editors;
+}
+
+void submitEditor(QDataWidgetMapper *mapper, CleanTextEdit *editor)
+{
+    if (!showsItsModelText(mapper, editor))
+        commitEditor(mapper, editor);
+}
+
 void commitIfEdited(QDataWidgetMapper *mapper, CleanTextEdit *editor)
 {
-    if (editor->document()->isModified() && !showsItsModelText(mapper, editor))
-        commitEditor(mapper, editor);
+    if (editor->document()->isModified())
+        submitEditor(mapper, editor);
 }
 
 } // namespace
@@ -61,10 +77,14 @@ void commitEdits(QDataWidgetMapper *mapper)
     QWidget *const focused = QApplication::focusWidget();
     if (focused && isMapped(mapper, focused))
         QGuiApplication::inputMethod()->commit();
-    for (int column = 0; column < mapper->model()->columnCount(); ++column) {
-        if (auto *editor = qobject_cast<CleanTextEdit *>(mapper->mappedWidgetAt(column)))
-            commitIfEdited(mapper, editor);
-    }
+    for (CleanTextEdit *editor : editorsOf(mapper))
+        commitIfEdited(mapper, editor);
+}
+
+void submitEditors(QDataWidgetMapper *mapper)
+{
+    for (CleanTextEdit *editor : editorsOf(mapper))
+        submitEditor(mapper, editor);
 }
 
 void commitEditsWithoutFocus(QDataWidgetMapper *mapper, const QWidget *form)

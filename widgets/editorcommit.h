@@ -21,6 +21,10 @@ void commitEditor(QDataWidgetMapper *mapper, CleanTextEdit *editor);
 // nothing is written. An input method that is at work in one of them is made to finish.
 void commitEdits(QDataWidgetMapper *mapper);
 
+// Commits each editor of mapper that does not show its model's text, whoever changed it. Unlike
+// QDataWidgetMapper::submit() it leaves those alone that show less than the model holds.
+void submitEditors(QDataWidgetMapper *mapper);
+
 // Makes an editor of mapper within form that is changed while it does not have the focus, as by
 // dictation or a screen reader, be committed soon, as others are when they lose it. For editors
 // that exist already.

@@ -8,6 +8,7 @@
 #include <QTextDocument>
 #include <QTextEdit>
 #include <QTextFragment>
+#include <QTextLayout>
 
 #include <algorithm>
 #include <utility>
@@ -79,8 +80,10 @@ TypedAlignment::TypedAlignment(QTextEdit *editor) : QObject(editor), m_editor(ed
 
 bool TypedAlignment::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::FocusOut)
+    if (event->type() == QEvent::FocusOut) {
         m_goesOnAt = m_awaitedAt = -1;
+        m_composed.reset();
+    }
     // A field that has the focus loses it in the midst of its destruction.
     const bool isText = event->type() == QEvent::KeyPress || event->type() == QEvent::InputMethod;
     bool taken = false;
@@ -161,6 +164,8 @@ bool TypedAlignment::takeComposition(QInputMethodEvent *event)
     expect(plain, alignment, event->commitString().size());
     if (!cursor.hasSelection() && plain.charFormat().verticalAlignment() == alignment)
         return false;
+    // What is composed would stay in view in its line if the text ends that.
+    cursor.block().layout()->setPreeditArea(-1, QString());
     // The editor would take the format of the text before it, whatever was chosen.
     cursor.beginEditBlock();
     cursor.removeSelectedText();
