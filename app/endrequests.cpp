@@ -37,7 +37,13 @@ EndRequests::EndRequests(MainWindow *window) : m_window(window)
 {
     m_later.setSingleShot(true);
     m_later.setInterval(100ms);
-    connect(&m_later, &QTimer::timeout, this, &EndRequests::endOrAsk);
+    // To look for changes commits fields and reads points: not ten times a second.
+    connect(&m_later, &QTimer::timeout, this, [this] {
+        if (isBusy())
+            m_later.start();
+        else
+            endOrAsk();
+    });
     connect(&m_signals, &EndSignals::received, this, [this] {
         showDialog();
         endOrAsk();
