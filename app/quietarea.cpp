@@ -3,6 +3,45 @@
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QTabBar>
+
+namespace
+{
+
+// The tabs of an area, none of which is shown for as long as it lives but the current one: the area
+// has all that are shown laid out with each that goes.
+class HiddenTabs
+{
+    Q_DISABLE_COPY_MOVE(HiddenTabs)
+
+public:
+    explicit HiddenTabs(const QMdiArea *area) : m_tabs(area->findChild<QTabBar *>())
+    {
+        if (!m_tabs)
+            return;
+        m_tabs->hide();
+        showTabs(false);
+    }
+    ~HiddenTabs()
+    {
+        if (!m_tabs)
+            return;
+        showTabs(true);
+        m_tabs->show();
+    }
+
+private:
+    // The current one always is: to hide it would choose another.
+    void showTabs(bool shown)
+    {
+        for (int i = 0; i < m_tabs->count(); ++i)
+            m_tabs->setTabVisible(i, shown || i == m_tabs->currentIndex());
+    }
+
+    QTabBar *m_tabs;
+};
+
+} // namespace
 
 QuietArea::QuietArea(QMdiArea *area) : m_area(area)
 {
@@ -19,6 +58,7 @@ QuietArea::~QuietArea()
 
 void closeQuietly(QMdiArea *area)
 {
+    const HiddenTabs tabs(area);
     const QMdiSubWindow *current = area->currentSubWindow();
     const QList<QMdiSubWindow *> subWindows = area->subWindowList();
     for (QMdiSubWindow *subWindow : subWindows) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the tabs of the spectra say, and whether what has the keyboard in a spectrum can be seen.
+#include "app/quietarea.h"
 #include "spectrum/spectrumwindow.h"
 #include "support/mainwindowfixture.h"
 #include "widgets/cleantextedit.h"
@@ -35,6 +36,20 @@ public:
     {
         QAccessibleInterface *bar = QAccessible::queryAccessibleInterface(tabs());
         return bar->child(index)->text(QAccessible::Name);
+    }
+};
+
+// Keeps a widget from being closed.
+class Refusal : public QObject
+{
+public:
+    explicit Refusal(QWidget *widget) : QObject(widget) { widget->installEventFilter(this); }
+
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    {
+        if (event->type() == QEvent::Close)
+            event->ignore();
+        return event->type() == QEvent::Close;
     }
 };
 
@@ -131,6 +146,36 @@ private slots:
     }
 
     // They are no stops of Tab: the arrows on the tabs scroll, too.
+    void theTabsAreThereAgainWhenAllWereClosed_data()
+    {
+        QTest::addColumn<int>("staying");
+        QTest::newRow("none stays") << -1;
+        QTest::newRow("the first stays") << 0;
+        QTest::newRow("the last, which is current, stays") << 2;
+    }
+    void theTabsAreThereAgainWhenAllWereClosed()
+    {
+        QFETCH(int, staying);
+        Fixture f;
+        QList<SpectrumWindow *> spectra{f.add(u"0"_s), f.add(u"1"_s), f.add(u"2"_s)};
+        QStringList titles;
+        if (staying >= 0) {
+            new Refusal(spectra.at(staying));
+            titles.append(spectra.at(staying)->windowTitle());
+        }
+        closeQuietly(f.area());
+        f.add(u"new"_s);
+        titles.append(u"new"_s);
+        QVERIFY(f.tabs()->isVisible());
+        QCOMPARE(f.tabs()->count(), titles.size());
+        for (int i = 0; i < titles.size(); ++i) {
+            QCOMPARE(f.tabs()->tabText(i), titles.at(i));
+            QVERIFY(f.tabs()->isTabVisible(i));
+            QVERIFY(!f.tabs()->tabRect(i).isEmpty());
+        }
+        QCOMPARE(f.area()->activeSubWindow(), f.area()->subWindowList().constLast());
+    }
+
     void theButtonsThatScrollTheTabsDoNotTakeTheKeyboard()
     {
         const Fixture f;
