@@ -161,9 +161,7 @@ void MainWindow::setModified()
 
 bool MainWindow::hasUnsavedChanges()
 {
-    commitEdits();
-    for (SpectrumWindow *window : spectrumWindows())
-        window->readPendingPoints();
+    finishEdits();
     return modified;
 }
 
@@ -179,6 +177,8 @@ bool MainWindow::promptToSaveChanges()
     box.setDefaultButton(QMessageBox::Save);
     switch (box.exec()) {
     case QMessageBox::Save:
+        // What was being composed is finished only when the box has taken the keyboard.
+        finishEdits();
         saveSpecies();
         return true;
     case QMessageBox::Discard:
@@ -220,6 +220,13 @@ void MainWindow::commitEdits()
     ::commitEdits(mapper);
     for (SpectrumWindow *window : spectrumWindows())
         window->commitEdits();
+}
+
+void MainWindow::finishEdits()
+{
+    commitEdits();
+    for (SpectrumWindow *window : spectrumWindows())
+        window->readPendingPoints();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

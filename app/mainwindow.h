@@ -139,6 +139,8 @@ private:
     void settleFocus(QWidget *before);
     // Writes what has been typed into the fields and is not in the models yet, into the models.
     void commitEdits();
+    // The same, and reads points that were typed within the last two seconds.
+    void finishEdits();
     // Fills the emptied document from a species file's object.
     void loadSpeciesObject(const QJsonObject &file);
     // One for each spectrum of a species file's object, in the order of their keys.

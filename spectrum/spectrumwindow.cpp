@@ -16,6 +16,8 @@
 #include <QCloseEvent>
 #include <QDataWidgetMapper>
 #include <QDate>
+#include <QGuiApplication>
+#include <QInputMethod>
 #include <QScopedValueRollback>
 
 namespace
@@ -83,6 +85,8 @@ void SpectrumWindow::focusTitle()
 
 void SpectrumWindow::readPendingPoints()
 {
+    if (ui->textEditSpect->hasFocus())
+        QGuiApplication::inputMethod()->commit();
     model->readPendingPoints();
 }
 

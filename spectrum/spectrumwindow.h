@@ -39,7 +39,8 @@ public:
     void commitEdits();
     // Gives the keyboard to the title.
     void focusTitle();
-    // Reads points that were typed within the last two seconds now.
+    // Reads points that were typed within the last two seconds now. An input method that is at
+    // work on them is made to finish.
     void readPendingPoints();
 
     void initializeMappings();

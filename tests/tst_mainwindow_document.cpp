@@ -6,9 +6,11 @@
 #include "support/warnings.h"
 #include "widgets/cleantextedit.h"
 
+#include <QAbstractButton>
 #include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QInputMethodEvent>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLabel>
@@ -312,6 +314,36 @@ private slots:
         QVERIFY(fixture.window.close());
         QCOMPARE(fileObject(file)[QLatin1String("Dataset1")][QLatin1String("E")].toArray(),
                  (QJsonArray{9.5, 10.5, 11.25}));
+    }
+
+    // The question takes the keyboard, and with that an input method finishes.
+    void closingWithSaveWritesWhatWasStillBeingComposed()
+    {
+        MainWindowFixture fixture;
+        const QString file = fixture.path(QStringLiteral("a.json"));
+        writeFile(file, speciesFileWith(QStringLiteral("water"), {QStringLiteral("one")}));
+        QVERIFY(fixture.window.loadSpeciesFile(file));
+        fixture.window.setModified();
+        auto *points = fixture.spectra().value(0)->findChild<QPlainTextEdit *>(
+            QStringLiteral("textEditSpect"));
+        auto *name = fixture.window.findChild<QWidget *>(QStringLiteral("lineEditSpecies"));
+        const auto finish = [](QWidget *field, const QString &text) {
+            QInputMethodEvent event;
+            event.setCommitString(text);
+            QCoreApplication::sendEvent(field, &event);
+        };
+        Dialogs dialogs;
+        dialogs.handle([&](QWidget *box) {
+            finish(points, QStringLiteral("9.5 3\n"));
+            finish(name, QStringLiteral("heavy "));
+            qobject_cast<QMessageBox *>(box)->button(QMessageBox::Save)->click();
+        });
+        QVERIFY(fixture.window.close());
+        const QJsonObject saved = fileObject(file);
+        QCOMPARE(saved[QLatin1String("Dataset1")][QLatin1String("E")].toArray(),
+                 (QJsonArray{9.5, 10.5, 11.25}));
+        QCOMPARE(saved[QLatin1String("Species")][QLatin1String("Name")],
+                 QJsonValue(QStringLiteral("heavy water")));
     }
 
     void pointsTypedShortlyBeforeASaveAreNotWrittenButMarkTheDocumentWhenTheyAreRead()

@@ -276,7 +276,7 @@ private slots:
     {
         QFETCH(QByteArray, format);
         // Lines of whole words: the toolkit leaves what fills them up unset, and looks at it.
-        QImage large(8032, 8032, QImage::Format_Mono);
+        QImage large(8032, 7969, QImage::Format_Mono);
         large.fill(1);
         const QByteArray file = pictureFile(large, format.constData());
         QVERIFY(!file.isEmpty());

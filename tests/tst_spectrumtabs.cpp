@@ -145,7 +145,6 @@ private slots:
         QCOMPARE(f.tabs()->tabText(1), u"D && E"_s);
     }
 
-    // They are no stops of Tab: the arrows on the tabs scroll, too.
     void theTabsAreThereAgainWhenAllWereClosed_data()
     {
         QTest::addColumn<int>("staying");
@@ -176,6 +175,7 @@ private slots:
         QCOMPARE(f.area()->activeSubWindow(), f.area()->subWindowList().constLast());
     }
 
+    // They are no stops of Tab: the arrows on the tabs scroll, too.
     void theButtonsThatScrollTheTabsDoNotTakeTheKeyboard()
     {
         const Fixture f;

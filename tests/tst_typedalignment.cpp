@@ -195,6 +195,19 @@ private slots:
         QCOMPARE(f.edit.cleanedHtml(), u"C<sub>6</sub>Hx"_s);
     }
 
+    // Behind a menu the composition goes on.
+    void aMenuDoesNotEndWhatIsComposed()
+    {
+        Fixture f(u"C<sub>6</sub>H"_s, 1, 2);
+        f.compose(u"k"_s);
+        QFocusEvent leaving(QEvent::FocusOut, Qt::PopupFocusReason);
+        QCoreApplication::sendEvent(&f.edit, &leaving);
+        QFocusEvent coming(QEvent::FocusIn, Qt::PopupFocusReason);
+        QCoreApplication::sendEvent(&f.edit, &coming);
+        f.commit(u"k"_s);
+        QCOMPARE(f.edit.cleanedHtml(), u"C<sub>k</sub>H"_s);
+    }
+
     // What is composed is shown in the line in which it was begun.
     void aCompositionThatEndsALineLeavesNothingInIt()
     {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/typedalignment.h"
 
+#include <QFocusEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QTextBlock>
@@ -70,6 +71,12 @@ Alignment alignmentOfSelection(const QTextCursor &cursor)
     return all.value_or(QTextCharFormat::AlignNormal);
 }
 
+// A menu takes the focus only seemingly: an input method goes on behind it.
+bool isForMenu(Qt::FocusReason reason)
+{
+    return reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason;
+}
+
 } // namespace
 
 TypedAlignment::TypedAlignment(QTextEdit *editor) : QObject(editor), m_editor(editor)
@@ -82,7 +89,8 @@ bool TypedAlignment::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusOut) {
         m_goesOnAt = m_awaitedAt = -1;
-        m_composed.reset();
+        if (!isForMenu(static_cast<QFocusEvent *>(event)->reason()))
+            m_composed.reset();
     }
     // A field that has the focus loses it in the midst of its destruction.
     const bool isText = event->type() == QEvent::KeyPress || event->type() == QEvent::InputMethod;
