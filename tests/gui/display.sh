@@ -86,6 +86,10 @@ start_display()
     window_manager=$!
     wait_until "the window manager" \
         bash -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
+    # The first key makes the server change the map of the keyboard, upon which the window manager claims its
+    # own keys anew: one that comes meanwhile, such as Alt+F4, would be lost.
+    xdotool key Shift_L || fail "cannot press a key"
+    sleep 0.3
 }
 
 stop_display()
