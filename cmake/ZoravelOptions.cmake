@@ -34,6 +34,28 @@ if(ZORAVEL_FUZZ)
     target_link_options(zoravel_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+# The headers that most files include are parsed once, not once a file. GCC and Clang alone: they take them into
+# programs with other macros than they were parsed with, as long as the headers use none of those.
+option(ZORAVEL_PRECOMPILE "Parse the most used headers once a build" OFF)
+if(ZORAVEL_PRECOMPILE)
+    foreach(kind IN ITEMS core window)
+        file(GENERATE OUTPUT ${CMAKE_BINARY_DIR}/precompiled_${kind}.cpp CONTENT "")
+        add_library(zoravel_precompiled_${kind} OBJECT ${CMAKE_BINARY_DIR}/precompiled_${kind}.cpp)
+        target_precompile_headers(zoravel_precompiled_${kind} PRIVATE
+            ${CMAKE_CURRENT_LIST_DIR}/precompiled_${kind}.h)
+        set_target_properties(zoravel_precompiled_${kind} PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF)
+        target_link_libraries(zoravel_precompiled_${kind} PRIVATE zoravel_options Qt6::Core)
+    endforeach()
+    target_link_libraries(zoravel_precompiled_window PRIVATE Qt6::Widgets)
+endif()
+
+# zoravel_precompile(<target> core|window): uses what is parsed once.
+function(zoravel_precompile target kind)
+    if(ZORAVEL_PRECOMPILE)
+        target_precompile_headers(${target} REUSE_FROM zoravel_precompiled_${kind})
+    endif()
+endfunction()
+
 # zoravel_library(<name> SOURCES <file>... [LINKS <target>...]): the static library of one folder. It
 # can include only what it links, so the link graph is the rule of who may know whom.
 function(zoravel_library name)
@@ -42,4 +64,9 @@ function(zoravel_library name)
     target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
     target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE zoravel_options)
     set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+    if(Qt6::Widgets IN_LIST arg_LINKS)
+        zoravel_precompile(${name} window)
+    else()
+        zoravel_precompile(${name} core)
+    endif()
 endfunction()

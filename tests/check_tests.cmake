@@ -2,7 +2,6 @@
 # The library of checks.
 foreach(test IN ITEMS tst_checks tst_jsontext tst_composition tst_molecules tst_checktexts)
     zoravel_test(${test} zoravel_check zoravel_widgets)
-    target_compile_definitions(${test} PRIVATE ZORAVEL_TEST_DATA="${CMAKE_CURRENT_LIST_DIR}/data")
 endforeach()
 
 find_program(ZORAVEL_PYTHON python3 PATHS /usr/bin NO_DEFAULT_PATH DOC "Python 3 with jsonschema")

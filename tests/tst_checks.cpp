@@ -4,6 +4,7 @@
 #include "check/report.h"
 #include "species/filebytes.h"
 #include "support/warnings.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -7,6 +7,7 @@
 #include "spectrum/points.h"
 #include "spectrum/resaved.h"
 #include "support/warnings.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QJsonArray>

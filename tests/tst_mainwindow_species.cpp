@@ -7,6 +7,7 @@
 #include "support/files.h"
 #include "support/mainwindowfixture.h"
 #include "support/warnings.h"
+#include "testfiles.h"
 #include "widgets/cleantextedit.h"
 
 #include <QApplication>

@@ -3,6 +3,7 @@
 #include "species/filebytes.h"
 #include "species/speciesfile.h"
 #include "support/warnings.h"
+#include "testfiles.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -6,6 +6,7 @@
 #include "species/speciesfile.h"
 #include "spectrum/spectrumfile.h"
 #include "support/warnings.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QJsonArray>

@@ -2,6 +2,7 @@
 #include "check/checks.h"
 #include "support/files.h"
 #include "testconsole.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QJsonArray>

@@ -5,6 +5,7 @@
 #include "support/files.h"
 #include "support/mainwindowfixture.h"
 #include "testconsole.h"
+#include "testfiles.h"
 
 #include <QDate>
 #include <QDir>

@@ -2,6 +2,7 @@
 #include "cli/pointdifference.h"
 #include "support/files.h"
 #include "testconsole.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QTemporaryDir>

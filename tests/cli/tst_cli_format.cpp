@@ -3,6 +3,7 @@
 #include "spectrum/resaved.h"
 #include "support/files.h"
 #include "testconsole.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QJsonDocument>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/files.h"
 #include "testconsole.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QImage>
