@@ -7,7 +7,7 @@ zoravel_test(tst_pointmarks zoravel_spectrum)
 
 add_test(NAME screen_reader
     COMMAND ${CMAKE_CURRENT_LIST_DIR}/gui/screen_reader $<TARGET_FILE:zoravel-entry-edit>)
-set_tests_properties(screen_reader PROPERTIES TIMEOUT 400 RUN_SERIAL TRUE LABELS gui)
+set_tests_properties(screen_reader PROPERTIES TIMEOUT 400 LABELS gui)
 zoravel_test_environment(screen_reader "ASAN_OPTIONS=detect_leaks=1:strict_string_checks=0")
 
 # The looks on screens of the usual densities.

@@ -24,5 +24,5 @@ target_link_libraries(screenshots PRIVATE zoravel_app Qt6::Test zoravel_options)
 
 add_test(NAME pictures
     COMMAND ${CMAKE_CURRENT_LIST_DIR}/screenshots/compare $<TARGET_FILE:screenshots>)
-set_tests_properties(pictures PROPERTIES TIMEOUT 300 RUN_SERIAL TRUE LABELS gui)
+set_tests_properties(pictures PROPERTIES TIMEOUT 300 LABELS gui)
 zoravel_test_environment(pictures "ASAN_OPTIONS=detect_leaks=1:strict_string_checks=0")

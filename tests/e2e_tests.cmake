@@ -9,7 +9,7 @@ target_link_libraries(dragsource PRIVATE Qt6::Widgets zoravel_options)
 function(zoravel_use_test name)
     add_test(NAME ${name}
         COMMAND ${CMAKE_CURRENT_LIST_DIR}/gui/${name} $<TARGET_FILE:zoravel-entry-edit> ${ARGN})
-    set_tests_properties(${name} PROPERTIES TIMEOUT 600 RUN_SERIAL TRUE LABELS gui)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600 LABELS gui)
     # libxkbcommon-x11 copies texts that end at their known length, not with a zero: no strict checks.
     zoravel_test_environment(${name} "ASAN_OPTIONS=detect_leaks=1:strict_string_checks=0")
     zoravel_display_test_in_locales(${name} ${CMAKE_CURRENT_LIST_DIR}/gui/${name}
@@ -36,5 +36,5 @@ endif()
 
 add_test(NAME dark_desktop
     COMMAND ${CMAKE_CURRENT_LIST_DIR}/gui/dark_desktop $<TARGET_FILE:zoravel-entry-edit>)
-set_tests_properties(dark_desktop PROPERTIES TIMEOUT 600 RUN_SERIAL TRUE LABELS gui)
+set_tests_properties(dark_desktop PROPERTIES TIMEOUT 600 LABELS gui)
 zoravel_test_environment(dark_desktop "ASAN_OPTIONS=detect_leaks=1:strict_string_checks=0")

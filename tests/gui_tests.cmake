@@ -6,7 +6,7 @@ zoravel_test(tst_interfacescale zoravel_app)
 function(zoravel_gui_test name)
     add_test(NAME ${name}
         COMMAND ${CMAKE_CURRENT_LIST_DIR}/gui/${name} $<TARGET_FILE:zoravel-entry-edit>)
-    set_tests_properties(${name} PROPERTIES TIMEOUT 300 RUN_SERIAL TRUE LABELS gui)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS gui)
     # libxkbcommon-x11 copies texts that end at their known length, not with a zero: no strict checks.
     zoravel_test_environment(${name} "ASAN_OPTIONS=detect_leaks=1:strict_string_checks=0")
     zoravel_display_test_in_locales(${name} ${CMAKE_CURRENT_LIST_DIR}/gui/${name}

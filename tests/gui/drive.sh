@@ -206,23 +206,33 @@ write()
     done <<<"$1"
 }
 
-# place_of <part>: "x y", its middle in pixels of the main window.
-place_of()
+# Where the parts of the main window are, for its size and document: looking for them takes a second or two.
+declare -A places=()
+
+# find_place <part>: "x y" in $place, its middle in pixels of the main window.
+find_place()
 {
-    local picture=$display_folder/place.png places name x y
-    screenshot "$window" "$picture"
-    places=$(python3 "$gui_folder/find_fields.py" "$picture") || fail "cannot find the fields"
-    while read -r name x y; do
-        [[ $name != "$1" ]] || { echo "$x $y" && return; }
-    done <<<"$places"
-    fail "there is no $1 in the main window, only ${places//$'\n'/, }"
+    local picture=$display_folder/place.png layout found name x y
+    layout=$(xdotool getwindowgeometry "$window" | tail -n 1) || fail "the main window has no size"
+    layout+=$(title) || fail "the main window has no title"
+    layout=${layout% \*}
+    if [[ -z ${places[$layout $1]:-} ]]; then
+        screenshot "$window" "$picture"
+        found=$(python3 "$gui_folder/find_fields.py" "$picture") || fail "cannot find the fields"
+        while read -r name x y; do
+            places[$layout $name]="$x $y"
+        done <<<"$found"
+        [[ -n ${places[$layout $1]:-} ]] ||
+            fail "there is no $1 in the main window, only ${found//$'\n'/, }"
+    fi
+    place=${places[$layout $1]}
 }
 
 # click_field <part> [<button of the mouse>]
 click_field()
 {
     local place
-    place=$(place_of "$1") || exit 1
+    find_place "$1"
     # shellcheck disable=SC2086  # two numbers
     xdotool mousemove --window "$window" $place click "${2:-1}" || fail "cannot click on $1"
 }
@@ -231,9 +241,11 @@ click_field()
 declare -A tool_places=()
 click_tool()
 {
-    [[ -n ${tool_places[$1]:-} ]] || tool_places[$1]=$(place_of "tool-$1") || exit 1
+    local place=${tool_places[$1]:-}
+    [[ -n $place ]] || find_place "tool-$1"
+    tool_places[$1]=$place
     # shellcheck disable=SC2086  # two numbers
-    xdotool mousemove --window "$window" ${tool_places[$1]} click 1 || fail "cannot click on $1"
+    xdotool mousemove --window "$window" $place click 1 || fail "cannot click on $1"
 }
 
 # --- files and the clipboard ---

@@ -22,7 +22,7 @@ function(zoravel_display_test_in_locales test)
     endif()
     foreach(locale IN LISTS zoravel_display_locales)
         zoravel_test_in_locale(${test} ${locale} copy COMMAND ${ARGN} ${when})
-        set_tests_properties(${copy} PROPERTIES RUN_SERIAL TRUE LABELS "gui;locale")
+        set_tests_properties(${copy} PROPERTIES LABELS "gui;locale")
     endforeach()
 endfunction()
 
