@@ -43,6 +43,10 @@ and found to be right; lines that nothing needs any more are reported.
 
 The status is 1 if something at or above the level of --fail-on is reported, and 3 if
 a file cannot be read or a folder has none.
+
+Examples:
+  zoravel check species/
+  zoravel check --only cas-check-digit --format json species/
 )";
 
 // Something wrong with the command line, or with what it names.

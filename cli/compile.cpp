@@ -43,6 +43,10 @@ anything wrong with a file, all such files are named and nothing is written.
 
 With --check the status is 1 if DB.json is missing or is not what would be written
 with the same options, apart from its date.
+
+Examples:
+  zoravel compile -o collection.json species/
+  zoravel compile --check -o collection.json species/
 )";
 
 struct Job {

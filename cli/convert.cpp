@@ -48,6 +48,10 @@ refused, with the line and the reason. Energies are in eV; those of JCAMP-DX are
 converted from wave numbers and wavelengths. All digits are kept. The fields of the
 spectrum stand in comments of a table and under labels of their own in JCAMP-DX.
 What cannot be kept is named on standard error.
+
+Examples:
+  zoravel convert -o scan.json --meta Title="Benzene, 300 K" scan.csv
+  zoravel convert --spectrum 2 --to csv --decimal comma furan.json
 )";
 
 QByteArrayList outputFormats()

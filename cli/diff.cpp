@@ -28,6 +28,9 @@ have the same energy. Spectra belong together that are equal, first of all under
 same key, else that have the same title and type, else any; of several, those with
 the most points in common, then those under the same key. The status is 1 if there
 is a difference.
+
+Examples:
+  zoravel diff old/benzene.json benzene.json
 )";
 
 // A value as a message shows it: JSON on one line.

@@ -12,6 +12,9 @@ constexpr char details[] =
     R"(Says of a check that stands in brackets behind a finding of "zoravel check" what it
 looks for, why, how what it finds is mended, and gives an example. Without an ID it
 lists all checks.
+
+Examples:
+  zoravel explain cas-check-digit
 )";
 
 QByteArray bytesOf(QLatin1String text)

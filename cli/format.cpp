@@ -34,6 +34,10 @@ expects, digits behind the sixth of a point.
 
 With --check the status is 1 if a file would change. A folder stands for all its
 files *.json and those of its subfolders but databases.
+
+Examples:
+  zoravel format --check species/
+  zoravel format --in-place benzene.json
 )";
 
 // Handles one file: says what gets lost in it on standard error. Returns the status that the file

@@ -30,6 +30,10 @@ entered, the number of spectra and how many there are of each type. Texts are
 shown without markup. A folder stands for all its files *.json and those of its
 subfolders but databases and spectrum files. "tsv" has a line of headings and tabs
 between the columns, "json" is an array of objects.
+
+Examples:
+  zoravel list species/
+  zoravel list -f tsv species/ | cut -f 2,4
 )";
 
 constexpr std::array<const char *, 8> headings{"file", "name", "formula", "CAS",

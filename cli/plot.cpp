@@ -35,6 +35,10 @@ line spectrum. Where there are several pictures, OUT contains %n, which stands f
 the number of the picture: p%n.png gives p1.png, p2.png and so on, in the order of
 the files and, in a file, of the editor. %% stands for a percent sign. A folder
 stands for all its files *.json and those of its subfolders. No display is needed.
+
+Examples:
+  zoravel plot -o benzene.png --spectrum 1 benzene.json
+  zoravel plot -o p%n.svg --spectrum all species/
 )";
 
 struct Job {

@@ -11,9 +11,21 @@
 namespace
 {
 
+constexpr char helpDetails[] =
+    R"(Shows the commands, or what "zoravel COMMAND --help" shows.
+
+Examples:
+  zoravel help convert
+)";
+
+int runHelp(const Arguments &arguments, Console &console);
+
+constexpr Command helpCommand{"help",      "[COMMAND]", "Say more about a command",
+                              helpDetails, {},          runHelp};
+
 const std::array commands{
-    &compileCommand(), &checkCommand(),  &explainCommand(), &plotCommand(),
-    &convertCommand(), &formatCommand(), &listCommand(),    &diffCommand(),
+    &compileCommand(), &checkCommand(), &explainCommand(), &plotCommand(), &convertCommand(),
+    &formatCommand(),  &listCommand(),  &diffCommand(),    &helpCommand,
 };
 
 constexpr char programDetails[] =
@@ -55,7 +67,7 @@ void printProgramHelp(Console &console)
         help += columns(command->name, command->summary);
     help += "\nOptions:\n" + optionLine(helpOption)
             + optionLine({"version", 0, nullptr, "show the version and end"})
-            + "\n\"zoravel COMMAND --help\" says more about a command.\n" + programDetails;
+            + "\n\"zoravel help COMMAND\" says more about a command.\n" + programDetails;
     console.out(help);
 }
 
@@ -92,6 +104,27 @@ int say(Console &console, const QByteArray &program, const UsageError &error)
     return exitUsage;
 }
 
+UsageError unknownCommand(const QByteArray &name)
+{
+    return {"unknown command " + name, closestTo(name, commandNames())};
+}
+
+int runHelp(const Arguments &arguments, Console &console)
+{
+    const QByteArrayList &names = arguments.operands();
+    if (names.size() > 1)
+        return usageError(console, helpCommand, {"one command can be named", {}});
+    if (names.isEmpty()) {
+        printProgramHelp(console);
+        return exitFine;
+    }
+    const Command *command = commandNamed(names.first());
+    if (!command)
+        return usageError(console, helpCommand, unknownCommand(names.first()));
+    printHelp(console, *command);
+    return exitFine;
+}
+
 int runCommand(const Command &command, const QByteArrayList &words, Console &console)
 {
     const std::variant<Arguments, UsageError> parsed = Arguments::parse(words, command.options);
@@ -122,8 +155,7 @@ int dispatch(const QByteArrayList &words, Console &console)
     if (first.startsWith('-'))
         return say(console, "zoravel",
                    {"unknown option " + first, closestTo(first, {"--help", "--version"})});
-    const QByteArray hint = first == "help" ? "--help" : closestTo(first, commandNames());
-    return say(console, "zoravel", {"unknown command " + first, hint});
+    return say(console, "zoravel", unknownCommand(first));
 }
 
 } // namespace

@@ -31,6 +31,41 @@ private slots:
         }
     }
 
+    void everyHelpShowsExamplesWithOptionsThatThereAre()
+    {
+        TestConsole console;
+        QCOMPARE(console.run({"--help"}), 0);
+        const QByteArrayList names = commandsIn(console.output);
+        for (const QByteArray &name : names) {
+            QCOMPARE(console.run({name, "--help"}), 0);
+            const qsizetype at = console.output.indexOf("\nExamples:\n");
+            QVERIFY2(at > 0, name.constData());
+            const QByteArrayList examples = console.output.sliced(at + 11).trimmed().split('\n');
+            for (const QByteArray &example : examples) {
+                QVERIFY2(example.trimmed().startsWith(QByteArray("zoravel " + name + ' ')),
+                         example.constData());
+                for (const QByteArray &word : example.split(' ')) {
+                    if (word.startsWith('-'))
+                        QVERIFY2(console.output.left(at).contains(QByteArray(' ' + word)),
+                                 example.constData());
+                }
+            }
+        }
+    }
+
+    void helpOfACommandIsWhatItsOptionShows()
+    {
+        TestConsole console;
+        QCOMPARE(console.run({"convert", "--help"}), 0);
+        const QByteArray ofConvert = console.output;
+        QCOMPARE(console.run({"help", "convert"}), 0);
+        QCOMPARE(console.output, ofConvert);
+        QCOMPARE(console.run({"--help"}), 0);
+        const QByteArray ofAll = console.output;
+        QCOMPARE(console.run({"help"}), 0);
+        QCOMPARE(console.output, ofAll);
+    }
+
     void theVersionIsTheProjects()
     {
         TestConsole console;
@@ -47,8 +82,10 @@ private slots:
         };
         row({}, "zoravel: a command is missing\nSee \"zoravel --help\".\n");
         row({"lst"}, "zoravel: unknown command lst; did you mean list?\nSee \"zoravel --help\".\n");
-        row({"help"},
-            "zoravel: unknown command help; did you mean --help?\nSee \"zoravel --help\".\n");
+        row({"help", "lst"}, "zoravel help: unknown command lst; did you mean list?\n"
+                             "See \"zoravel help --help\".\n");
+        row({"help", "list", "diff"}, "zoravel help: one command can be named\n"
+                                      "See \"zoravel help --help\".\n");
         row({"check", "--only", "cas-digit", "x"},
             "zoravel check: there is no check cas-digit; did you mean cas-check-digit?\n"
             "See \"zoravel check --help\".\n");
