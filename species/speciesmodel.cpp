@@ -5,6 +5,7 @@
 
 #include <QJsonValue>
 #include <QRegularExpression>
+#include <QStringDecoder>
 #include <QVariant>
 
 #include <cmath>
@@ -43,9 +44,10 @@ QString cleanHtmlContent(const QString &text)
     // No tag ends behind the last ">". Looking for one there would cost the square of the text's
     // length in a text of many "<".
     const qsizetype end = text.lastIndexOf(QLatin1Char('>')) + 1;
-    // The expression does not match in a text with half a surrogate pair: it sees a copy in which
-    // another character stands for it.
-    const QString subject = QString::fromUtf8(QStringView(text).first(end).toUtf8());
+    // The expression does not match in a text with half a surrogate pair: it sees a copy of the
+    // same length in which another character stands for it. A byte order mark stays, as it counts.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    const QString subject = decoder(QStringView(text).first(end).toUtf8());
     QString result;
     qsizetype kept = 0;
     for (auto matches = removeTags.globalMatch(subject); matches.hasNext();) {

@@ -983,6 +983,11 @@ private slots:
         QTest::newRow("lone surrogate behind a tag")
             << QString(u"<b>a"_s + half) << QString(u"a"_s + half);
         QTest::newRow("lone surrogate in a tag") << QString(u"<b"_s + half + u">a"_s) << u"a"_s;
+        QTest::newRow("byte order mark at the start") << u"\ufeffH<i>x</i>"_s << u"\ufeffHx"_s;
+        QTest::newRow("byte order marks")
+            << u"\ufeff\ufeff<b>\ufeff</b>"_s << u"\ufeff\ufeff\ufeff"_s;
+        QTest::newRow("byte order mark and lone surrogate")
+            << QString(u"\ufeff"_s + half + u"<b>a"_s) << QString(u"\ufeff"_s + half + u"a"_s);
     }
     void onlySubSupAndBrTagsAreLeft()
     {
