@@ -340,6 +340,21 @@ private slots:
         QCOMPARE(edit.cleanedHtml(), cleaned);
     }
 
+    void manyTagsThatStandAloneStripNothing_data()
+    {
+        QTest::addColumn<QString>("lineEnd");
+        for (const char *lineEnd : {"<br>", "<br/>", "<br />", "<BR/>", "<br\n/>", "</br>"})
+            QTest::newRow(lineEnd) << QString::fromLatin1(lineEnd);
+    }
+    void manyTagsThatStandAloneStripNothing()
+    {
+        QFETCH(QString, lineEnd);
+        constexpr int lines = 300;
+        CleanTextEdit edit;
+        edit.setCleanedHtml(QString(u"H<sub>2</sub>"_s + lineEnd).repeated(lines));
+        QCOMPARE(edit.cleanedHtml().count(u"<sub>2</sub>"_s), lines);
+    }
+
     void aPictureLeavesNoCharacterBehind()
     {
         CleanTextEdit edit;

@@ -47,9 +47,9 @@ QString markupOf(const QTextFragment &fragment)
 // The name of the tag at the start of text, in lower case, with "/" in front if it closes.
 QString tagName(QStringView tag)
 {
-    const auto end = std::find_if_not(tag.begin() + 1, tag.end(), [](QChar c) {
-        return c == QLatin1Char('/') || c.isLetterOrNumber();
-    });
+    const bool closes = tag.sliced(1).startsWith(QLatin1Char('/'));
+    const auto end = std::find_if_not(tag.begin() + (closes ? 2 : 1), tag.end(),
+                                      [](QChar c) { return c.isLetterOrNumber(); });
     return QStringView(tag.begin() + 1, end).toString().toLower();
 }
 
