@@ -236,6 +236,7 @@ private slots:
     {
         const Fixture f;
         f.edit->setCleanedHtml(u"abc"_s);
+        f.edit->selectAll();
         QMimeData html;
         html.setHtml(u"<b>x</b>"_s);
         f.edit->insertFromMimeData(&html);
@@ -245,7 +246,28 @@ private slots:
         QMimeData other;
         other.setData(u"application/x-unknown"_s, "x");
         f.edit->insertFromMimeData(&other);
+        QMimeData emptyText;
+        emptyText.setText(u""_s);
+        emptyText.setHtml(u"<b>x</b>"_s);
+        f.edit->insertFromMimeData(&emptyText);
         QCOMPARE(f.edit->cleanedHtml(), u"abc"_s);
+        QCOMPARE(f.edit->textCursor().selectedText(), u"abc"_s);
+        QVERIFY(!f.edit->document()->isUndoAvailable());
+    }
+
+    void aPictureOrMarkupAloneOnTheClipboardLeavesTheSelectedText()
+    {
+        const Fixture f;
+        f.edit->setCleanedHtml(u"abc"_s);
+        f.edit->selectAll();
+        QApplication::clipboard()->setImage(QImage(3, 3, QImage::Format_RGB32));
+        f.edit->paste();
+        auto *html = new QMimeData;
+        html->setHtml(u"<b>x</b>"_s);
+        QApplication::clipboard()->setMimeData(html);
+        f.edit->paste();
+        QCOMPARE(f.edit->cleanedHtml(), u"abc"_s);
+        QCOMPARE(f.edit->textCursor().selectedText(), u"abc"_s);
     }
 
     void whatIsPastedTakesTheFormatAtTheCursor()

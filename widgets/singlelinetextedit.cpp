@@ -61,7 +61,10 @@ void SingleLineTextEdit::keyPressEvent(QKeyEvent *event)
 
 void SingleLineTextEdit::insertFromMimeData(const QMimeData *source)
 {
-    QString text = source->text().simplified();
+    QString text = source->text();
+    if (text.isEmpty())
+        return; // a picture, say, which must not take the place of what is selected
+    text = text.simplified();
     text.replace(QLatin1Char('\n'), QLatin1Char(' '));
     text.replace(QLatin1Char('\r'), QLatin1Char(' '));
     textCursor().insertText(text);
