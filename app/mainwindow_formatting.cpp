@@ -35,5 +35,9 @@ void MainWindow::applyTextFormatting(QTextCharFormat::VerticalAlignment alignmen
     QTextCharFormat format;
     format.setVerticalAlignment(isSet ? QTextCharFormat::AlignNormal : alignment);
     cursor.mergeCharFormat(format);
+    // It runs forwards from now on, so that the next time its own last character is read.
+    const int end = cursor.selectionEnd();
+    cursor.setPosition(cursor.selectionStart());
+    cursor.setPosition(end, QTextCursor::KeepAnchor);
     editor->setTextCursor(cursor);
 }
