@@ -88,6 +88,8 @@ void MainWindow::connectActions()
     on(ui->actionSaveSpeciesAs, &MainWindow::saveSpeciesAs);
     on(ui->actionSubscript, &MainWindow::applySubscript);
     on(ui->actionSuperscript, &MainWindow::applySuperscript);
+    // A tool bar that is hidden or floats would take their shortcuts along.
+    addActions({ui->actionSubscript, ui->actionSuperscript});
     on(ui->actionClean, &MainWindow::cleanUp);
     on(ui->actionDelete, &MainWindow::deleteCurrentSpectrum);
     on(ui->actionNew, [this] { createNewSpectrumWindow(); });

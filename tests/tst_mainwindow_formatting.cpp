@@ -6,14 +6,26 @@
 #include "widgets/cleantextedit.h"
 
 #include <QComboBox>
+#include <QDockWidget>
 #include <QPlainTextEdit>
 #include <QTest>
+#include <QToolBar>
 
 namespace
 {
 
 const QString subscript = QStringLiteral("actionSubscript");
 const QString superscript = QStringLiteral("actionSuperscript");
+
+enum class Place { Docked, Hidden, Floating, FloatingAndHidden };
+
+// What a tool bar does to itself when it is dragged out of its window.
+void floatToolBar(QToolBar *bar)
+{
+    bar->setWindowFlags(Qt::Tool | Qt::FramelessWindowHint);
+    bar->show();
+    QVERIFY(bar->isFloating());
+}
 
 void select(CleanTextEdit *field, int anchor, int position)
 {
@@ -44,6 +56,31 @@ private slots:
         QCOMPARE(formula->cleanedHtml(), QStringLiteral("H2O"));
     }
 
+    void aSelectionMadeBackwardsIsTakenBackToo()
+    {
+        MainWindowFixture fixture;
+        CleanTextEdit *formula = focusFormula(fixture, {});
+        QTest::keyClicks(formula, QStringLiteral("H2"));
+        QTest::keyClick(formula, Qt::Key_Left, Qt::ShiftModifier);
+        for (const char *markup : {"H<sub>2</sub>", "H2", "H<sub>2</sub>"}) {
+            fixture.trigger(subscript);
+            QCOMPARE(formula->cleanedHtml(), QString::fromLatin1(markup));
+            QCOMPARE(formula->textCursor().anchor(), 1);
+            QCOMPARE(formula->textCursor().position(), 2);
+        }
+    }
+
+    void ofASelectionMadeBackwardsTheCharacterBeforeItIsRead()
+    {
+        MainWindowFixture fixture;
+        CleanTextEdit *formula = focusFormula(fixture, QStringLiteral("<sub>2</sub>O"));
+        select(formula, 2, 1);
+        fixture.trigger(subscript);
+        QCOMPARE(formula->cleanedHtml(), QStringLiteral("<sub>2</sub>O"));
+        fixture.trigger(subscript);
+        QCOMPARE(formula->cleanedHtml(), QStringLiteral("<sub>2O</sub>"));
+    }
+
     void superscriptOnASubscriptMakesItSuperscript()
     {
         MainWindowFixture fixture;
@@ -65,6 +102,50 @@ private slots:
         select(formula, 0, 2);
         fixture.trigger(subscript);
         QCOMPARE(formula->cleanedHtml(), QStringLiteral("H2"));
+    }
+
+    void theShortcutsWorkWhereverTheToolBarAndTheProfileAre_data()
+    {
+        QTest::addColumn<Place>("toolBar");
+        QTest::addColumn<bool>("profileFloats");
+        const QList<std::pair<const char *, Place>> places{
+            {"docked", Place::Docked},
+            {"hidden", Place::Hidden},
+            {"floating", Place::Floating},
+            {"floating and hidden", Place::FloatingAndHidden}};
+        for (const auto &[name, place] : places) {
+            QTest::addRow("tool bar %s, profile docked", name) << place << false;
+            QTest::addRow("tool bar %s, profile floating", name) << place << true;
+        }
+    }
+    void theShortcutsWorkWhereverTheToolBarAndTheProfileAre()
+    {
+        QFETCH(Place, toolBar);
+        QFETCH(bool, profileFloats);
+        MainWindowFixture fixture;
+        fixture.trigger(QStringLiteral("actionNew"));
+        auto *bar = fixture.find<QToolBar>(QStringLiteral("toolBar"));
+        if (toolBar == Place::Floating || toolBar == Place::FloatingAndHidden)
+            floatToolBar(bar);
+        if (toolBar == Place::Hidden || toolBar == Place::FloatingAndHidden)
+            bar->toggleViewAction()->trigger();
+        fixture.find<QDockWidget>(QStringLiteral("speciesDock"))->setFloating(profileFloats);
+
+        for (CleanTextEdit *field :
+             {fixture.field(QStringLiteral("lineEditSumFormula")),
+              MainWindowFixture::field(fixture.spectra().value(0),
+                                       QStringLiteral("textEditComments"))}) {
+            field->window()->activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(field->window()));
+            field->setFocus();
+            QTRY_VERIFY(field->hasFocus());
+            QTest::keyClicks(field, QStringLiteral("H2"));
+            select(field, 1, 2);
+            QTest::keyClick(field, Qt::Key_B, Qt::ControlModifier);
+            QCOMPARE(field->cleanedHtml(), QStringLiteral("H<sub>2</sub>"));
+            QTest::keyClick(field, Qt::Key_P, Qt::ControlModifier);
+            QCOMPARE(field->cleanedHtml(), QStringLiteral("H<sup>2</sup>"));
+        }
     }
 
     void withoutAFocusedTextFieldAWarningIsShown()
