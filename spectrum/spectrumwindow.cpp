@@ -46,6 +46,8 @@ SpectrumWindow::SpectrumWindow(QWidget *parent)
     new WheelGuard(ui->comboBoxType);
     new UndoKeys(ui->textEditSpect, {ui->buttonNormalize, ui->buttonSparse, ui->buttonCommaToDot});
     commitEditsWithoutFocus(mapper, this);
+    // Leaving the box would write it over nothing, which is a change.
+    model->setValue(SpectrumColumn::LineSpectrum, false);
     connectSignals();
     buildChart();
     model->setValue(SpectrumColumn::CreatedDate, QDate::currentDate().toString(Qt::ISODate));

@@ -8,6 +8,7 @@
 
 #include <QAbstractButton>
 #include <QAccessible>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QInputMethodEvent>
@@ -377,6 +378,24 @@ private slots:
         QCOMPARE(dialogs.boxes.value(0).text, savePrompt);
         QCOMPARE(fileObject(file)[QLatin1String("Dataset1")][QLatin1String("E")].toArray(),
                  (QJsonArray{9.5, 10.5, 11.25}));
+    }
+
+    void goingPastLineSpectrumInANewSavedSpectrumMarksNothing()
+    {
+        MainWindowFixture fixture;
+        const QString file = fixture.path(QStringLiteral("a.json"));
+        writeFile(file, speciesFileWith(QStringLiteral("water")));
+        QVERIFY(fixture.window.loadSpeciesFile(file));
+        fixture.trigger(QStringLiteral("actionNew"));
+        fixture.window.saveSpecies();
+        QVERIFY(!fixture.isModified());
+        auto *box = fixture.spectra().value(0)->findChild<QCheckBox *>();
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_Tab);
+        QVERIFY(!box->hasFocus());
+        QVERIFY(!fixture.isModified());
+        box->click();
+        QVERIFY(fixture.isModified());
     }
 
     void aReadingThatChangesNothingMarksNothing()
