@@ -30,22 +30,6 @@ std::variant<QJsonObject, CompileError> readEntry(const QString &file)
     return *std::move(object);
 }
 
-// What is wrong with the first bad species file of the list, or that the progress was cancelled.
-std::optional<CompileError> firstBadInput(const QStringList &files,
-                                          const CompileProgress &progress = {})
-{
-    int done = 0;
-    for (const QString &file : files) {
-        if (progress && !progress(done, done))
-            return CompileError{CompileError::Cancelled};
-        ++done;
-        const auto entry = readEntry(file);
-        if (const auto *error = std::get_if<CompileError>(&entry))
-            return *error;
-    }
-    return std::nullopt;
-}
-
 QString entryKey(int index)
 {
     return QStringLiteral("Entry%1").arg(index + 1);
@@ -98,25 +82,33 @@ QJsonObject headerObject(const DatabaseHeader &header)
             {QStringLiteral("Date"), header.date.toString(Qt::ISODate)}};
 }
 
-// Gives the text of each species file's entry to take, in the order of the entries' keys, until it
-// returns false. Returns what is wrong with a species file or that the progress was cancelled.
+// Reads each species file once, in the order of the entries' keys, and gives take the text of its
+// entry until that returns false or a file is bad. What is left then is read all the same, as far
+// as it stands before the bad file in the list: of several, the first in the list is the one that
+// is returned. Nothing if every file is good.
 std::optional<CompileError> takeEntries(const QStringList &files, MemberText &text,
                                         const CompileProgress &progress,
                                         const std::function<bool(const QByteArray &)> &take)
 {
+    std::optional<CompileError> bad;
+    qsizetype firstBad = files.size();
+    bool isTaking = true;
     int done = 0;
     for (const int index : keyOrder(files.size())) {
-        if (progress && !progress(done++, index))
+        const int before = done++;
+        if (index > firstBad)
+            continue;
+        if (progress && !progress(before, index))
             return CompileError{CompileError::Cancelled};
         const auto entry = readEntry(files[index]);
-        // Entries are taken in the order of their keys, but the first bad file of the list is
-        // named.
-        if (const auto *error = std::get_if<CompileError>(&entry))
-            return firstBadInput(files.first(index)).value_or(*error);
-        if (!take(text.next(entryKey(index), std::get<QJsonObject>(entry))))
-            break;
+        if (const auto *error = std::get_if<CompileError>(&entry)) {
+            bad = *error;
+            firstBad = index;
+        } else if (isTaking && !bad) {
+            isTaking = take(text.next(entryKey(index), std::get<QJsonObject>(entry)));
+        }
     }
-    return std::nullopt;
+    return bad;
 }
 
 // The present contents of a database file, read in step with the text that it should have.
@@ -157,27 +149,20 @@ std::optional<CompileError> compileDatabase(const QStringList &files, const QStr
                                             QJsonDocument::JsonFormat format,
                                             const CompileProgress &progress)
 {
-    // A bad species file counts before an output that cannot be written.
-    const auto unwritable = [&]() -> CompileError {
-        return firstBadInput(files, progress)
-            .value_or(CompileError{CompileError::UnwritableOutput});
-    };
-
     ReplacementFile file(output);
-    if (!file.open())
-        return unwritable();
+    // A bad species file counts before an output that cannot be written: all are read in any case.
+    bool isWritable = file.open();
     MemberText text(format);
-    bool taken = true;
-    const auto write = [&](const QByteArray &member) { return taken = file.write(member); };
+    const auto write = [&](const QByteArray &member) {
+        return isWritable = isWritable && file.write(member);
+    };
     if (auto error = takeEntries(files, text, progress, write))
         return error;
-    if (!taken)
-        return unwritable();
-    file.write(text.next(headerKey, headerObject(header)));
-    file.write(text.next(typeKey, databaseFileType));
-    file.write(text.end());
-    if (!file.commit())
-        return CompileError{CompileError::UnwritableOutput}; // every species file was good
+    write(text.next(headerKey, headerObject(header)));
+    write(text.next(typeKey, databaseFileType));
+    write(text.end());
+    if (!isWritable || !file.commit())
+        return CompileError{CompileError::UnwritableOutput};
     return std::nullopt;
 }
 
@@ -185,24 +170,19 @@ std::variant<bool, CompileError>
 isDatabaseUpToDate(const QStringList &files, const QString &database, const DatabaseHeader &header,
                    QJsonDocument::JsonFormat format, const CompileProgress &progress)
 {
-    if (const auto error = firstBadInput(files))
-        return *error;
     PresentDatabase present(database);
-    if (!present.open())
-        return QFileInfo::exists(database)
-                   ? std::variant<bool, CompileError>(CompileError{CompileError::UnreadableOutput})
-                   : false;
+    const bool isOpen = present.open();
     MemberText text(format);
-    bool same = true;
+    bool same = isOpen;
     const auto compare = [&](const QByteArray &member) {
-        return same = present.continuesWith(member);
+        return same = same && present.continuesWith(member);
     };
     if (auto error = takeEntries(files, text, progress, compare))
         return *error;
     same = same && present.continuesWithHeader(text.next(headerKey, headerObject(header)))
            && present.continuesWith(text.next(typeKey, databaseFileType))
            && present.continuesWith(text.end()) && present.isAtEnd();
-    if (present.hasFailed())
+    if (isOpen ? present.hasFailed() : QFileInfo::exists(database))
         return CompileError{CompileError::UnreadableOutput};
     return same;
 }

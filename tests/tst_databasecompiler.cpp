@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -189,6 +191,74 @@ private slots:
         QVERIFY(cancelled);
         QCOMPARE(cancelled->kind, CompileError::Cancelled);
         QCOMPARE(calls, 3);
+    }
+
+    // A second look at the files before it would stand still, and could not be cancelled.
+    void behindABadFileNoFileIsReadAgainAndProgressGoesOn_data()
+    {
+        QTest::addColumn<QByteArray>("database");
+        QTest::newRow("compiled") << QByteArray("db.json");
+        QTest::newRow("into no folder") << QByteArray("missing/db.json");
+    }
+    void behindABadFileNoFileIsReadAgainAndProgressGoesOn()
+    {
+        QFETCH(QByteArray, database);
+        constexpr int bad = 24; // behind it come the entries 3 to 9
+        const QStringList files = makeSpecies(30);
+        writeFile(files[bad], QByteArray("{}"));
+        QList<int> read;
+        int last = -1;
+        const auto note = [&](int done, int index) {
+            if (done <= last || done >= files.size())
+                QTest::qFail("wrong progress", __FILE__, __LINE__);
+            last = done;
+            // What was read is bad from now on.
+            if (!read.isEmpty() && read.last() == bad)
+                writeFile(files[0], QByteArray("{}"));
+            read.append(index);
+            return true;
+        };
+        const auto error = compileDatabase(files, path(database.constData()), header,
+                                           QJsonDocument::Compact, note);
+        QVERIFY(error);
+        QCOMPARE(error->file, files[bad]);
+        for (int index = 0; index <= bad; ++index)
+            QCOMPARE(read.count(index), 1);
+    }
+
+    void comparingReadsEachFileOnceAndShowsItsProgress()
+    {
+        const QStringList files = makeSpecies(12);
+        QVERIFY(!compileDatabase(files, output(), header, QJsonDocument::Compact));
+        writeFile(files[11], QByteArray("{}"));
+        QList<int> read;
+        const auto same = isDatabaseUpToDate(files, output(), header, QJsonDocument::Compact,
+                                             [&](int, int index) {
+                                                 read.append(index);
+                                                 return true;
+                                             });
+        QVERIFY(std::holds_alternative<CompileError>(same));
+        QCOMPARE(std::get<CompileError>(same).file, files[11]);
+        std::sort(read.begin(), read.end());
+        QCOMPARE(read, (QList<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}));
+    }
+
+    void lookingForTheFirstBadFileCanBeCancelled()
+    {
+        const QStringList files = makeSpecies(30);
+        writeFile(files[24], QByteArray("{}"));
+        bool found = false;
+        int behind = 0;
+        const auto error =
+            compileDatabase(files, output(), header, QJsonDocument::Compact, [&](int, int index) {
+                behind += found ? 1 : 0;
+                found = found || index == 24;
+                return behind < 3;
+            });
+        QVERIFY(error);
+        QCOMPARE(error->kind, CompileError::Cancelled);
+        QCOMPARE(behind, 3);
+        QVERIFY(!QFile::exists(output()));
     }
 
     void cancellingWritesNothing()
