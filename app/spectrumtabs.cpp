@@ -35,6 +35,7 @@ SpectrumTabs::SpectrumTabs(QMdiArea *area)
     : QObject(area), m_area(area), m_tabs(area->findChild<QTabBar *>())
 {
     connect(m_area, &QMdiArea::subWindowActivated, this, &SpectrumTabs::settleFocus);
+    m_area->viewport()->installEventFilter(this);
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget * /*before*/, QWidget *now) { noteFocus(now); });
     // They scroll the tabs; the keyboard does so by choosing one.
@@ -54,14 +55,31 @@ void SpectrumTabs::follow(QMdiSubWindow *subWindow)
     showTitle(subWindow);
 }
 
-// The sub-window would pass an empty title over, and take all of a long one.
 bool SpectrumTabs::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == m_area->viewport()) {
+        if (event->type() == QEvent::ChildRemoved)
+            showNeighbourOf(static_cast<QChildEvent *>(event)->child());
+        return QObject::eventFilter(watched, event);
+    }
+    // The sub-window would pass an empty title over, and take all of a long one.
     auto *subWindow = qobject_cast<QMdiSubWindow *>(watched->parent());
     if (event->type() != QEvent::WindowTitleChange || !subWindow)
         return QObject::eventFilter(watched, event);
     showTitle(subWindow);
     return true;
+}
+
+// Behind the last one the area would begin anew with the first.
+void SpectrumTabs::showNeighbourOf(const QObject *closed)
+{
+    const QList<QMdiSubWindow *> subWindows = m_area->subWindowList();
+    const QList<QMdiSubWindow *> history = m_area->subWindowList(QMdiArea::ActivationHistoryOrder);
+    if (subWindows.size() < 2 || subWindows.last() != closed || history.last() != closed)
+        return;
+    QMdiSubWindow *neighbour = subWindows.at(subWindows.size() - 2);
+    m_area->setActiveSubWindow(neighbour);
+    neighbour->showMaximized();
 }
 
 void SpectrumTabs::showTitle(QMdiSubWindow *subWindow) const

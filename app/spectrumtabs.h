@@ -28,6 +28,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void showNeighbourOf(const QObject *closed);
     void showTitle(QMdiSubWindow *subWindow) const;
     void noteFocus(QWidget *focused);
     void settleFocus(const QMdiSubWindow *subWindow) const;

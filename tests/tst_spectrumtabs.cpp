@@ -7,11 +7,13 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QDockWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTabBar>
 #include <QTest>
 #include <QToolButton>
@@ -143,6 +145,71 @@ private slots:
         Fixture::field(f.spectra().constLast(), u"lineEditTitle"_s)->setPlainText(u"D & E"_s);
         QCOMPARE(f.tabs()->tabText(0), u"B"_s);
         QCOMPARE(f.tabs()->tabText(1), u"D && E"_s);
+    }
+
+    void closingATabShowsItsNeighbour_data()
+    {
+        QTest::addColumn<QString>("way");
+        QTest::addColumn<int>("closed");
+        QTest::addColumn<int>("shown"); // by the numbers from before
+        for (const QString &way : {u"menu"_s, u"Ctrl+W"_s}) {
+            const QByteArray name = way.toLatin1();
+            QTest::addRow("the last, by %s", name.constData()) << way << 3 << 2;
+            QTest::addRow("one in the middle, by %s", name.constData()) << way << 1 << 2;
+            QTest::addRow("the first, by %s", name.constData()) << way << 0 << 1;
+        }
+    }
+    void closingATabShowsItsNeighbour()
+    {
+        QFETCH(QString, way);
+        QFETCH(int, closed);
+        QFETCH(int, shown);
+        Fixture f;
+        for (const auto &title : {u"0"_s, u"1"_s, u"2"_s, u"3"_s})
+            f.add(title);
+        const QList<QMdiSubWindow *> before = f.area()->subWindowList();
+        f.area()->setActiveSubWindow(before.at(closed));
+        QSignalSpy activated(f.area(), &QMdiArea::subWindowActivated);
+        if (way == u"menu"_s)
+            f.trigger(u"actionDelete"_s);
+        else
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(f.area()->subWindowList().size(), 3);
+        QCOMPARE(f.area()->activeSubWindow(), before.at(shown));
+        QVERIFY(before.at(shown)->isMaximized());
+        QVERIFY(before.at(shown)->isAncestorOf(QApplication::focusWidget()));
+        QCOMPARE(f.tabs()->tabText(f.tabs()->currentIndex()), QString::number(shown));
+        // None comes up on the way.
+        for (const QList<QVariant> &arguments : activated) {
+            auto *subWindow = arguments.value(0).value<QMdiSubWindow *>();
+            QVERIFY(!subWindow || subWindow == before.at(shown));
+        }
+    }
+
+    void closingTheLastTabWhileAFloatingDockHasTheKeyboardShowsItsNeighbour()
+    {
+        Fixture f;
+        for (const auto &title : {u"0"_s, u"1"_s, u"2"_s})
+            f.add(title);
+        f.find<QDockWidget>(u"speciesDock"_s)->setFloating(true);
+        CleanTextEdit *name = f.field(u"lineEditSpecies"_s);
+        name->activateWindow();
+        name->setFocus();
+        QTRY_VERIFY(name->hasFocus());
+        f.trigger(u"actionDelete"_s);
+        QCOMPARE(f.area()->currentSubWindow(), f.area()->subWindowList().at(1));
+        QCOMPARE(f.tabs()->currentIndex(), 1);
+    }
+
+    void aLastTabThatRefusesToCloseStays()
+    {
+        Fixture f;
+        for (const auto &title : {u"0"_s, u"1"_s, u"2"_s})
+            f.add(title);
+        new Refusal(f.spectra().constLast());
+        f.trigger(u"actionDelete"_s);
+        QCOMPARE(f.area()->activeSubWindow(), f.area()->subWindowList().at(2));
+        QCOMPARE(f.area()->subWindowList().size(), 3);
     }
 
     void theTabsAreThereAgainWhenAllWereClosed_data()
