@@ -150,8 +150,10 @@ void MainWindow::openToTheKeyboard()
 void MainWindow::updateWindowTitle(bool isModified)
 {
     modified = isModified;
-    const QString name =
-        currentFile.isEmpty() ? tr("(untitled)") : QFileInfo(currentFile).fileName();
+    QString name = currentFile.isEmpty() ? tr("(untitled)") : QFileInfo(currentFile).fileName();
+    // Alone it would be Qt's place for a mark of its own; doubled, it is shown as it is.
+    const QLatin1String placeholder("[*]");
+    name.replace(placeholder, placeholder + placeholder);
     const QString mark = modified ? QStringLiteral(" *") : QString();
     setWindowTitle(tr("ZORAVEL Entry Edit - %1%2").arg(name, mark));
 }

@@ -21,6 +21,7 @@
 #include <QSettings>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 namespace
 {
@@ -200,6 +201,26 @@ private slots:
         fixture.window.setModified();
         QCOMPARE(fixture.window.windowTitle(),
                  QStringLiteral("ZORAVEL Entry Edit - Benzene.JSON *"));
+    }
+
+    // "[*]" is Qt's place for a mark.
+    void titleShowsTheNameOfTheFileLetterByLetter_data()
+    {
+        QTest::addColumn<QString>("name");
+        for (const char *name :
+             {"a[*].json", "[*]", "a[*][*]b[*].json", "a[[*]*].json", "%1 &b.json"})
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+    void titleShowsTheNameOfTheFileLetterByLetter()
+    {
+        QFETCH(QString, name);
+        MainWindowFixture fixture;
+        writeFile(fixture.path(name), speciesFileWith(QStringLiteral("water")));
+        QVERIFY(fixture.window.loadSpeciesFile(fixture.path(name)));
+        const QString title = QStringLiteral("ZORAVEL Entry Edit - ") + name;
+        QCOMPARE(fixture.window.windowHandle()->title(), title);
+        fixture.window.setModified();
+        QCOMPARE(fixture.window.windowHandle()->title(), title + QStringLiteral(" *"));
     }
 
     void rightAfterCleanUpTheTitleCarriesNoMark()
