@@ -24,6 +24,14 @@ QJsonDocument clipboardDocument()
     return QJsonDocument::fromJson(QGuiApplication::clipboard()->text().toUtf8());
 }
 
+// The spectrum file's object of what is shown, also of what has just been typed.
+QJsonObject shownSpectrum(SpectrumWindow *window)
+{
+    window->commitEdits();
+    window->readPendingPoints();
+    return spectrumFileObject(window->toJson());
+}
+
 } // namespace
 
 QList<SpectrumWindow *> MainWindow::spectrumWindows() const
@@ -106,9 +114,8 @@ void MainWindow::saveSpectrumToFile()
                                                           tr("JSON Files (*.json);;All Files (*)"));
     if (fileName.isEmpty())
         return;
-    window->commitEdits();
-    const bool isWritten = behindWaitCursor(
-        [&] { return writeJsonObject(fileName, spectrumFileObject(window->toJson())); });
+    const bool isWritten =
+        behindWaitCursor([&] { return writeJsonObject(fileName, shownSpectrum(window)); });
     if (!isWritten) {
         showMessage(this, QMessageBox::Warning, errorTitle, tr("Could not open file for writing"));
         return;
@@ -124,8 +131,7 @@ void MainWindow::copySpectrumToClipboard()
         return;
     }
     const WaitCursor waitCursor;
-    window->commitEdits();
-    const QJsonDocument document(spectrumFileObject(window->toJson()));
+    const QJsonDocument document(shownSpectrum(window));
     QGuiApplication::clipboard()->setText(
         QString::fromUtf8(document.toJson(QJsonDocument::Compact)));
 }

@@ -23,6 +23,7 @@ namespace
 {
 
 const QString title = QStringLiteral("Title");
+const QLatin1String energies("E");
 
 QJsonObject spectrumFile(const QString &name)
 {
@@ -262,6 +263,41 @@ private slots:
         QCOMPARE(copied[title].toString(), QStringLiteral("PES of water"));
         QVERIFY(field->hasFocus());
         QCOMPARE(field->textCursor().position(), 12);
+    }
+
+    // Nothing would tell later that what was copied is older than what is shown.
+    void pointsThatWereJustTypedAreCopiedAndExported()
+    {
+        MainWindowFixture fixture;
+        fixture.window.createNewSpectrumWindow(spectrumFile(QStringLiteral("one")));
+        const SpectrumWindow *spectrum = fixture.spectra().value(0);
+        MainWindowFixture::typePoints(spectrum, QStringLiteral("9.5 3\n"));
+        fixture.trigger(QStringLiteral("actionCopy"));
+        const QJsonObject copied = QJsonDocument::fromJson(clipboardText().toUtf8()).object();
+        QCOMPARE(copied[energies].toArray(), (QJsonArray{9.5, 10.5, 11.25, 12}));
+
+        MainWindowFixture::typePoints(spectrum, QStringLiteral("9.25 4\n"));
+        const QString file = fixture.path(QStringLiteral("s.json"));
+        Dialogs dialogs;
+        dialogs.choose(file);
+        fixture.trigger(QStringLiteral("actionSaveSpectrumAs"));
+        QCOMPARE(fileObject(file)[energies].toArray(), (QJsonArray{9.5, 9.25, 10.5, 11.25, 12}));
+        QCOMPARE(MainWindowFixture::points(spectrum)->toPlainText(),
+                 QStringLiteral("9.5 3\n9.25 4\n10.5; 1\n11.25; 2.5\n12; 0"));
+    }
+
+    // The file of the entry does not have the points that the copy has.
+    void copyingPointsThatASaveLeftOutMarksTheDocument()
+    {
+        MainWindowFixture fixture;
+        const QString file = fixture.path(QStringLiteral("a.json"));
+        writeFile(file, speciesFileWith(QStringLiteral("water"), {QStringLiteral("one")}));
+        QVERIFY(fixture.window.loadSpeciesFile(file));
+        MainWindowFixture::typePoints(fixture.spectra().value(0), QStringLiteral("9.5 3\n"));
+        fixture.trigger(QStringLiteral("actionSaveSpecies"));
+        QVERIFY(!fixture.isModified());
+        fixture.trigger(QStringLiteral("actionCopy"));
+        QVERIFY(fixture.isModified());
     }
 
     void theSpectrumThatIsShownIsCopiedWhileTheFloatingDockHasTheFocus()
