@@ -161,12 +161,12 @@ void MainWindow::saveSpeciesAs()
 
 void MainWindow::saveSpeciesToFile()
 {
-    if (!writeSpecies()) {
-        showMessage(this, QMessageBox::Warning, QStringLiteral("Error"),
-                    QStringLiteral("Could not open file for writing."));
-        return;
-    }
-    updateWindowTitle(false);
+    const bool isWritten = writeSpecies();
+    // Whatever the file holds after a failure, under a new name above all, it is not the document.
+    updateWindowTitle(!isWritten);
+    if (!isWritten)
+        showMessage(this, QMessageBox::Warning, tr("Error"),
+                    tr("Could not open file for writing."));
 }
 
 bool MainWindow::writeSpecies()

@@ -504,12 +504,19 @@ private slots:
         QCOMPARE(fixture.window.lastfolder(), fixture.folder() + QStringLiteral("/sub"));
     }
 
-    void aSaveThatFailsKeepsTheDocumentModifiedButUnderTheNewName()
+    void aSaveAsThatFailsLeavesAModifiedDocumentUnderTheNewName_data()
     {
+        QTest::addColumn<bool>("isModified");
+        QTest::newRow("with changes") << true;
+        QTest::newRow("without changes") << false;
+    }
+    void aSaveAsThatFailsLeavesAModifiedDocumentUnderTheNewName()
+    {
+        QFETCH(bool, isModified);
         MainWindowFixture fixture;
         loadInto(fixture, {});
         QDir().mkpath(fixture.path(QStringLiteral("taken.json")));
-        fixture.window.setModified();
+        fixture.window.updateWindowTitle(isModified);
         Dialogs dialogs;
         dialogs.handle([&](QWidget *dialog) {
             // The folder of that name appears after the dialog has been left.
@@ -526,6 +533,27 @@ private slots:
         QCOMPARE(dialogs.boxes.value(0).text, QStringLiteral("Could not open file for writing."));
         QCOMPARE(dialogs.boxes.value(0).icon, QMessageBox::Warning);
         QCOMPARE(fixture.window.windowTitle(), QStringLiteral("ZORAVEL Entry Edit - taken.json *"));
+        dialogs.press(QMessageBox::Discard);
+        QVERIFY(fixture.window.close());
+        QCOMPARE(dialogs.boxes.value(1).text, QStringLiteral("The species has been modified."));
+    }
+
+    void aSaveThatFailsMarksTheDocument()
+    {
+        MainWindowFixture fixture;
+        const QString file = loadInto(fixture, {});
+        QVERIFY(QFile::remove(file));
+        QVERIFY(QDir().mkpath(file));
+        QVERIFY(!fixture.isModified());
+        Dialogs dialogs;
+        QString titleBehindTheBox;
+        dialogs.handle([&](QWidget *box) {
+            titleBehindTheBox = fixture.window.windowTitle();
+            box->close();
+        });
+        fixture.trigger(QStringLiteral("actionSaveSpecies"));
+        QCOMPARE(titleBehindTheBox, QStringLiteral("ZORAVEL Entry Edit - entry.json *"));
+        QVERIFY(fixture.isModified());
     }
 
     void afterALoadTheFirstSpectrumIsActiveAndTheTitleUnmarked()
