@@ -17,8 +17,6 @@
 namespace
 {
 
-constexpr QLatin1String errorTitle("Error");
-
 QJsonDocument clipboardDocument()
 {
     return QJsonDocument::fromJson(QGuiApplication::clipboard()->text().toUtf8());
@@ -89,11 +87,11 @@ bool MainWindow::loadJSONSpectrum()
     const std::optional<QJsonObject> spectrum =
         behindWaitCursor([&] { return readJsonObject(fileName); });
     if (!spectrum) {
-        showMessage(this, QMessageBox::Warning, errorTitle, tr("Could not open file for reading"));
+        showMessage(this, QMessageBox::Warning, tr("Error"), tr("Could not open file for reading"));
         return false;
     }
     if (!hasType(*spectrum, spectrumFileType)) {
-        showMessage(this, QMessageBox::Critical, errorTitle,
+        showMessage(this, QMessageBox::Critical, tr("Error"),
                     tr("Spectrum not found in JSON file. Load aborted."));
         return false;
     }
@@ -106,7 +104,7 @@ void MainWindow::saveSpectrumToFile()
 {
     SpectrumWindow *window = currentSpectrumWindow();
     if (!window) {
-        showMessage(this, QMessageBox::Warning, errorTitle,
+        showMessage(this, QMessageBox::Warning, tr("Error"),
                     tr("No active spectrum window to save."));
         return;
     }
@@ -117,7 +115,7 @@ void MainWindow::saveSpectrumToFile()
     const bool isWritten =
         behindWaitCursor([&] { return writeJsonObject(fileName, shownSpectrum(window)); });
     if (!isWritten) {
-        showMessage(this, QMessageBox::Warning, errorTitle, tr("Could not open file for writing"));
+        showMessage(this, QMessageBox::Warning, tr("Error"), tr("Could not open file for writing"));
         return;
     }
     setlastfolder(fileName);
@@ -127,7 +125,7 @@ void MainWindow::copySpectrumToClipboard()
 {
     SpectrumWindow *window = currentSpectrumWindow();
     if (!window) {
-        showMessage(this, QMessageBox::Warning, errorTitle, tr("No spectrum window is selected."));
+        showMessage(this, QMessageBox::Warning, tr("Error"), tr("No spectrum window is selected."));
         return;
     }
     const WaitCursor waitCursor;
@@ -140,12 +138,12 @@ void MainWindow::pasteSpectrumFromClipboard()
 {
     const QJsonDocument document = behindWaitCursor(clipboardDocument);
     if (!document.isObject()) {
-        showMessage(this, QMessageBox::Warning, errorTitle,
+        showMessage(this, QMessageBox::Warning, tr("Error"),
                     tr("Clipboard does not contain a valid spectrum."));
         return;
     }
     if (!hasType(document.object(), spectrumFileType)) {
-        showMessage(this, QMessageBox::Critical, errorTitle, tr("Format error, cannot paste."));
+        showMessage(this, QMessageBox::Critical, tr("Error"), tr("Format error, cannot paste."));
         return;
     }
     createNewSpectrumWindow(document.object());

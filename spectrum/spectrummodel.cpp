@@ -146,7 +146,7 @@ void SpectrumModel::makePointsSparser()
     constexpr int energyDecimals = 3;
     constexpr int intensityDecimals = 2;
     if (value(SpectrumColumn::LineSpectrum).toBool()) {
-        warn(QStringLiteral("Cannot resample line spectra"));
+        warn(tr("Cannot resample line spectra"));
         return;
     }
     const auto resample = [this] {
@@ -158,7 +158,7 @@ void SpectrumModel::makePointsSparser()
                && std::get<ResampleError>(result) == ResampleError::GridTooLarge;
     };
     if (resample())
-        warn(QStringLiteral("Energy range too large to resample"));
+        warn(tr("Energy range too large to resample"));
 }
 
 void SpectrumModel::emitSpectrumDataChanged()
@@ -196,6 +196,5 @@ void SpectrumModel::rewritePoints(const QStringList &lines)
 
 void SpectrumModel::warn(const QString &text)
 {
-    QMessageBox::warning(qobject_cast<QWidget *>(parent()), QStringLiteral("Error"), text,
-                         QMessageBox::Ok);
+    QMessageBox::warning(qobject_cast<QWidget *>(parent()), tr("Error"), text, QMessageBox::Ok);
 }

@@ -4,6 +4,7 @@
 #include "database/createdatabase.h"
 #include "spectrum/spectrumwindow.h"
 #include "support/dialogs.h"
+#include "support/files.h"
 #include "support/mainwindowfixture.h"
 #include "support/warnings.h"
 
@@ -11,18 +12,25 @@
 #include <QAction>
 #include <QChart>
 #include <QChartView>
+#include <QClipboard>
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QDockWidget>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QMenu>
+#include <QPushButton>
 #include <QTest>
 #include <QToolBar>
 #include <QTranslator>
 #include <QValueAxis>
+
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -40,6 +48,8 @@ private slots:
     void translatesASpectrumWindow();
     void translatesTheDatabaseDialog();
     void translatesMessages();
+    void translatesEveryError_data();
+    void translatesEveryError();
     void keepsShortcuts();
 };
 
@@ -115,7 +125,50 @@ void translate()
     installTranslation(folder, QLocale(QLocale::German));
 }
 
+// What leads to a box, or what is done before it.
+using Step = std::function<void(MainWindowFixture &, Dialogs &)>;
+
+const Step nothing = [](auto &, auto &) {};
+
+Step trigger(const char *action)
+{
+    return [action](const MainWindowFixture &f, auto &) { f.trigger(QLatin1String(action)); };
+}
+
+Step copy(const QString &text)
+{
+    return [text](auto &, auto &) { QGuiApplication::clipboard()->setText(text); };
+}
+
+Step resample(const QJsonObject &spectrum)
+{
+    return [spectrum](MainWindowFixture &f, auto &) {
+        f.window.createNewSpectrumWindow(spectrum);
+        f.spectra().constFirst()->findChild<QPushButton *>(u"buttonSparse"_s)->click();
+    };
+}
+
+const Step chooseAnEmptyObject = [](MainWindowFixture &f, Dialogs &dialogs) {
+    writeFile(f.path(u"a.json"_s), QByteArray("{}"));
+    dialogs.choose(f.path(u"a.json"_s));
+};
+
+// The folder of the file is gone when the dialog is over.
+const Step chooseInAFolderThatGoes = [](MainWindowFixture &f, Dialogs &dialogs) {
+    f.trigger(u"actionNew"_s);
+    const QString gone = f.path(u"folder"_s);
+    QDir().mkpath(gone);
+    dialogs.handle([gone](QWidget *widget) {
+        auto *dialog = qobject_cast<QDialog *>(widget);
+        widget->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(gone + u"/a.json"_s);
+        QObject::connect(dialog, &QDialog::finished, dialog, [gone] { QDir().rmdir(gone); });
+        dialog->accept();
+    });
+};
+
 } // namespace
+
+Q_DECLARE_METATYPE(Step)
 
 void TestTranslation::init()
 {
@@ -212,6 +265,46 @@ void TestTranslation::translatesMessages()
     QVERIFY(!f.window.loadJSONSpecies(u"/nowhere.json"_s));
     QCOMPARE(dialogs.boxes[1].title, u"Error"_s);
     QCOMPARE(dialogs.boxes[1].text, u"Could not open file for reading"_s);
+}
+
+void TestTranslation::translatesEveryError_data()
+{
+    QTest::addColumn<Step>("answer");
+    QTest::addColumn<Step>("act");
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *text, const Step &answer, const Step &act) {
+        QTest::newRow(text) << answer << act << QString::fromLatin1(text);
+    };
+    const Step escape = [](auto &, Dialogs &dialogs) { dialogs.escape(); };
+    row("Could not open file for writing.", chooseInAFolderThatGoes, trigger("actionSaveSpecies"));
+    row("Could not open file for writing", chooseInAFolderThatGoes,
+        trigger("actionSaveSpectrumAs"));
+    row("Could not open file for reading", escape, trigger("actionLoadSpectrum"));
+    row("Spectrum not found in JSON file. Load aborted.", chooseAnEmptyObject,
+        trigger("actionLoadSpectrum"));
+    row("No active spectrum window to save.", nothing, trigger("actionSaveSpectrumAs"));
+    row("No spectrum window is selected.", nothing, trigger("actionCopy"));
+    row("Clipboard does not contain a valid spectrum.", copy(u"x"_s), trigger("actionPaste"));
+    row("Format error, cannot paste.", copy(u"{}"_s), trigger("actionPaste"));
+    row("Cannot resample line spectra", nothing, resample({{u"LineSpectrum"_s, true}}));
+    row("Energy range too large to resample", nothing,
+        resample({{u"E"_s, QJsonArray{1, 1e9}}, {u"I"_s, QJsonArray{1, 2}}}));
+}
+
+void TestTranslation::translatesEveryError()
+{
+    QFETCH(Step, answer);
+    QFETCH(Step, act);
+    QFETCH(QString, text);
+    translate();
+    MainWindowFixture f;
+    Dialogs dialogs;
+    answer(f, dialogs);
+    dialogs.press();
+    act(f, dialogs);
+    QCOMPARE(dialogs.boxes.size(), 1);
+    QCOMPARE(dialogs.boxes[0].title, u"«Error»"_s);
+    QCOMPARE(dialogs.boxes[0].text, QString(u'«' + text + u'»'));
 }
 
 void TestTranslation::keepsShortcuts()

@@ -474,6 +474,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Could not open file for writing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Open Spectrum JSON File</source>
         <translation type="unfinished"></translation>
     </message>
@@ -534,6 +538,21 @@
     </message>
     <message>
         <source>%1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>SpectrumModel</name>
+    <message>
+        <source>Cannot resample line spectra</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Energy range too large to resample</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
