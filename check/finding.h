@@ -19,6 +19,7 @@ struct Finding {
     QString message; // what is wrong, in one sentence without a full stop
     QString hint;    // how to mend it; may be empty
     QString source;  // the line of the file and a caret below, where only the place explains it
+    bool endsReading = false; // nothing behind this place could be read, nor checked
 
     // The path as those have it who compare it with the paths in a repository: without "./".
     [[nodiscard]] QString plainPath() const { return QDir::cleanPath(path); }

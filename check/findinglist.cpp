@@ -58,12 +58,12 @@ void FindingList::addAtByte(Check check, qsizetype offset, const QString &messag
 {
     const TextPosition position = m_positions.at(offset);
     append(check, {{}, position.line, position.column}, message, hint, {},
-           sourceAt(m_bytes, offset));
+           sourceAt(m_bytes, offset), true);
 }
 
 void FindingList::addForFile(Check check, const QString &message, const QString &hint)
 {
-    append(check, {}, message, hint, {});
+    append(check, {}, message, hint, {}, {}, true);
 }
 
 Place FindingList::placeOf(const JsonValue &value)
@@ -74,7 +74,7 @@ Place FindingList::placeOf(const JsonValue &value)
 
 void FindingList::append(Check check, const Place &place, const QString &message,
                          const QString &hint, std::optional<Severity> severity,
-                         const QString &source)
+                         const QString &source, bool endsReading)
 {
     m_found.set(static_cast<std::size_t>(check));
     if (!m_enabled.test(static_cast<std::size_t>(check)))
@@ -87,5 +87,6 @@ void FindingList::append(Check check, const Place &place, const QString &message
                        .column = place.column,
                        .message = message,
                        .hint = hint,
-                       .source = source});
+                       .source = source,
+                       .endsReading = endsReading});
 }

@@ -33,9 +33,9 @@ public:
                   const QString &hint = {});
     // At a byte of a document, for what has no pointer.
     void addAt(Check check, qsizetype offset, const QString &message, const QString &hint = {});
-    // At a byte of a text that is no document; shows the line and a caret.
+    // At a byte where reading ends, as the text is no document; shows the line and a caret.
     void addAtByte(Check check, qsizetype offset, const QString &message, const QString &hint = {});
-    // About the file as a whole.
+    // About a file that cannot be read.
     void addForFile(Check check, const QString &message, const QString &hint = {});
 
     // Whether the check has found something, asked for or not.
@@ -49,7 +49,8 @@ public:
 
 private:
     void append(Check check, const Place &place, const QString &message, const QString &hint,
-                std::optional<Severity> severity, const QString &source = {});
+                std::optional<Severity> severity, const QString &source = {},
+                bool endsReading = false);
 
     QString m_path;
     const QByteArray &m_bytes;

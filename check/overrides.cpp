@@ -41,6 +41,8 @@ std::variant<Override, OverrideError> parseLine(const QString &text, int line)
     const std::optional<Check> check = checkOfId(id);
     if (!check)
         return OverrideError{line, QStringLiteral("there is no check \"%1\"").arg(id)};
+    if (*check == Check::Unreadable)
+        return OverrideError{line, QStringLiteral("what cannot be read is always said")};
     if (match.captured(4).isEmpty())
         return OverrideError{line, QStringLiteral("the reason is missing")};
     const QString glob = match.captured(1) + match.captured(2);

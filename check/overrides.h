@@ -16,7 +16,8 @@
 //
 // with "#" at the start of comments. In a glob "*" and "?" stand for characters of one name, "**"
 // for any folders; it is compared with the whole path or with what follows one of its slashes. A
-// glob with blanks is put in double quotes. The reason must not be missing.
+// glob with blanks is put in double quotes. The reason must not be missing. That a file cannot be
+// read is never right.
 struct Override {
     QRegularExpression files;
     Check check;

@@ -41,8 +41,12 @@ say. "zoravel explain ID" explains a check.
 A file of overrides has a line "GLOB ID REASON" for each finding that was looked at
 and found to be right; lines that nothing needs any more are reported.
 
+What cannot be read is said whatever is asked for, also a link "*.json" in a folder that
+leads nowhere.
+
 The status is 1 if something at or above the level of --fail-on is reported, and 3 if
-a file cannot be read or a folder has none.
+a file or folder cannot be read, a folder has no file, or checks that were asked for
+could not be made, as the file is no JSON.
 
 Examples:
   zoravel check species/
@@ -59,10 +63,21 @@ struct Settings {
     std::optional<Severity> failOn; // nothing for "never"
     Severity minSeverity = Severity::Note;
     bool coloured = false;
+    CheckSet asked = CheckSet().set();
     CheckOptions check;
     QList<Override> overrides;
     QString overridesName;
 };
+
+// The checks that say why a file cannot be read: without it no other check is made.
+CheckSet checksOfReading()
+{
+    CheckSet set;
+    for (const Check check :
+         {Check::Unreadable, Check::NotUtf8, Check::JsonSyntax, Check::NumberRange})
+        set.set(static_cast<std::size_t>(check));
+    return set;
+}
 
 class SettingsReader
 {
@@ -86,8 +101,9 @@ public:
                             || (colour == "auto" && m_console.isOutTerminal()
                                 && qEnvironmentVariableIsEmpty("NO_COLOR"));
         if (m_arguments.has("only"))
-            settings.check.file.enabled = checks("only");
-        settings.check.file.enabled &= ~checks("skip");
+            settings.asked = checks("only");
+        settings.asked &= ~checks("skip");
+        settings.check.file.enabled = settings.asked | checksOfReading();
         settings.check.jobs = jobs();
         readOverrides(settings);
         if (m_refusal)
@@ -186,6 +202,11 @@ QByteArray reportAs(const QByteArray &format, const Report &report, bool coloure
     return textReport(report, coloured);
 }
 
+bool isAsked(const Settings &settings, const Finding &finding)
+{
+    return settings.asked.test(static_cast<std::size_t>(finding.check));
+}
+
 QList<Finding> findingsOf(const CheckInputs &inputs, Settings &settings, Console &console)
 {
     const auto total = static_cast<qsizetype>(inputs.files.size());
@@ -197,10 +218,9 @@ QList<Finding> findingsOf(const CheckInputs &inputs, Settings &settings, Console
     QList<Finding> findings = checkFiles(inputs.files, settings.check);
     progress.clear();
     applyOverrides(settings.overrides, settings.overridesName, findings);
-    const CheckSet enabled = settings.check.file.enabled;
     findings.removeIf([&](const Finding &finding) {
         return finding.severity < settings.minSeverity
-               || !enabled.test(static_cast<std::size_t>(finding.check));
+               || (!finding.endsReading && !isAsked(settings, finding));
     });
     return findings;
 }
@@ -223,8 +243,13 @@ int run(const Arguments &arguments, Console &console)
     const auto has = [&](auto predicate) {
         return std::any_of(report.findings.cbegin(), report.findings.cend(), predicate);
     };
-    if (inputs.failed
-        || has([](const Finding &finding) { return finding.check == Check::Unreadable; }))
+    // Where a file is no JSON, that is a finding for who asked for it. Who asked for other checks did
+    // not get them.
+    const auto isUnread = [&](const Finding &finding) {
+        return finding.endsReading
+               && (finding.check == Check::Unreadable || !isAsked(settings, finding));
+    };
+    if (inputs.failed || has(isUnread))
         return exitFailure;
     const bool fails = settings.failOn && has([&](const Finding &finding) {
                            return finding.severity >= *settings.failOn;

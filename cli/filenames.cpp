@@ -61,9 +61,10 @@ QByteArray childName(const QByteArray &folder, const QByteArray &child)
     return folder.endsWith('/') ? QByteArray(folder + child) : QByteArray(folder + '/' + child);
 }
 
-// The folder's own names that the toolkit does not list, as they are no texts, and its subfolders.
+// The folder's subfolders and those names of JSON files that Qt does not list: names that are no
+// texts, links that lead nowhere, pipes.
 struct RawListing {
-    QByteArrayList oddFiles;
+    QByteArrayList otherFiles;
     QByteArrayList subfolders;
     bool complete = true;
 };
@@ -78,10 +79,14 @@ RawListing listRaw(const QByteArray &folder)
         std::error_code unknown;
         if (name.startsWith('.'))
             continue;
-        if (fs::is_directory(it->symlink_status(unknown)))
+        if (fs::is_directory(it->symlink_status(unknown))) {
             listing.subfolders.append(name);
-        else if (!isText(name) && name.toLower().endsWith(".json") && it->is_regular_file(unknown))
-            listing.oddFiles.append(name);
+            continue;
+        }
+        const bool isFile = it->is_regular_file(unknown);
+        if (name.toLower().endsWith(".json") && !it->is_directory(unknown)
+            && !(isFile && isText(name)))
+            listing.otherFiles.append(name);
     }
     listing.complete = !error;
     return listing;
@@ -129,7 +134,7 @@ private:
         const RawListing raw = listRaw(folder);
         if (!raw.complete)
             m_inputs.unreadableFolders.append(folder);
-        for (const QByteArray &file : jsonFiles(path, raw.oddFiles)) {
+        for (const QByteArray &file : jsonFiles(path, raw.otherFiles)) {
             const QByteArray name = childName(folder, file);
             if (m_leftOut.empty() || canonical(name) != m_leftOut)
                 m_inputs.files.append({name, childPath(path, file, name), false});
@@ -146,12 +151,12 @@ private:
         return name.isEmpty() ? fs::path() : fs::weakly_canonical(nativePath(name), error);
     }
 
-    static QByteArrayList jsonFiles(const QString &path, const QByteArrayList &oddFiles)
+    static QByteArrayList jsonFiles(const QString &path, const QByteArrayList &otherFiles)
     {
         QByteArrayList names;
         for (const QString &name : jsonFilesIn(path))
             names.append(name.toUtf8());
-        return oddFiles.isEmpty() ? names : inNaturalOrder(names + oddFiles);
+        return otherFiles.isEmpty() ? names : inNaturalOrder(names + otherFiles);
     }
 
     static QString childPath(const QString &path, const QByteArray &child, const QByteArray &name)

@@ -33,7 +33,8 @@ struct InputList {
 // The files that operands name, in their order. A folder stands for its files "*.json" in the order
 // in which the editor steps through them, then those of its subfolders, in natural order too;
 // hidden files and folders and links to folders are left out. So is the file named leftOut, where
-// it is found in a folder and not named itself. A name at which there is nothing stays in the list.
+// it is found in a folder and not named itself. A name at which there is nothing stays in the list,
+// and so does a link "*.json" in a folder that leads nowhere: who reads it says so.
 [[nodiscard]] InputList listInputs(const QByteArrayList &operands, const QByteArray &leftOut = {});
 
 // A file to write.

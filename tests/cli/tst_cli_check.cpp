@@ -168,6 +168,58 @@ private slots:
             "gone.json:1:1: error: The file cannot be read: it does not exist [unreadable]\n"));
     }
 
+    void whatCannotBeReadIsSaidWhateverIsAskedFor_data()
+    {
+        QTest::addColumn<QByteArrayList>("options");
+        QTest::newRow("another check only") << QByteArrayList{"--only", "cas-form"};
+        QTest::newRow("skipped") << QByteArrayList{"--skip=unreadable,json-syntax"};
+        QTest::newRow("never fails") << QByteArrayList{"--only=cas-form", "--fail-on=never"};
+        QTest::newRow("as a report") << QByteArrayList{"--only=cas-form", "--format=github"};
+    }
+
+    void whatCannotBeReadIsSaidWhateverIsAskedFor()
+    {
+        QFETCH(QByteArrayList, options);
+        TestConsole console;
+        QCOMPARE(console.run(QByteArrayList{"check", "gone.json"} + options), 3);
+        QVERIFY(console.output.contains("The file cannot be read: it does not exist"));
+        // No check that was asked for could be made in a file that is no JSON either.
+        writeFile(QStringLiteral("broken.json"), "{\"Type\": \"Species v1\"");
+        QCOMPARE(console.run(QByteArrayList{"check", "broken.json"} + options), 3);
+        QVERIFY(console.output.contains("The file ends inside an object"));
+        QCOMPARE(console.run(QByteArrayList{"check", "gone.json", "broken.json"} + options), 3);
+        QVERIFY(console.output.contains("cannot be read"));
+        QVERIFY(console.output.contains("inside an object"));
+        writeFile(QStringLiteral("broken.json"), "{\"Type\": \"\xe9\"}");
+        QCOMPARE(console.run(QByteArrayList{"check", "--only=cas-form", "broken.json"}), 3);
+        QVERIFY(console.output.contains("is not UTF-8"));
+        writeFile(QStringLiteral("broken.json"), "{\"Type\": 1e999}");
+        QCOMPARE(console.run(QByteArrayList{"check", "--only=cas-form", "broken.json"}), 3);
+        QVERIFY(console.output.contains("too large for a double"));
+    }
+
+    void whatCannotBeReadIsNotOverridden()
+    {
+        writeFile(QStringLiteral("known"), "gone.json unreadable it comes back\n");
+        TestConsole console;
+        QCOMPARE(console.run({"check", "--overrides=known", "gone.json"}), 2);
+        QCOMPARE(console.errors, QByteArray("zoravel: known:1: what cannot be read is always "
+                                            "said\n"));
+        writeFile(QStringLiteral("known"), "b.json json-syntax it is so\n");
+        QCOMPARE(console.run({"check", "--overrides=known", "b.json"}), 1);
+    }
+
+    void aLinkInAFolderThatLeadsNowhereIsSaid()
+    {
+        QVERIFY(QFile::link(QStringLiteral("gone.json"), QStringLiteral("sub/b.json")));
+        TestConsole console;
+        QCOMPARE(console.run({"check", "--only=cas-form", "sub"}), 3);
+        QCOMPARE(console.output,
+                 QByteArray("sub/b.json:1:1: error: The file cannot be read: it is a link that "
+                            "leads nowhere [unreadable]\n"
+                            "1 error, 0 warnings and 0 notes in 2 files\n"));
+    }
+
     void nothingToCheckIsWrongUsage()
     {
         TestConsole console;

@@ -86,6 +86,24 @@ private slots:
             QCOMPARE(readFileBytes(file.path), QByteArray("{}"));
     }
 
+    void whatIsNoFileUnderTheNameOfOneIsListedToo()
+    {
+        writeFile(path(QStringLiteral("a.json")), "{}");
+        writeFile(path(QStringLiteral("c.json")), "{}");
+        QDir().mkpath(path(QStringLiteral("folder")));
+        QVERIFY(QFile::link(path(QStringLiteral("gone")), path(QStringLiteral("b.JSON"))));
+        QVERIFY(QFile::link(path(QStringLiteral("gone")), path(QStringLiteral("b.txt"))));
+        QVERIFY(QFile::link(path(QStringLiteral("folder")), path(QStringLiteral("f.json"))));
+        QVERIFY(mkfifo(QByteArray(root() + "/pipe.json").constData(), 0600) == 0);
+        const InputList list = listInputs({root()});
+        QCOMPARE(namesIn(list), (QByteArrayList{"a.json", "b.JSON", "c.json", "pipe.json"}));
+        QVERIFY(!readFileBytes(list.files[1].path));
+        QVERIFY(!readFileBytes(list.files[3].path));
+        QVERIFY(QFile::remove(path(QStringLiteral("a.json"))));
+        QVERIFY(QFile::remove(path(QStringLiteral("c.json"))));
+        QVERIFY(listInputs({root()}).emptyFolders.isEmpty());
+    }
+
     void operandsKeepTheirOrderAndAreNotLookedAt()
     {
         const InputList list = listInputs({root() + "/z", root() + "/a", root() + "/z"});
