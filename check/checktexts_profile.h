@@ -55,9 +55,9 @@ inline constexpr std::array profileChecks{
         .why =
             QLatin1String("The mass was compared with the average, the monoisotopic and the "
                           "nominal mass of the formula. It agrees with none of them within the "
-                          "uncertainty of the atomic weights and of the mass' last digit, so one "
-                          "of the two is wrong. A difference of less than 0.1 % is a warning: "
-                          "older atomic weights may explain it."),
+                          "range of the official atomic weights since 1961 and the mass' last "
+                          "digit, so one of the two is wrong. A difference of less than 0.1 % is "
+                          "a warning."),
         .mend = QLatin1String("Correct the mass or the formula. The mass is a number in unified "
                               "atomic mass units."),
         .example = QLatin1String("C6H6 with 87.11 instead of 78.11")},
@@ -97,10 +97,11 @@ inline constexpr std::array profileChecks{
         .severity = Severity::Error,
         .summary = QLatin1String("an ionisation energy is not a number"),
         .why =
-            QLatin1String("Programs that use the collection read AIE and VIE as numbers in eV. A "
-                          "number with more around it (an uncertainty, a unit) is a warning."),
-        .mend = QLatin1String("Write the number alone; uncertainties and sources belong into the "
-                              "comment beside it."),
+            QLatin1String("Programs that use the collection read AIE and VIE as numbers in eV, with "
+                          "the uncertainty of the last digits in brackets, if there is one: "
+                          "9.24(3). A number with more around it, such as a unit, is a warning."),
+        .mend = QLatin1String("Write the number, and its uncertainty in brackets; sources belong "
+                              "into the comment beside it."),
         .example = QLatin1String("\"AIE\": \"9.24 eV\"")},
     CheckInfo{
         .check = Check::EnergyRange,

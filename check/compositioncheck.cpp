@@ -49,8 +49,8 @@ std::vector<Formula> readFormula(const JsonValue &value, FindingList &findings)
 double deviation(double mass, double lastDigit, const FormulaMass &expected)
 {
     constexpr double arithmetic = 1e-9;
-    const double low = expected.mass - expected.uncertainty - lastDigit - arithmetic;
-    const double high = expected.mass + expected.uncertainty + lastDigit / 2 + arithmetic;
+    const double low = expected.lowest - lastDigit - arithmetic;
+    const double high = expected.highest + lastDigit / 2 + arithmetic;
     return mass >= low && mass <= high ? 0 : std::abs(mass - expected.mass);
 }
 
@@ -89,7 +89,7 @@ void checkMass(const JsonValue &value, const QString &formula, const std::vector
                  QStringLiteral("Mass %1 does not belong to %2: nearest is its %3 mass %4")
                      .arg(QString::fromLatin1(value.raw()), formula, QLatin1String(nearestName))
                      .arg(nearestMass, 0, 'g', 8),
-                 isSmall ? QStringLiteral("Older atomic weights may explain so small a difference.")
+                 isSmall ? QStringLiteral("No official atomic weight since 1961 explains that.")
                          : QStringLiteral("Correct the mass or the formula."),
                  isSmall ? Severity::Warning : Severity::Error);
 }

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace
 {
@@ -17,6 +18,7 @@ enum class Level { Normal, Sub, Sup };
 struct Sign {
     char16_t c;
     Level level;
+    bool followsBlank = false;
 };
 
 constexpr double largestCount = 100'000;
@@ -70,6 +72,7 @@ std::vector<Sign> signsOf(const QString &markup)
 {
     std::vector<Sign> signs;
     Level level = Level::Normal;
+    bool followsBlank = false;
     const QString text = cleanHtmlContent(markup);
     for (qsizetype at = 0; at < text.size(); ++at) {
         const qsizetype end =
@@ -80,8 +83,11 @@ std::vector<Sign> signsOf(const QString &markup)
                     : tag.startsWith(u"<sup") ? Level::Sup
                                               : Level::Normal;
             at = end;
-        } else if (!text[at].isSpace()) {
+        } else if (text[at].isSpace()) {
+            followsBlank = true;
+        } else {
             signs.push_back(plain(text[at].unicode(), level));
+            signs.back().followsBlank = std::exchange(followsBlank, false);
         }
     }
     return signs;
@@ -143,8 +149,9 @@ private:
             return std::nullopt;
         const Level own = level();
         QString digits;
-        while (isDigit(peek()) && level() == own)
+        do
             digits += QChar(m_signs[m_at++].c);
+        while (isDigit(peek()) && level() == own && !m_signs[m_at].followsBlank);
         if (fraction && peek() == u'.' && isDigit(peek(1))) {
             do
                 digits += QChar(m_signs[m_at++].c);
@@ -181,7 +188,7 @@ private:
             const char16_t c = peek();
             Composition group;
             const bool isSup = level() == Level::Sup;
-            if (isCharge(c) || isChargeOfBracket() || (isSup && isDot(c))
+            if (isCharge(c) || isDetachedCharge() || (isSup && isDot(c))
                 || (isSup && isDigit(c) && !isUpper(afterDigits()))) {
                 charge();
                 continue;
@@ -195,7 +202,7 @@ private:
             m_countLevel.reset();
             m_lastGroup = group;
             m_lastCount = 1;
-            if (isDigit(peek()) && level() != Level::Sup && !isChargeOfBracket()) {
+            if (isDigit(peek()) && level() != Level::Sup && !isDetachedCharge()) {
                 m_countLevel = level();
                 m_lastCount = number().value_or(1);
             }
@@ -205,11 +212,11 @@ private:
         return atoms;
     }
 
-    // After "]" digits and a sign are the charge: [Fe(CN)6]3-.
-    [[nodiscard]] bool isChargeOfBracket() const
+    // After "]" or a blank digits and a sign are the charge: [Fe(CN)6]3-, SO4 2-.
+    [[nodiscard]] bool isDetachedCharge() const
     {
-        return m_at > 0 && m_signs[m_at - 1].c == u']' && isDigit(peek())
-               && isCharge(afterDigits());
+        return m_at > 0 && isDigit(peek()) && isCharge(afterDigits())
+               && (m_signs[m_at - 1].c == u']' || m_signs[m_at].followsBlank);
     }
     [[nodiscard]] char16_t afterDigits() const
     {
@@ -312,7 +319,8 @@ std::map<int, double> elementCounts(const Composition &atoms)
 std::optional<FormulaMass> massOf(const Formula &formula, MassKind kind)
 {
     constexpr double electronMass = 0.000548580; // whether it is counted is not known
-    FormulaMass sum{0, kind == MassKind::Nominal ? 0 : electronMass * std::abs(formula.charge)};
+    const double electrons = kind == MassKind::Nominal ? 0 : electronMass * std::abs(formula.charge);
+    FormulaMass sum{0, -electrons, electrons};
     for (const auto &[atom, count] : formula.atoms) {
         const auto [number, massNumber] = atom;
         const Element &element = elementOf(number);
@@ -320,15 +328,17 @@ std::optional<FormulaMass> massOf(const Formula &formula, MassKind kind)
         if (natural && element.mainIsotope == 0)
             return std::nullopt;
         const int isotope = natural ? element.mainIsotope : massNumber;
-        FormulaMass each{double(isotope), 0};
+        FormulaMass each{double(isotope), double(isotope), double(isotope)};
         if (kind == MassKind::Average && natural) {
-            each = {element.weight, element.uncertainty};
+            each = {element.weight, element.lowest, element.highest};
         } else if (kind != MassKind::Nominal) {
             const NuclideMass nuclide = nuclideMass(number, isotope);
-            each = {nuclide.mass, nuclide.uncertainty};
+            each = {nuclide.mass, nuclide.mass - nuclide.uncertainty,
+                    nuclide.mass + nuclide.uncertainty};
         }
         sum.mass += count * each.mass;
-        sum.uncertainty += count * each.uncertainty;
+        sum.lowest += count * each.lowest;
+        sum.highest += count * each.highest;
     }
     return sum;
 }

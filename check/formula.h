@@ -25,8 +25,8 @@ struct FormulaError {
 };
 
 // What a sum formula in restricted markup says: elements with counts (in subscript or not), nested
-// brackets, D and T, isotopes (<sup>13</sup>C, [13C]), charges, hydrates and other parts after a
-// dot, the dot of radicals, and a prefix such as "n-". There are two readings where a charge
+// brackets, D and T, isotopes (<sup>13</sup>C, [13C]), charges (also "SO4 2-"), hydrates and other
+// parts after a dot, the dot of radicals, and a prefix such as "n-". There are two readings where a charge
 // without markup leaves it open what its digits belong to: Fe3+ may be a triple charge or three
 // atoms.
 [[nodiscard]] std::variant<std::vector<Formula>, FormulaError> parseFormula(const QString &markup);
@@ -34,10 +34,11 @@ struct FormulaError {
 // The atoms by element alone.
 [[nodiscard]] std::map<int, double> elementCounts(const Composition &atoms);
 
-// A mass in unified atomic mass units, and by how much it may be off.
+// A mass in unified atomic mass units, and the range in which it may have been stated.
 struct FormulaMass {
     double mass;
-    double uncertainty;
+    double lowest;
+    double highest;
 };
 
 enum class MassKind { Average, Monoisotopic, Nominal };

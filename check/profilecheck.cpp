@@ -97,7 +97,7 @@ std::optional<EnergyText> checkEnergy(const JsonValue &value, FindingList &findi
         if (!hasDecimalComma(text))
             findings.add(Check::EnergyNumber, value,
                          QStringLiteral("%1 %2 is not a number").arg(value.key(), quoted(text)),
-                         QStringLiteral("Write the energy in eV, such as 9.24."));
+                         QStringLiteral("Write the energy in eV, such as 9.24 or 9.24(3)."));
         return std::nullopt;
     }
     if (!energy->isAlone) {
@@ -134,7 +134,7 @@ ProfileEnergies checkProfile(const JsonValue &species, FindingList &findings)
     const std::optional<EnergyText> aie = checkEnergy(species.member(adiabaticKey), findings);
     const std::optional<EnergyText> vie = checkEnergy(vertical, findings);
     // Each may have been rounded: 12.62 is not below 12.621.
-    if (aie && vie && vie->value + vie->halfDigit + aie->halfDigit < aie->value)
+    if (aie && vie && vie->value + vie->tolerance + aie->tolerance < aie->value)
         findings.add(
             Check::VieBelowAie, vertical,
             QStringLiteral("VIE of %1 eV is below AIE of %2 eV").arg(vie->value).arg(aie->value),

@@ -7,6 +7,8 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -83,13 +85,16 @@ QString plainText(const JsonValue &value)
 std::optional<EnergyText> energyOf(const QString &plain)
 {
     static const QRegularExpression number(
-        QStringLiteral("^[\\s<>~\u2248(]*([+-]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][+-]?\\d+)?)(.*)$"),
+        QStringLiteral("^([\\s<>~\u2248(]*)([+-]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][+-]?\\d+)?)"
+                       "(?:\\((\\d{1,3})\\)$)?(.*)$"),
         QRegularExpression::DotMatchesEverythingOption);
     const QRegularExpressionMatch match = number.match(plain);
     // In "9,24" the 9 is not the number.
-    if (!match.hasMatch() || match.capturedView(2).startsWith(QLatin1Char(',')))
+    if (!match.hasMatch() || match.capturedView(4).startsWith(QLatin1Char(',')))
         return std::nullopt;
-    const QString digits = match.captured(1);
-    return EnergyText{digits.toDouble(), lastDigitOf(digits.toLatin1()) / 2,
-                      digits.size() == plain.size()};
+    const QString digits = match.captured(2);
+    const double lastDigit = lastDigitOf(digits.toLatin1());
+    const double uncertainty = match.captured(3).toDouble() * lastDigit;
+    return EnergyText{digits.toDouble(), std::max(lastDigit / 2, uncertainty),
+                      match.capturedView(1).isEmpty() && match.capturedView(4).isEmpty()};
 }

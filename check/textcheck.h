@@ -26,10 +26,10 @@ void checkText(const JsonValue &value, TextUse use, FindingList &findings);
 [[nodiscard]] bool hasDecimalComma(const QString &plain);
 
 // The number that an energy's text begins with. Nothing if it does not begin with one; isAlone
-// tells whether there is anything else in it.
+// tells whether there is anything else in it than the uncertainty of its last digits: 9.24(3).
 struct EnergyText {
     double value;     // eV
-    double halfDigit; // half the weight of its last digit
+    double tolerance; // eV, by which it may be off: half its last digit, or its uncertainty
     bool isAlone;
 };
 [[nodiscard]] std::optional<EnergyText> energyOf(const QString &plain);

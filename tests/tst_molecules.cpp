@@ -131,6 +131,44 @@ private slots:
         }
     }
 
+    void aMassByAnyOfficialWeightSince1961IsRight_data()
+    {
+        QTest::addColumn<QString>("formula");
+        QTest::addColumn<QString>("mass");
+        QTest::addColumn<bool>("isRight");
+        const auto row = [](const char *name, const QString &formula, const QString &mass,
+                            bool isRight) { QTest::newRow(name) << formula << mass << isRight; };
+        row("O 1961", u"O2"_s, u"31.9988"_s, true);
+        row("O3 1961", u"O3"_s, u"47.9982"_s, true);
+        row("O 2021", u"O2"_s, u"31.998"_s, true);
+        row("O, a digit", u"O2"_s, u"31.9888"_s, false);
+        row("Ge 1961", u"Ge"_s, u"72.59"_s, true);
+        row("Ge 1985", u"Ge"_s, u"72.61"_s, true);
+        row("Ge 1999", u"Ge"_s, u"72.64"_s, true);
+        row("Ge, none", u"Ge"_s, u"72.46"_s, false);
+        row("Se until 2013", u"H2Se"_s, u"80.97588"_s, true);
+        row("Se 2021", u"H2Se"_s, u"80.987"_s, true);
+        row("Mo 1961", u"MoO3"_s, u"143.9382"_s, true);
+        row("Mo 2007", u"MoO3"_s, u"143.9582"_s, true);
+        row("Zn 2001", u"Zn"_s, u"65.409"_s, true);
+        row("S 1969", u"H2S"_s, u"34.076"_s, true);
+        row("Br 1961", u"Br2"_s, u"159.818"_s, true);
+        row("Ag 1961", u"Ag"_s, u"107.870"_s, true);
+        row("Ag, none", u"Ag"_s, u"107.880"_s, false); // of 1960
+        row("charge", u"SO<sub>4</sub> 2-"_s, u"96.06"_s, true);
+        row("charge, long", u"C24H36O4 2-"_s, u"388.54"_s, true);
+    }
+
+    void aMassByAnyOfficialWeightSince1961IsRight()
+    {
+        QFETCH(QString, formula);
+        QFETCH(QString, mass);
+        QFETCH(bool, isRight);
+        const CheckSet found = findingsOf({u"x"_s, {}, formula, mass, {}});
+        QCOMPARE(!found.test(std::size_t(Check::MassFormula)), isRight);
+        QVERIFY(!found.test(std::size_t(Check::FormulaSyntax)));
+    }
+
     // A CAS number that another digit turns into one with a right check digit is wrong all the
     // same, and cannot be told. A mass is wrong if it is off by more than atomic weights vary.
     void aChangedDigitOrLetterGivesTheRightFindingInNearlyAllCases()
