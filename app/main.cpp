@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/commandline.h"
+#include "app/downloadnotice.h"
 #include "app/endrequests.h"
 #include "app/interfacescale.h"
 #include "app/mainwindow.h"
@@ -62,6 +63,7 @@ int main(int argc, char *argv[])
 
     MainWindow window;
     const EndRequests endRequests(&window);
+    new DownloadNotice(&window);
     showOnScreen(window);
     if (!commandLine.file.isNull()) {
         const QString file = QFileInfo(commandLine.file).absoluteFilePath();

@@ -4,6 +4,7 @@
 #include "app/accessiblespectra.h"
 #include "app/quietarea.h"
 #include "app/spectrumtabs.h"
+#include "app/structureimage.h"
 #include "settings/lastfolder.h"
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
@@ -63,6 +64,7 @@ MainWindow::~MainWindow()
 void MainWindow::connectImage()
 {
     connect(ui->buttonDownload, &QPushButton::clicked, this, &MainWindow::onButtonDownloadClicked);
+    networkManager->setTransferTimeout(structureImagePatience);
     connect(networkManager, &QNetworkAccessManager::finished, this, &MainWindow::onImageDownloaded);
     // Pixels of the screen are not parted: without this the image's would cover some of the
     // border's.

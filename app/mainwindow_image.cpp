@@ -12,7 +12,6 @@
 #include <QMenu>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QNetworkRequest>
 #include <QPixmap>
 
 namespace
@@ -44,7 +43,7 @@ void MainWindow::onButtonDownloadClicked()
                     tr("Please enter a valid CAS number (e.g., 58-08-2)."));
         return;
     }
-    QNetworkReply *reply = networkManager->get(QNetworkRequest(structureImageUrl(cas)));
+    QNetworkReply *reply = networkManager->get(structureImageRequest(cas));
     connect(reply, &QNetworkReply::downloadProgress, reply,
             [reply](qint64 received) { refuseLargeBody(reply, received); });
 }
@@ -52,6 +51,8 @@ void MainWindow::onButtonDownloadClicked()
 void MainWindow::onImageDownloaded(QNetworkReply *reply)
 {
     reply->deleteLater();
+    if (isCancelled(reply))
+        return;
     const bool tooLarge = reply->property(tooLargeProperty).toBool();
     if (reply->error() != QNetworkReply::NoError && !tooLarge) {
         showMessage(this, QMessageBox::Critical, tr("Download Failed"),

@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/structureimage.h"
 
+#include <QNetworkReply>
+
 namespace
 {
 
 // Scheme and host of the service; a build for another one sets ZORAVEL_IMAGE_SERVICE.
 constexpr QLatin1String imageServiceBase(ZORAVEL_IMAGE_SERVICE);
+
+// On a reply; Qt ends one that has taken too long with the same error.
+constexpr char cancelledProperty[] = "cancelledByUser";
 
 } // namespace
 
@@ -16,4 +21,25 @@ QUrl structureImageUrl(const QString &casNumber)
     return QUrl(imageServiceBase + QLatin1String("/cgi/cbook.cgi?Struct=C") + digits
                     + QLatin1String("&Type=Color"),
                 QUrl::TolerantMode);
+}
+
+QNetworkRequest structureImageRequest(const QString &casNumber)
+{
+    QNetworkRequest request(structureImageUrl(casNumber));
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::SameOriginRedirectPolicy);
+    // Qt's code for HTTP/2 has had holes that a server can use.
+    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
+    return request;
+}
+
+void cancelDownload(QNetworkReply *reply)
+{
+    reply->setProperty(cancelledProperty, true);
+    reply->abort();
+}
+
+bool isCancelled(const QNetworkReply *reply)
+{
+    return reply->property(cancelledProperty).toBool();
 }

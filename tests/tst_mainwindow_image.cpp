@@ -11,10 +11,12 @@
 #include <QApplication>
 #include <QBuffer>
 #include <QClipboard>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QMenu>
 #include <QMimeData>
 #include <QNetworkAccessManager>
+#include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSslConfiguration>
@@ -65,11 +67,10 @@ private slots:
     void init()
     {
         failOnWarnings();
-        QSslConfiguration trusting = m_untrusting;
-        trusting.addCaCertificate(m_service->certificate());
-        QSslConfiguration::setDefaultConfiguration(trusting);
+        m_service->makeTrusted();
         m_service->requests.clear();
         m_service->tunnels.clear();
+        m_service->protocols.clear();
     }
 
     void theAddressIsThatOfTheDigitsWithoutHyphens()
@@ -157,6 +158,85 @@ private slots:
         QTRY_VERIFY(!image(fixture).isNull());
     }
 
+    void itIsGivenUpAfterHalfAMinuteWithoutAByte_data()
+    {
+        QTest::addColumn<HttpsService::Answer>("answer");
+        QTest::newRow("nothing comes") << HttpsService::Answer(HttpsService::stall);
+        QTest::newRow("the answer stops within its headers") << HttpsService::Answer(
+            [](QSslSocket *socket) { socket->write("HTTP/1.1 200 OK\r\n"); });
+        QTest::newRow("the image stops") << HttpsService::Answer([](QSslSocket *socket) {
+            socket->write("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nabc");
+        });
+    }
+    void itIsGivenUpAfterHalfAMinuteWithoutAByte()
+    {
+        QFETCH(HttpsService::Answer, answer);
+        MainWindowFixture fixture;
+        QCOMPARE(manager(fixture)->transferTimeout(), 30'000);
+        manager(fixture)->setTransferTimeout(300);
+        m_service->answerWith({answer});
+        Dialogs dialogs;
+        dialogs.press();
+        download(fixture, QStringLiteral("58-08-2"));
+        QTRY_COMPARE(dialogs.boxes.size(), 1);
+        QCOMPARE(dialogs.boxes.value(0).title, QStringLiteral("Download Failed"));
+        QCOMPARE(m_service->requests.size(), 1);
+        QVERIFY(!fixture.isModified());
+    }
+
+    // The whole may take longer than a pause may.
+    void bytesThatKeepComingAreWaitedFor()
+    {
+        MainWindowFixture fixture;
+        constexpr int patience = 1000; // ms
+        manager(fixture)->setTransferTimeout(patience);
+        const QByteArray body = encoded(drawing(), "PNG");
+        m_service->answerWith({[&](QSslSocket *socket) {
+            socket->write("HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(body.size())
+                          + "\r\n\r\n");
+            auto *timer = new QTimer(socket);
+            const qsizetype piece = body.size() / 15;
+            QObject::connect(timer, &QTimer::timeout, socket,
+                             [socket, body, piece, sent = 0]() mutable {
+                                 socket->write(body.mid(sent, piece));
+                                 sent += int(piece);
+                             });
+            timer->start(100);
+        }});
+        QElapsedTimer elapsed;
+        elapsed.start();
+        download(fixture, QStringLiteral("58-08-2"));
+        QTRY_VERIFY(!image(fixture).isNull());
+        QVERIFY(elapsed.elapsed() > patience);
+    }
+
+    void aServiceThatOffersHttp2IsAskedInHttp11()
+    {
+        MainWindowFixture fixture;
+        m_service->answerWith({HttpsService::response(ok, encoded(drawing(), "PNG"))});
+        download(fixture, QStringLiteral("58-08-2"));
+        QTRY_VERIFY(!m_service->protocols.isEmpty());
+        QVERIFY2(!m_service->protocols.contains("h2"), "the service's wish was granted");
+        QTRY_VERIFY(!image(fixture).isNull());
+        QVERIFY(m_service->requests.value(0).contains(" HTTP/1.1\r\n"));
+    }
+
+    // It belongs to no entry.
+    void anImageThatComesLateGoesToTheEntryThenShown()
+    {
+        MainWindowFixture fixture;
+        const QString next = fixture.path(QStringLiteral("next.json"));
+        writeFile(next, speciesFileWith(QStringLiteral("ammonia")));
+        QPointer<QSslSocket> waiting;
+        m_service->answerWith({[&](QSslSocket *socket) { waiting = socket; }});
+        download(fixture, QStringLiteral("58-08-2"));
+        QTRY_VERIFY(waiting);
+        QVERIFY(fixture.window.loadSpeciesFile(next));
+        HttpsService::response(ok, encoded(drawing(), "PNG"))(waiting);
+        QTRY_VERIFY(!image(fixture).isNull());
+        QCOMPARE(fixture.window.windowTitle(), QStringLiteral("ZORAVEL Entry Edit - next.json *"));
+    }
+
     void errorsAreSaidAndChangeNothing_data()
     {
         QTest::addColumn<QList<HttpsService::Answer>>("answers");
@@ -224,6 +304,32 @@ private slots:
         download(fixture, QStringLiteral("58-08-2"));
         QTRY_VERIFY(!image(fixture).isNull());
         QVERIFY(m_service->requests.value(1).startsWith("GET /elsewhere "));
+    }
+
+    void aRedirectionToAnotherHostIsNotFollowed_data()
+    {
+        QTest::addColumn<QByteArray>("place");
+        const QByteArray host = structureImageUrl(QStringLiteral("58-08-2")).host().toLatin1();
+        QTest::newRow("another host") << QByteArray("https://elsewhere.example/image");
+        QTest::newRow("a host of the same domain") << "https://images." + host + "/image";
+        QTest::newRow("another port") << "https://" + host + ":8443/image";
+        QTest::newRow("another host, of the same scheme")
+            << QByteArray("//elsewhere.example/image");
+    }
+    void aRedirectionToAnotherHostIsNotFollowed()
+    {
+        QFETCH(QByteArray, place);
+        MainWindowFixture fixture;
+        m_service->answerWith(
+            {HttpsService::response("302 Found", {}, "Location: " + place + "\r\n"),
+             HttpsService::response(ok, encoded(drawing(), "PNG"))});
+        Dialogs dialogs;
+        dialogs.press();
+        download(fixture, QStringLiteral("58-08-2"));
+        QTRY_COMPARE(dialogs.boxes.size(), 1);
+        QCOMPARE(dialogs.boxes.value(0).title, QStringLiteral("Download Failed"));
+        QCOMPARE(m_service->tunnels.size(), 1);
+        QVERIFY(image(fixture).isNull());
     }
 
     void aServerThatIsNotTrustedIsRefused()

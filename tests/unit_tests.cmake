@@ -10,8 +10,11 @@ foreach(test IN ITEMS
         tst_mainwindow_spectra)
     zoravel_test(${test} zoravel_windowfixture)
 endforeach()
-target_sources(tst_mainwindow_image PRIVATE support/httpsservice.cpp support/httpsservice.h)
-target_link_libraries(tst_mainwindow_image PRIVATE Qt6::Network)
+zoravel_test(tst_downloadnotice zoravel_windowfixture zoravel_samplepictures)
+foreach(test IN ITEMS tst_mainwindow_image tst_downloadnotice)
+    target_sources(${test} PRIVATE support/httpsservice.cpp support/httpsservice.h)
+    target_link_libraries(${test} PRIVATE Qt6::Network)
+endforeach()
 
 zoravel_test(tst_badmass zoravel_windowfixture)
 zoravel_test(tst_commandline zoravel_app)

@@ -92,6 +92,25 @@
     </message>
 </context>
 <context>
+    <name>DownloadNotice</name>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel the download</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fetching the structure image ...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fetching %1 structure images ...</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>ZORAVEL Entry Edit</source>

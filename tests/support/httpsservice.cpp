@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QSslConfiguration>
 #include <QSslSocket>
 #include <QTest>
 
@@ -33,6 +34,13 @@ QNetworkProxy HttpsService::proxy() const
     return QNetworkProxy(QNetworkProxy::HttpProxy, QStringLiteral("127.0.0.1"), serverPort());
 }
 
+void HttpsService::makeTrusted() const
+{
+    QSslConfiguration trusting = QSslConfiguration::defaultConfiguration();
+    trusting.setCaCertificates({m_certificate});
+    QSslConfiguration::setDefaultConfiguration(trusting);
+}
+
 HttpsService::Answer HttpsService::response(const QByteArray &status, const QByteArray &body,
                                             const QByteArray &headers)
 {
@@ -50,6 +58,13 @@ void HttpsService::incomingConnection(qintptr descriptor)
     socket->setSocketDescriptor(descriptor);
     socket->setLocalCertificate(m_certificate);
     socket->setPrivateKey(m_key);
+    QSslConfiguration configuration = socket->sslConfiguration();
+    configuration.setAllowedNextProtocols(
+        {QSslConfiguration::ALPNProtocolHTTP2, QSslConfiguration::NextProtocolHttp1_1});
+    socket->setSslConfiguration(configuration);
+    connect(socket, &QSslSocket::encrypted, this, [this, socket] {
+        protocols.append(socket->sslConfiguration().nextNegotiatedProtocol());
+    });
     connect(socket, &QSslSocket::readyRead, this, [this, socket] { read(socket); });
     connect(socket, &QSslSocket::disconnected, socket, &QObject::deleteLater);
 }

@@ -34,8 +34,14 @@ public:
     static Answer response(const QByteArray &status, const QByteArray &body,
                            const QByteArray &headers = {});
 
-    QList<QByteArray> requests; // request line and headers
-    QList<QByteArray> tunnels;  // hosts with ports
+    // Makes every request from now on trust this server, and no other.
+    void makeTrusted() const;
+    // Takes no notice of a request.
+    static void stall(QSslSocket * /*socket*/) {}
+
+    QList<QByteArray> requests;  // request line and headers
+    QList<QByteArray> tunnels;   // hosts with ports
+    QList<QByteArray> protocols; // agreed on; the server would rather speak HTTP/2
 
 protected:
     void incomingConnection(qintptr descriptor) override;
