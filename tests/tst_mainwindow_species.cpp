@@ -629,6 +629,25 @@ private slots:
             QCOMPARE(datasetTitle(file, QLatin1String(key)), text);
     }
 
+    // As the guide says of it.
+    void aSignWithoutItsCounterpartIsSavedButEndsTheFieldWhenItIsOpenedAgain()
+    {
+        MainWindowFixture fixture;
+        const QString file = loadInto(fixture, {});
+        CleanTextEdit *name = fixture.field(QStringLiteral("lineEditSpecies"));
+        name->setFocus();
+        QTest::keyClicks(name, QStringLiteral("T < 300 K"));
+        fixture.trigger(QStringLiteral("actionSaveSpecies"));
+        QCOMPARE(speciesOf(file)[QLatin1String("Name")], QJsonValue(QStringLiteral("T < 300 K")));
+        QVERIFY(fixture.window.loadSpeciesFile(file));
+        QCOMPARE(name->toPlainText().trimmed(), QStringLiteral("T"));
+        fixture.trigger(QStringLiteral("actionSaveSpecies"));
+        QCOMPARE(speciesOf(file)[QLatin1String("Name")], QJsonValue(QStringLiteral("T < 300 K")));
+        QTest::keyClicks(name, QStringLiteral("x"));
+        fixture.trigger(QStringLiteral("actionSaveSpecies"));
+        QVERIFY(!speciesOf(file)[QLatin1String("Name")].toString().contains(QLatin1String("300")));
+    }
+
     void savingInTheMiddleOfTypingKeepsWhatIsTypedAndItsUndo()
     {
         MainWindowFixture fixture;

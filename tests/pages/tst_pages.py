@@ -123,6 +123,29 @@ class PagesTest(unittest.TestCase):
         guide = (DOCS / "guide.md").read_text("utf-8")
         self.assertEqual(sorted(message for message in messages if message not in guide), [])
 
+    def test_menu_entries_that_pages_name_are_there(self):
+        form = xml.etree.ElementTree.parse(ROOT / "app/mainwindow.ui")
+
+        def text(element, name):
+            return element.find(f"property[@name='{name}']/string").text.replace("&", "").removesuffix("...")
+
+        actions = {action.get("name"): text(action, "text") for action in form.iter("action")}
+        entries = {f"{text(menu, 'title')} > {actions[action.get('name')]}"
+                   for menu in form.iter("widget") if menu.get("class") == "QMenu"
+                   for action in menu.findall("addaction") if action.get("name") != "separator"}
+        self.assertGreaterEqual(len(entries), 12)
+        titles = {entry.split(" > ")[0] for entry in entries}
+        named = 0
+        for page in pages.pages_under(ROOT):
+            text_of_page = " ".join(page.read_text("utf-8").split())
+            for at in re.finditer(rf"\b(?:{'|'.join(titles)}) > ", text_of_page):
+                named += 1
+                words = text_of_page[at.start():]
+                self.assertTrue(any(words.startswith(entry) for entry in entries), f"{page.name}: {words[:40]}")
+            # What is meant by the editor is a menu entry, and says in which menu it stands.
+            self.assertEqual(re.findall(r"editor's \*\*.*?\*\*", text_of_page), [], page.name)
+        self.assertGreaterEqual(named, 15)
+
     def test_the_keyboard_page_has_every_shortcut(self):
         form = xml.etree.ElementTree.parse(ROOT / "app/mainwindow.ui")
         page = (DOCS / "keyboard.md").read_text("utf-8")
