@@ -23,6 +23,7 @@ namespace
 constexpr std::array options{
     Option{"check", 0, nullptr, "write nothing; name the files that would change"},
     Option{"in-place", 'i', nullptr, "write each file that would change anew"},
+    Option{"lossy", 0, nullptr, "with --in-place: write also what loses something, and name it"},
 };
 
 constexpr char details[] =
@@ -30,7 +31,9 @@ constexpr char details[] =
 saves it: to standard output, or with --in-place in its own place, as a whole or
 not at all. What gets lost on the way is named on standard error: keys that the
 editor does not know or that are written twice, values of another type than it
-expects, digits behind the sixth of a point.
+expects, points that it cannot read, digits behind the sixth of a point. With
+--in-place a file that would lose something stays as it is, and the status is 1;
+--lossy writes it nevertheless.
 
 With --check the status is 1 if a file would change. A folder stands for all its
 files *.json and those of its subfolders but databases.
@@ -39,6 +42,19 @@ Examples:
   zoravel format --check species/
   zoravel format --in-place benzene.json
 )";
+
+int replace(const InputFile &input, const QByteArray &after, bool mayLose, Console &console)
+{
+    const auto refuse = [&](const char *why) {
+        console.error(shownName(input.name) + ": left as it is: " + why);
+        return exitFindings;
+    };
+    if (!mayLose)
+        return refuse("--lossy writes it nevertheless");
+    if (after.size() > largestJsonFile)
+        return refuse("it would be too large to be read again");
+    return writeFile(input.name, after, console) ? exitFine : exitFailure;
+}
 
 // Handles one file: says what gets lost in it on standard error. Returns the status that the file
 // alone would give.
@@ -61,7 +77,8 @@ int formatFile(const InputFile &input, const Arguments &arguments, Console &cons
     }
     const QJsonObject resaved =
         isSpecies ? resavedSpeciesFile(*object) : resavedSpectrumFile(*object);
-    for (const QByteArray &loss : lossesInReading(*before) + lossesBetween(*object, resaved))
+    const QByteArrayList losses = lossesInReading(*before) + lossesBetween(*object, resaved);
+    for (const QByteArray &loss : losses)
         console.error(shownName(input.name) + ": not kept: " + loss);
     const QByteArray after = QJsonDocument(resaved).toJson(QJsonDocument::Indented);
     const bool changes = *before != after;
@@ -71,7 +88,8 @@ int formatFile(const InputFile &input, const Arguments &arguments, Console &cons
         return changes ? exitFindings : exitFine;
     }
     if (arguments.has("in-place"))
-        return !changes || writeFile(input.name, after, console) ? exitFine : exitFailure;
+        return changes ? replace(input, after, losses.isEmpty() || arguments.has("lossy"), console)
+                       : exitFine;
     console.out(after);
     return exitFine;
 }
@@ -83,6 +101,8 @@ int run(const Arguments &arguments, Console &console)
     if (check && inPlace)
         return usageError(console, formatCommand(),
                           {"--check and --in-place exclude each other", {}});
+    if (arguments.has("lossy") && !inPlace)
+        return usageError(console, formatCommand(), {"--lossy needs --in-place", {}});
     if (arguments.operands().isEmpty())
         return usageError(console, formatCommand(), {"no file is named", {}});
     const InputList list = listInputs(arguments.operands());

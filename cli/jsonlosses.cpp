@@ -97,8 +97,10 @@ private:
     {
         const QList<QPointF> old = storedPoints(before);
         const QList<QPointF> kept = storedPoints(after);
-        if (const QByteArray reason = whyPointsAreLost(before); !reason.isEmpty())
-            add(path, reason);
+        for (const QByteArray &reason : {whyPointsAreLost(before), whatElsePointsHold(before)}) {
+            if (!reason.isEmpty())
+                add(path, reason);
+        }
         qsizetype changed = 0;
         for (qsizetype i = 0; i < old.size(); ++i) {
             const bool same =

@@ -81,6 +81,11 @@ std::variant<QList<NumberedSpectrum>, QByteArray> pickSpectra(const QJsonObject 
 
 QByteArray whyPointsAreLost(const QJsonObject &spectrum)
 {
+    for (const QLatin1String key : {pointObjectsKey, energiesKey, intensitiesKey}) {
+        const QJsonValue value = spectrum.value(key);
+        if (!value.isUndefined() && !value.isArray())
+            return QByteArray(key.data()) + " is no array";
+    }
     const qsizetype energies = spectrum.value(energiesKey).toArray().size();
     const qsizetype intensities = spectrum.value(intensitiesKey).toArray().size();
     const bool hasObjects = spectrum.contains(pointObjectsKey);
@@ -92,4 +97,17 @@ QByteArray whyPointsAreLost(const QJsonObject &spectrum)
     if (const qsizetype count = countNoNumbers(spectrum))
         return QByteArray::number(count) + " values that are no numbers";
     return {};
+}
+
+QByteArray whatElsePointsHold(const QJsonObject &spectrum)
+{
+    qsizetype count = 0;
+    const QJsonArray points = spectrum.value(pointObjectsKey).toArray();
+    for (const auto &value : points) {
+        const QJsonObject point = value.toObject();
+        count += point.size() - (point.contains(energiesKey) ? 1 : 0)
+                 - (point.contains(intensitiesKey) ? 1 : 0);
+    }
+    return count == 0 ? QByteArray()
+                      : QByteArray::number(count) + " values besides E and I in points";
 }

@@ -23,3 +23,6 @@ pickSpectra(const QJsonObject &file, const QByteArray &wanted);
 
 // Why the editor would lose points of the spectrum object; empty if it would not.
 [[nodiscard]] QByteArray whyPointsAreLost(const QJsonObject &spectrum);
+
+// What the objects of points hold besides their two numbers, which nobody reads; empty if nothing.
+[[nodiscard]] QByteArray whatElsePointsHold(const QJsonObject &spectrum);

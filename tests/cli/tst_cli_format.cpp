@@ -85,6 +85,41 @@ private slots:
         QCOMPARE(console.run({"format", "--check", "."}), 0);
     }
 
+    void inPlaceLosesNothingUnlessToldTo_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        const auto row = [](const char *name, const QByteArray &members) {
+            QTest::newRow(name) << QByteArray("{\"Type\": \"Species v1\", " + members + '}');
+        };
+        row("lengths differ", R"("Dataset1": {"E": [1, 2], "I": [3]})");
+        row("no arrays", R"("Dataset1": {"E": 1, "I": 3})");
+        row("no array of objects", R"("Dataset1": {"Spectrum": {"E": 1, "I": 3}})");
+        row("more in points", R"("Dataset1": {"Spectrum": [{"E": 1, "I": 3, "Error": 2}]})");
+        row("digits", R"("Dataset1": {"E": [1.23456789], "I": [3]})");
+        row("key", R"("Species": {"Note": "n"})");
+        row("key written again", R"("Species": {"VIE": "9.1", "VIE": "9.2"})");
+        row("number for text", R"("Species": {"AIE": 9.5})");
+        row("tag", R"("Species": {"Name": "a<b>c</b>"})");
+    }
+    void inPlaceLosesNothingUnlessToldTo()
+    {
+        QFETCH(QByteArray, bytes);
+        writeFile(QStringLiteral("l.json"), bytes);
+        TestConsole console;
+        QCOMPARE(console.run({"format", "-i", "l.json", "a.json"}), 1);
+        QCOMPARE(fileBytes(QStringLiteral("l.json")), bytes);
+        QCOMPARE(fileBytes(QStringLiteral("a.json")), saved(loose));
+        QVERIFY2(console.errors.startsWith("zoravel: l.json: not kept: "),
+                 console.errors.constData());
+        QVERIFY(console.errors.endsWith(
+            "zoravel: l.json: left as it is: --lossy writes it nevertheless\n"));
+        const QByteArray losses =
+            console.errors.first(console.errors.lastIndexOf("zoravel: l.json"));
+        QCOMPARE(console.run({"format", "-i", "--lossy", "l.json"}), 0);
+        QCOMPARE(console.errors, losses);
+        QCOMPARE(fileBytes(QStringLiteral("l.json")), saved(bytes));
+    }
+
     void severalFilesAreNotMixedUp()
     {
         writeFile(QStringLiteral("b.json"), loose);
