@@ -36,6 +36,10 @@ constexpr std::array options{
     Option{"spectrum", 's', "N", "the spectrum of a file of several: DatasetN of a species"},
     Option{"decimal", 0, "point|comma", "the decimal sign of the table read, else written"},
     Option{"columns", 0, "E,I", "the columns of energy and intensity, by number or heading"},
+    Option{"energy-unit", 0, "eV|meV|keV|nm|A|um|cm-1|Hartree|kJ/mol",
+           "the energies' unit, whatever FILE says of it"},
+    Option{"energy", 0, "photon", "they are photon energies, whatever FILE calls them"},
+    Option{"lenient", 0, nullptr, "take JCAMP-DX with wrong check values, and name them"},
     Option{"meta", 0, "KEY=VALUE", "set a field of the spectrum; may be given several times"},
 };
 
@@ -44,14 +48,16 @@ constexpr char details[] =
 format: csv and tsv are tables, jcamp is JCAMP-DX 5.01, json is the editor's own
 spectrum file. Tables may have commas, semicolons, tabs or white space between the
 columns and decimal points or commas; a table that could be read in two ways is
-refused, with the line and the reason. Energies are in eV; those of JCAMP-DX are
-converted from wave numbers and wavelengths. All digits are kept. The fields of the
-spectrum stand in comments of a table and under labels of their own in JCAMP-DX.
-What cannot be kept is named on standard error.
+refused, with the line and the reason. Energies in a unit that headings, comments or
+XUNITS name become eV, wavelengths in vacuum too, and the points are sorted by them
+then. Kinetic and binding energies are refused, and so are other units. All digits
+are kept. The fields of the spectrum stand in comments of a table and under labels of
+their own in JCAMP-DX. What cannot be kept is named on standard error.
 
 Examples:
   zoravel convert -o scan.json --meta Title="Benzene, 300 K" scan.csv
   zoravel convert --spectrum 2 --to csv --decimal comma furan.json
+  zoravel convert --energy-unit nm -o lamp.json lamp.txt
 )";
 
 QByteArrayList outputFormats()
@@ -72,6 +78,8 @@ struct Job {
     QByteArray spectrum;
     char decimal = 0;
     QByteArrayList columns;
+    EnergyChoice energies;
+    bool isLenient = false;
     QList<std::pair<QByteArray, QByteArray>> fields;
 };
 
@@ -105,6 +113,8 @@ QByteArray formatOfContents(const QByteArray &bytes)
 
 std::variant<ExchangedSpectrum, ExchangeError> readJson(const QByteArray &bytes, const Job &job)
 {
+    if (job.energies.unit)
+        return ExchangeError{0, "energies in JSON are in eV: --energy-unit is for other files"};
     QJsonParseError error;
     const QJsonObject file = QJsonDocument::fromJson(bytes, &error).object();
     if (error.error != QJsonParseError::NoError)
@@ -119,6 +129,8 @@ std::variant<ExchangedSpectrum, ExchangeError> readJson(const QByteArray &bytes,
     ExchangedSpectrum spectrum{{}, storedPoints(object), {}};
     for (const QByteArray &loss : lossesInReading(bytes))
         spectrum.warnings.append("not kept: " + loss);
+    if (const QByteArray rest = whatElsePointsHold(object); !rest.isEmpty())
+        spectrum.warnings.append("not kept: " + rest);
     for (const QLatin1String key : {typeKey, energiesKey, intensitiesKey, pointObjectsKey})
         object.remove(key);
     spectrum.metadata = object;
@@ -131,10 +143,10 @@ std::variant<ExchangedSpectrum, ExchangeError> readSpectrum(const QByteArray &by
     if (from == "json")
         return readJson(bytes, job);
     if (from == "jcamp")
-        return readJcamp(bytes, job.spectrum.toInt());
+        return readJcamp(bytes, {job.spectrum.toInt(), job.energies, job.isLenient});
     if (job.spectrum.toInt() > 1)
         return ExchangeError{0, "a table holds one spectrum"};
-    return readTable(bytes, {job.decimal, job.columns});
+    return readTable(bytes, {job.decimal, job.columns, job.energies});
 }
 
 // The whole spectrum object, through the editor's record, which says what belongs into it.
@@ -217,6 +229,24 @@ int convert(const Job &job, Console &console)
     return write(job, written(completed(spectrum, name, console), job, isTable), console);
 }
 
+// What the command line says of the energies. Returns what is wrong with it.
+std::optional<UsageError> readEnergies(const Arguments &arguments, Job &job)
+{
+    const QByteArray kind = arguments.value("energy", "photon");
+    if (kind != "photon")
+        return UsageError{"--energy takes photon, not " + kind, {}};
+    job.energies.arePhotonEnergies = arguments.has("energy");
+    job.isLenient = arguments.has("lenient");
+    if (!arguments.has("energy-unit"))
+        return std::nullopt;
+    const QByteArray name = arguments.value("energy-unit");
+    job.energies.unit = energyUnitNamed(name);
+    if (!job.energies.unit)
+        return UsageError{"the unit " + name + " is none of " + energyUnitNames().join(", "),
+                          closestTo(name, energyUnitNames())};
+    return std::nullopt;
+}
+
 // Fills the fields to set. Returns what is wrong with them.
 std::optional<UsageError> readFields(const QByteArrayList &texts, Job &job)
 {
@@ -275,6 +305,8 @@ std::variant<Job, UsageError> jobOf(const Arguments &arguments)
     if (!decimal.isEmpty() && decimal != "point" && decimal != "comma")
         return UsageError{"the decimal sign is point or comma, not " + decimal, {}};
     job.decimal = decimal == "comma" ? ',' : decimal == "point" ? '.' : '\0';
+    if (const auto error = readEnergies(arguments, job))
+        return *error;
     if (arguments.has("columns")) {
         job.columns = arguments.value("columns").split(',');
         if (job.columns.size() != 2)

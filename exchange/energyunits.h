@@ -2,21 +2,33 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayList>
 
 #include <optional>
 
 // The units in which other programs write photon energies.
 enum class EnergyUnit {
     ElectronVolt,
-    KiloElectronVolt,
     MilliElectronVolt,
-    WaveNumber, // per centimetre
-    Nanometre,
+    KiloElectronVolt,
+    Nanometre, // of the wavelength in vacuum, like the next two
+    Angstrom,
     Micrometre,
+    WaveNumber, // per centimetre
+    Hartree,
+    KilojoulePerMole, // of photons
 };
 
-// The unit of a name such as "1/CM" or "NANOMETERS"; nothing if it is none of these.
+// The usual names of all units, in the order above: "eV", "meV", ...
+[[nodiscard]] QByteArrayList energyUnitNames();
+
+[[nodiscard]] QByteArray nameOf(EnergyUnit unit);
+
+// The unit of a name such as "1/CM", "cm⁻¹" or "NANOMETERS"; nothing if it is none of these.
 [[nodiscard]] std::optional<EnergyUnit> energyUnitNamed(const QByteArray &text);
 
-// The energy in eV; not finite for a wavelength of 0.
-[[nodiscard]] double inElectronVolts(double x, EnergyUnit unit);
+[[nodiscard]] bool isWavelength(EnergyUnit unit);
+
+// The energy of one photon in eV, rounded to twelve significant digits; nothing for a wavelength
+// that is not above 0.
+[[nodiscard]] std::optional<double> inElectronVolts(double x, EnergyUnit unit);

@@ -2,7 +2,6 @@
 #include "exchange/jcampreader.h"
 
 #include "exchange/asdf.h"
-#include "exchange/energyunits.h"
 #include "exchange/jcamprecords.h"
 #include "exchange/metadata.h"
 #include "exchange/numbers.h"
@@ -29,7 +28,10 @@ double scaled(double value, double factor)
 class BlockReader
 {
 public:
-    explicit BlockReader(const JcampBlock &block) : m_block(block) {}
+    BlockReader(const JcampBlock &block, const JcampReading &reading)
+        : m_block(block), m_reading(reading)
+    {
+    }
 
     std::variant<ExchangedSpectrum, ExchangeError> read()
     {
@@ -45,7 +47,8 @@ public:
             return ExchangeError{table->line, "the form " + form + " is not known"};
         if (const auto error = isRun ? readRun(*table) : readPairs(*table))
             return *error;
-        if (const auto error = convertUnits())
+        checkFirstOrdinate();
+        if (const auto error = convertUnits(*table))
             return *error;
         readMetadata(*table);
         return std::move(m_spectrum);
@@ -115,11 +118,15 @@ private:
                                                  + " is due"};
             QList<double> rest = data.values;
             if (isChecked) {
-                if (rest.isEmpty() || rest.first() != values.last())
-                    return ExchangeError{number, "the check value is " + shortestText(rest.value(0))
-                                                     + " where " + shortestText(values.last())
-                                                     + " is due"};
-                rest.removeFirst();
+                const QByteArray due = shortestText(values.last());
+                if (rest.isEmpty() || rest.first() != values.last()) {
+                    const QByteArray wrong = "the check value is " + shortestText(rest.value(0))
+                                             + " where " + due + " is due; ";
+                    if (!m_reading.isLenient)
+                        return ExchangeError{number, wrong + "--lenient takes " + due};
+                    warn("line " + QByteArray::number(number) + ": " + wrong + due + " is taken");
+                }
+                rest.remove(0, std::min<qsizetype>(rest.size(), 1));
             }
             values += rest;
             isChecked = data.endsInDifference;
@@ -209,24 +216,40 @@ private:
             m_spectrum.points.append({x, y});
     }
 
-    Error convertUnits()
+    void checkFirstOrdinate()
     {
-        const QByteArray text = m_block.value("XUNITS");
-        const std::optional<EnergyUnit> unit =
-            text.isEmpty() ? std::optional(EnergyUnit::ElectronVolt) : energyUnitNamed(text);
+        if (m_firstY && !m_spectrum.points.isEmpty()
+            && std::abs(m_spectrum.points.first().y() - *m_firstY)
+                   > std::abs(m_yFactor) + 1e-4 * std::abs(*m_firstY))
+            warn("the first ordinate is not FIRSTY");
+    }
+
+    Error convertUnits(const JcampRecord &table)
+    {
+        QByteArrayList texts;
+        qsizetype line = table.line;
+        for (const char *name : {"XUNITS", "XLABEL"}) {
+            if (const QByteArray text = m_block.value(name); !text.isEmpty()) {
+                line = texts.isEmpty() ? m_block.find(name)->line : line;
+                texts.prepend(text);
+            }
+        }
+        const QByteArray text = texts.join(' ');
+        const auto read = unitToRead(energyAxisOfHeading(text), text, m_reading.energies);
+        if (const auto *reason = std::get_if<QByteArray>(&read))
+            return ExchangeError{line, *reason};
+        const auto unit = std::get<std::optional<EnergyUnit>>(read);
         if (!unit)
-            return ExchangeError{m_block.find("XUNITS")->line,
-                                 "abscissas in " + text + " are no energies"};
-        if (text.isEmpty())
-            warn("XUNITS is missing; the abscissas are taken for eV");
+            return ExchangeError{line, (text.isEmpty() ? QByteArray("XUNITS is missing")
+                                                       : '"' + text + "\" is no unit of energies")
+                                           + ": say the unit by --energy-unit"};
         if (*unit == EnergyUnit::ElectronVolt)
             return std::nullopt;
-        for (QPointF &point : m_spectrum.points) {
-            point.setX(rounded(inElectronVolts(point.x(), *unit)));
-            if (!std::isfinite(point.x()))
-                return ExchangeError{m_block.find("XUNITS")->line, "an abscissa has no energy"};
-        }
-        warn("the abscissas in " + text + " are converted to eV");
+        if (const auto bad = convertEnergies(m_spectrum.points, *unit))
+            return ExchangeError{line, "a wavelength of "
+                                           + shortestText(m_spectrum.points[*bad].x())
+                                           + " has no energy"};
+        warn(conversionNote(*unit));
         m_isConverted = true;
         return std::nullopt;
     }
@@ -254,10 +277,6 @@ private:
             warn(QByteArray::number(m_block.comments) + " comments ($$) are not kept");
         if (m_missing > 0)
             warn(QByteArray::number(m_missing) + " points without an ordinate (?) are left out");
-        if (m_firstY && !m_spectrum.points.isEmpty()
-            && std::abs(m_spectrum.points.first().y() - *m_firstY)
-                   > std::abs(m_yFactor) + 1e-4 * std::abs(*m_firstY))
-            warn("the first ordinate is not FIRSTY");
     }
 
     // A field that was written with the spectrum; a quoted one may go over several lines.
@@ -296,6 +315,7 @@ private:
     void warn(const QByteArray &text) { m_spectrum.warnings.append(text); }
 
     const JcampBlock &m_block;
+    const JcampReading &m_reading;
     ExchangedSpectrum m_spectrum;
     std::optional<double> m_firstX;
     std::optional<double> m_lastX;
@@ -310,8 +330,10 @@ private:
 
 } // namespace
 
-std::variant<ExchangedSpectrum, ExchangeError> readJcamp(const QByteArray &bytes, int block)
+std::variant<ExchangedSpectrum, ExchangeError> readJcamp(const QByteArray &bytes,
+                                                         const JcampReading &reading)
 {
+    const int block = reading.block;
     const auto read = jcampBlocks(bytes);
     if (const auto *error = std::get_if<ExchangeError>(&read))
         return *error;
@@ -321,5 +343,5 @@ std::variant<ExchangedSpectrum, ExchangeError> readJcamp(const QByteArray &bytes
                                     + " spectra: say which one by --spectrum"};
     if (block > blocks.size())
         return ExchangeError{0, "there are only " + QByteArray::number(blocks.size()) + " spectra"};
-    return BlockReader(blocks[block == 0 ? 0 : block - 1]).read();
+    return BlockReader(blocks[block == 0 ? 0 : block - 1], reading).read();
 }

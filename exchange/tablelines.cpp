@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringConverter>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -22,10 +24,13 @@ QByteArray asUtf8(const QByteArray &bytes, QByteArray &warning)
     return QString::fromLatin1(bytes).toUtf8();
 }
 
+// Spaces that are not ASCII do not separate: they may stand between the thousands of a number.
 QByteArrayList splitAtSpace(const QByteArray &line)
 {
     const QByteArray text = line.simplified();
-    return text.isEmpty() ? QByteArrayList() : text.split(' ');
+    QByteArrayList fields = text.isEmpty() ? QByteArrayList() : text.split(' ');
+    fields.removeIf([](const QByteArray &field) { return plainField(field).isEmpty(); });
+    return fields;
 }
 
 // A separator between quotation marks does not separate; two of them there stand for one.
@@ -57,11 +62,30 @@ QList<TableLine> linesOfText(const QByteArray &bytes, QByteArray &warning)
 {
     QByteArray text = asUtf8(bytes, warning);
     text.replace("\r\n", "\n").replace('\r', '\n');
+    // DOS ends a text by Ctrl+Z.
+    constexpr char controlZ = '\x1a';
+    qsizetype end = text.size();
+    while (end > 0 && (text[end - 1] == controlZ || text[end - 1] == ' ' || text[end - 1] == '\n'))
+        --end;
+    if (text.indexOf(controlZ, end) >= 0)
+        text.truncate(end);
     QList<TableLine> lines;
     qsizetype number = 0;
     for (const QByteArray &line : text.split('\n'))
         lines.append({++number, line});
     return lines;
+}
+
+QByteArray plainField(const QByteArray &field)
+{
+    const auto isAscii = [](char c) { return static_cast<signed char>(c) >= 0; };
+    if (std::all_of(field.begin(), field.end(), isAscii))
+        return field.trimmed();
+    QString text = QString::fromUtf8(field).trimmed();
+    // The minus sign, the small and the full-width hyphen-minus.
+    for (const char16_t minus : {u'\u2212', u'\ufe63', u'\uff0d'})
+        text.replace(QChar(minus), QLatin1Char('-'));
+    return text.toUtf8();
 }
 
 QByteArrayList fieldsOf(const QByteArray &line, const TableDialect &dialect)
@@ -73,8 +97,9 @@ QByteArrayList fieldsOf(const QByteArray &line, const TableDialect &dialect)
     return fields;
 }
 
-std::optional<double> fieldNumber(QByteArray field, const TableDialect &dialect)
+std::optional<double> fieldNumber(const QByteArray &text, const TableDialect &dialect)
 {
+    QByteArray field = plainField(text);
     if (dialect.decimal == ',') {
         if (field.contains('.'))
             return std::nullopt;
@@ -86,5 +111,5 @@ std::optional<double> fieldNumber(QByteArray field, const TableDialect &dialect)
 bool looksLikeThousands(const QByteArray &field)
 {
     static const QRegularExpression form(QStringLiteral("^[-+]?[1-9][0-9]{0,2}(,[0-9]{3})+$"));
-    return form.match(QString::fromUtf8(field)).hasMatch();
+    return form.match(QString::fromUtf8(plainField(field))).hasMatch();
 }

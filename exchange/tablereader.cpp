@@ -3,92 +3,34 @@
 
 #include "exchange/metadata.h"
 #include "exchange/numbers.h"
+#include "exchange/tableenergies.h"
+#include "exchange/tablelayout.h"
 #include "exchange/tablelines.h"
 
 #include <QRegularExpression>
 
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <optional>
 #include <vector>
 
 namespace
 {
 
-constexpr std::array dialects{
-    TableDialect{'\t', '.'}, TableDialect{'\t', ','}, TableDialect{';', '.'},
-    TableDialect{';', ','},  TableDialect{',', '.'},  TableDialect{',', ','},
-    TableDialect{' ', '.'},  TableDialect{' ', ','},
-};
-
 bool isComment(const QByteArray &line)
 {
-    return line.startsWith('#') || line.startsWith('%');
-}
-
-// The lines of the file by what they are, under one dialect.
-struct Layout {
-    TableDialect dialect;
-    QList<TableLine> texts; // before the numbers, without the headings
-    QByteArrayList headings;
-    qsizetype headingLine = 0;
-    QList<TableLine> rows;
-    qsizetype width = 0; // columns
-};
-
-bool isRow(const QByteArray &line, const TableDialect &dialect)
-{
-    const QByteArrayList fields = fieldsOf(line, dialect);
-    return fields.size() > 1
-           && std::all_of(fields.begin(), fields.end(), [&](const QByteArray &field) {
-                  return fieldNumber(field, dialect).has_value();
-              });
-}
-
-// Nothing if no line is a row of numbers.
-std::optional<Layout> layoutOf(const QList<TableLine> &lines, const TableDialect &dialect)
-{
-    Layout layout{dialect, {}, {}, 0, {}, 0};
-    for (const TableLine &line : lines) {
-        if (!layout.rows.isEmpty())
-            layout.rows.append(line);
-        else if (isRow(line.text, dialect))
-            layout.rows = {line};
-        else
-            layout.texts.append(line);
-    }
-    if (layout.rows.isEmpty())
-        return std::nullopt;
-    layout.width = fieldsOf(layout.rows.first().text, dialect).size();
-    // Blanks within headings do not separate them.
-    const bool isSpaced = dialect.separator == ' ';
-    if (!layout.texts.isEmpty()) {
-        const TableLine &last = layout.texts.last();
-        QByteArrayList headings = fieldsOf(last.text, dialect);
-        if (headings.size() == layout.width || isSpaced) {
-            layout.headings = headings.size() == layout.width ? headings : QByteArrayList();
-            layout.headingLine = last.number;
-            if (!layout.headings.isEmpty())
-                layout.texts.removeLast();
-        }
-    }
-    return layout;
+    // What spreadsheets write where there is no number.
+    static const QByteArrayList errorValues{"#N/A",  "#NUM!",  "#VALUE!", "#DIV/0!",
+                                            "#REF!", "#NAME?", "#NULL!"};
+    const bool isValue =
+        std::any_of(errorValues.begin(), errorValues.end(),
+                    [&](const QByteArray &value) { return line.startsWith(value); });
+    return (line.startsWith('#') && !isValue) || line.startsWith('%');
 }
 
 QByteArray simplifiedHeading(const QByteArray &heading)
 {
     return heading.toLower().replace("ν", "v").replace('_', ' ').simplified();
-}
-
-// The unit in a heading such as "Energy / eV" or "wavelength (nm)".
-QByteArray unitIn(const QByteArray &heading)
-{
-    static const QRegularExpression unit(
-        QStringLiteral("(?:^|[\\s/(\\[])(ev|mev|kev|nm|cm-1|cm\\^-1|1/cm|hz|thz|a|å|ry|hartree)"
-                       "[)\\]]*$"));
-    const QRegularExpressionMatch match = unit.match(QString::fromUtf8(simplifiedHeading(heading)));
-    return match.captured(1).toUtf8();
 }
 
 bool isKnownHeading(const QByteArray &heading)
@@ -101,9 +43,16 @@ bool isKnownHeading(const QByteArray &heading)
 
 using Columns = std::pair<qsizetype, qsizetype>; // from 0
 
-std::variant<Columns, ExchangeError> chooseColumns(const Layout &layout,
+std::variant<Columns, ExchangeError> chooseColumns(const TableLayout &layout,
                                                    const TableReading &reading)
 {
+    const auto columnOf = [&](const QByteArray &name) -> qsizetype {
+        for (const TableLine &line : layout.headings) {
+            if (const qsizetype at = fieldsOf(line.text, layout.dialect).indexOf(name); at >= 0)
+                return at;
+        }
+        return -1;
+    };
     if (reading.columns.isEmpty()) {
         if (layout.width == 2)
             return Columns(0, 1);
@@ -118,7 +67,7 @@ std::variant<Columns, ExchangeError> chooseColumns(const Layout &layout,
         const QByteArray &name = reading.columns[qsizetype(i)];
         bool isNumber = false;
         const qsizetype number = name.toLongLong(&isNumber);
-        found[i] = isNumber ? number - 1 : layout.headings.indexOf(name);
+        found[i] = isNumber ? number - 1 : columnOf(name);
         if (found[i] < 0 || found[i] >= layout.width)
             return ExchangeError{layout.rows.first().number, "there is no column " + name};
     }
@@ -131,7 +80,7 @@ struct Points {
     bool isClearlyDecimal = false; // one of these cannot be thousands
 };
 
-std::variant<Points, ExchangeError> pointsOf(const Layout &layout, const Columns &columns)
+std::variant<Points, ExchangeError> pointsOf(const TableLayout &layout, const Columns &columns)
 {
     Points points;
     points.list.reserve(layout.rows.size());
@@ -158,7 +107,7 @@ std::variant<Points, ExchangeError> pointsOf(const Layout &layout, const Columns
 }
 
 struct Reading {
-    Layout layout;
+    TableLayout layout;
     Columns columns;
     Points points;
 };
@@ -173,22 +122,12 @@ bool isSame(const QList<QPointF> &left, const QList<QPointF> &right)
 std::variant<Reading, ExchangeError> chooseReading(const QList<TableLine> &lines,
                                                    const TableReading &wanted)
 {
-    // Numbers that a dialect cannot read look like text to it: those that begin later are wrong.
-    std::vector<Layout> layouts;
-    qsizetype first = std::numeric_limits<qsizetype>::max();
-    for (const TableDialect &dialect : dialects) {
-        std::optional<Layout> layout = layoutOf(lines, dialect);
-        if (!layout || (wanted.decimal != 0 && dialect.decimal != wanted.decimal))
-            continue;
-        first = std::min(first, layout->rows.first().number);
-        layouts.push_back(*std::move(layout));
-    }
-
+    const auto layouts = possibleLayouts(lines, wanted.decimal);
+    if (const auto *error = std::get_if<ExchangeError>(&layouts))
+        return *error;
     std::optional<Reading> chosen;
     std::optional<ExchangeError> farthest; // of the dialects that fail, where the last one does
-    for (const Layout &layout : layouts) {
-        if (layout.rows.first().number > first)
-            continue;
+    for (const TableLayout &layout : std::get<std::vector<TableLayout>>(layouts)) {
         const auto columns = chooseColumns(layout, wanted);
         const auto points = std::holds_alternative<Columns>(columns)
                                 ? pointsOf(layout, std::get<Columns>(columns))
@@ -232,17 +171,31 @@ void readText(const TableLine &line, ExchangedSpectrum &spectrum)
                                  + " is not kept: " + text.toUtf8());
 }
 
-void warnOfColumns(const Reading &reading, ExchangedSpectrum &spectrum)
+// Valence and inner shells of light atoms end here, and other units often begin.
+void warnOfLargeEnergies(ExchangedSpectrum &spectrum)
 {
-    const Layout &layout = reading.layout;
+    constexpr double largestUsual = 200; // eV
+    double largest = 0;
+    for (const QPointF &point : std::as_const(spectrum.points))
+        largest = std::max(largest, point.x());
+    if (largest > largestUsual)
+        spectrum.warnings.append("no unit is named; energies up to " + shortestText(largest)
+                                 + " are taken for eV");
+}
+
+void warnOfColumns(const Reading &reading, const TableEnergies &energies,
+                   ExchangedSpectrum &spectrum)
+{
+    const TableLayout &layout = reading.layout;
     for (qsizetype i = 0; i < layout.width; ++i) {
-        const QByteArray heading = layout.headings.value(i);
+        const QByteArray heading = layout.heading(i);
         const bool counts = i == reading.columns.first || i == reading.columns.second;
         if (!counts)
             spectrum.warnings.append(
                 "column " + QByteArray::number(i + 1) + " is not kept"
                 + (heading.isEmpty() ? QByteArray() : QByteArray(": " + heading)));
-        else if (!heading.isEmpty() && !isKnownHeading(heading))
+        else if (!heading.isEmpty() && !isKnownHeading(heading)
+                 && !(energies.isHeadingKept && i == reading.columns.first))
             spectrum.warnings.append("the heading \"" + heading + "\" is not kept");
     }
 }
@@ -269,14 +222,28 @@ std::variant<ExchangedSpectrum, ExchangeError> readTable(const QByteArray &bytes
     if (const auto *error = std::get_if<ExchangeError>(&chosen))
         return *error;
     const auto &found = std::get<Reading>(chosen);
-    const QByteArray unit = unitIn(found.layout.headings.value(found.columns.first));
-    if (!unit.isEmpty() && unit != "ev")
-        return ExchangeError{found.layout.headingLine,
-                             "the energies are in " + unit + ", not in eV"};
+    const auto energies =
+        tableEnergies(found.layout, found.columns.first, comments, reading.energies);
+    if (const auto *error = std::get_if<ExchangeError>(&energies))
+        return *error;
+    const auto &axis = std::get<TableEnergies>(energies);
 
-    for (const TableLine &line : comments + found.layout.texts)
-        readText(line, spectrum);
-    warnOfColumns(found, spectrum);
+    for (const TableLine &line : comments + found.layout.texts) {
+        if (line.number != axis.line)
+            readText(line, spectrum);
+    }
+    warnOfColumns(found, axis, spectrum);
+    spectrum.warnings += axis.warnings;
     spectrum.points = found.points.list;
+    if (!axis.unit || *axis.unit == EnergyUnit::ElectronVolt) {
+        if (!axis.unit)
+            warnOfLargeEnergies(spectrum);
+        return spectrum;
+    }
+    if (const auto bad = convertEnergies(spectrum.points, *axis.unit))
+        return ExchangeError{found.layout.rows[*bad].number,
+                             "a wavelength of " + shortestText(spectrum.points[*bad].x())
+                                 + " has no energy"};
+    spectrum.warnings.append(conversionNote(*axis.unit));
     return spectrum;
 }

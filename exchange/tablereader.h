@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "exchange/energyaxis.h"
 #include "exchange/exchanged.h"
 
 #include <QByteArray>
@@ -10,13 +11,16 @@
 
 // How to read a table where the file does not say it.
 struct TableReading {
-    char decimal = 0;       // '.' or ','; 0 to find it out
-    QByteArrayList columns; // of the energy and the intensity: numbers from 1 or headings
+    char decimal = 0;           // '.' or ','; 0 to find it out
+    QByteArrayList columns;     // of the energy and the intensity: numbers from 1 or headings
+    EnergyChoice energies = {}; // settles what headings and comments say
 };
 
 // Reads a table of numbers: comma, semicolon, tab or white space between the columns, decimal
 // points or commas. Lines that begin with "#" or "%" are comments; "# Key: value" with the key of a
-// spectrum's field is metadata. The last line of text before the numbers holds the headings. A text
-// that could be read in two ways is refused, and so is one with a line that is no point.
+// spectrum's field is metadata. Above the first point only comments, headings and text without two
+// numbers may stand. Energies in a unit that headings or comments name become eV. A text that could
+// be read in two ways is refused, and so is one with a line that is no point, or with energies that
+// are none of photons.
 [[nodiscard]] std::variant<ExchangedSpectrum, ExchangeError> readTable(const QByteArray &bytes,
                                                                        const TableReading &reading);

@@ -5,10 +5,13 @@
 
 #include <QDate>
 #include <QDir>
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <cmath>
 
 namespace
 {
@@ -111,6 +114,360 @@ private slots:
         QCOMPARE(console.errors, "");
     }
 
+    void energiesThatAreNoPhotonEnergiesAreRefused_data()
+    {
+        QTest::addColumn<QByteArray>("heading");
+        QTest::addColumn<QByteArray>("what");
+        const auto row = [](const char *heading, const char *what) {
+            QTest::newRow(heading) << QByteArray(heading) << QByteArray(what);
+        };
+        for (const char *heading :
+             {"KE/eV", "KE", "E_kin / eV", "eKE (eV)", "Kinetic energy / eV", "kinetische Energie",
+              "Énergie cinétique (eV)", "Energía cinética / eV", "Photoelectron energy (eV)"})
+            row(heading, "kinetic energies");
+        for (const char *heading : {"BE/eV", "Binding energy", "eBE [eV]", "E_B / eV", "E_b (meV)",
+                                    "Bindungsenergie / eV", "Énergie de liaison (eV)"})
+            row(heading, "binding energies");
+        row("Ionization energy / eV", "ionisation energies");
+        row("IE (eV)", "ionisation energies");
+        row("Energy loss / eV", "energies of another kind");
+        row("Intensity / arb. unit", "intensities");
+        row("Counts", "intensities");
+    }
+    void energiesThatAreNoPhotonEnergiesAreRefused()
+    {
+        QFETCH(QByteArray, heading);
+        QFETCH(QByteArray, what);
+        TestConsole console;
+        console.input = "# a comment\n" + heading + ";I\n9.5;1\n9.6;2\n";
+        QCOMPARE(console.run({"convert", "-t", "tsv", "-"}), 3);
+        QCOMPARE(console.errors, "zoravel: <stdin>:2: \"" + heading + "\" names " + what
+                                     + ", not photon energies; if they are meant, say --energy "
+                                       "photon\n");
+        QCOMPARE(
+            console.run({"convert", "-t", "tsv", "--energy", "photon", "--energy-unit", "eV", "-"}),
+            0);
+        QVERIFY(console.output.endsWith("9.5\t1\n9.6\t2\n"));
+    }
+
+    void namedUnitsAreConvertedAndThePointsSortedByEnergy_data()
+    {
+        QTest::addColumn<QByteArray>("heading");
+        QTest::addColumn<QByteArray>("unit");
+        const auto rows = [](const char *unit, const QByteArrayList &headings) {
+            for (const QByteArray &heading : headings)
+                QTest::newRow(heading.constData()) << heading << QByteArray(unit);
+        };
+        rows("nm", {"nm", "Wavelength / nm", "wavelength (nm)", "λ [nm]", "Wellenlänge in nm",
+                    "longueur d'onde (nm)", "Wavelength_nm", "Photon energy (nm)",
+                    "Lambda (Nanometers)"});
+        rows("A", {"Å", "\u212b", "Wavelength (Å)", "λ/A", "Wavelength / Angstrom"});
+        rows("um", {"µm", "Wavelength, μm", "wavelength (microns)"});
+        rows("cm-1", {"Energy (cm⁻¹)", "Wavenumber / cm-1", "Wellenzahl (cm^-1)",
+                      "wave number (1/cm)", "E / cm−1", "cm<sup>-1</sup>", "Wavenumber (cm^{-1})"});
+        rows("meV", {"E / meV", "Photon energy (meV)"});
+        rows("keV", {"hv (keV)", "E/KEV"});
+        rows("Hartree", {"Energy [Hartree]", "E / E_h"});
+        rows("kJ/mol", {"hν / kJ mol⁻¹", "Photon energy kJ/mol", "E / (kJ/mol)", "kJ·mol-1"});
+    }
+    void namedUnitsAreConvertedAndThePointsSortedByEnergy()
+    {
+        QFETCH(QByteArray, heading);
+        QFETCH(QByteArray, unit);
+        // What is 10 eV, from the SI's definition (CODATA 2018), the hartree from CODATA 2022.
+        const QHash<QByteArray, QByteArray> tenElectronVolts{
+            {"nm", "123.9841984332"},
+            {"A", "1239.841984332"},
+            {"um", "0.1239841984332"},
+            {"cm-1", "80655.43937349"},
+            {"meV", "10000"},
+            {"keV", "0.01"},
+            {"Hartree", "0.367493221757"},
+            {"kJ/mol", "964.8533212331"},
+        };
+        const QByteArray x = tenElectronVolts.value(unit);
+        const bool isWavelength = unit == "nm" || unit == "A" || unit == "um";
+        const QByteArray other =
+            QByteArray::number(x.toDouble() * (isWavelength ? 2 : 0.5), 'g', 15);
+        TestConsole console;
+        console.input = heading + ";I\n" + x + ";1\n" + other + ";2\n";
+        QCOMPARE(console.run({"convert", "-t", "json", "-"}), 0);
+        const QByteArray errors = console.errors;
+        const QJsonObject read = QJsonDocument::fromJson(console.output).object();
+        const QJsonArray energies = read[QLatin1String("E")].toArray();
+        QVERIFY2(std::abs(energies[0].toDouble() - 5) < 1e-10, console.output.constData());
+        QVERIFY(std::abs(energies[1].toDouble() - 10) < 1e-10);
+        QCOMPARE(read[QLatin1String("I")].toArray(), (QJsonArray{2, 1}));
+        QVERIFY2(errors.contains(QByteArray("the energies are converted from " + unit
+                                            + " to eV, and the points sorted by energy")),
+                 errors.constData());
+        // The same is said where there is nothing to name it.
+        console.input = x + ' ' + "1\n" + other + " 2\n";
+        QCOMPARE(console.run({"convert", "-t", "json", "--energy-unit", unit, "-"}), 0);
+        QCOMPARE(QJsonDocument::fromJson(console.output).object()[QLatin1String("E")].toArray(),
+                 energies);
+    }
+
+    void unitsThatCannotBeConvertedAreRefused_data()
+    {
+        QTest::addColumn<QByteArray>("heading");
+        for (const char *heading : {"J",
+                                    "E / J",
+                                    "Energy (J)",
+                                    "Energy J",
+                                    "Wavenumber",
+                                    "Wavelength",
+                                    "λ",
+                                    "Wellenzahl",
+                                    "Frequency / THz",
+                                    "THz",
+                                    "E / kcal/mol",
+                                    "Energy (MeV)",
+                                    "E / MEV",
+                                    "Time / s",
+                                    "Time",
+                                    "m/z",
+                                    "Raman shift / cm-1",
+                                    "E / a.u.",
+                                    "Wavelength / eV",
+                                    "Wavelength in air / nm",
+                                    "E / eV (λ / nm)",
+                                    "Energy (calibrated)",
+                                    "T (K)",
+                                    "E/m-1",
+                                    "Energy (1/nm)",
+                                    "Energy kJ",
+                                    "E / nm-1",
+                                    "Energy in 1/µm"})
+            QTest::newRow(heading) << QByteArray(heading);
+    }
+    void unitsThatCannotBeConvertedAreRefused()
+    {
+        QFETCH(QByteArray, heading);
+        TestConsole console;
+        console.input = heading + ";I\n9.5;1\n9.6;2\n";
+        QCOMPARE(console.run({"convert", "-t", "tsv", "-"}), 3);
+        QVERIFY2(console.errors.startsWith("zoravel: <stdin>:1: \""), console.errors.constData());
+        QVERIFY(console.errors.contains("--energy"));
+        QCOMPARE(console.output, "");
+        QCOMPARE(
+            console.run({"convert", "-t", "tsv", "--energy", "photon", "--energy-unit", "eV", "-"}),
+            0);
+        QVERIFY(console.output.endsWith("9.5\t1\n9.6\t2\n"));
+    }
+
+    void photonEnergiesInElectronVoltsAreReadAsTheyAre_data()
+    {
+        QTest::addColumn<QByteArray>("heading");
+        for (const char *heading :
+             {"E / eV", "hv (eV)", "hν/eV", "Photon energy [eV]", "Energy", "x", "E", "hv", "eV",
+              "Photonenergie / eV", "Énergie des photons (eV)", "photon_energy_eV", "Energy, eV",
+              "Energía del fotón (eV)", "Энергия фотона (эВ)", "光子能量 (eV)", "Photon Energy/EV",
+              "Energie in eV", "energy:eV"})
+            QTest::newRow(heading) << QByteArray(heading);
+    }
+    void photonEnergiesInElectronVoltsAreReadAsTheyAre()
+    {
+        QFETCH(QByteArray, heading);
+        TestConsole console;
+        console.input = heading + ";I\n9.6;1\n9.5;2\n";
+        QCOMPARE(console.run({"convert", "-t", "tsv", "-"}), 0);
+        QVERIFY(console.output.endsWith("9.6\t1\n9.5\t2\n"));
+        QVERIFY2(!console.errors.contains("convert"), console.errors.constData());
+    }
+
+    void linesBesideTheHeadingsTellTheUnit_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QByteArray>("outcome"); // the first energy, or what is refused
+        const auto row = [](const char *bytes, const char *outcome) {
+            QTest::newRow(bytes) << QByteArray(bytes) << QByteArray(outcome);
+        };
+        row("# wavelength (nm) intensity\n100 1\n200 2\n", "6.19920992166");
+        row("# wavelength (nm),intensity\n100,1\n200,2\n", "6.19920992166");
+        row("wavelength (nm) counts\n100 1\n200 2\n", "6.19920992166");
+        row("Photon energy\tIntensity\nnm\tcounts\n100\t1\n200\t2\n", "6.19920992166");
+        row("Photon energy;Intensity\nmeV;arb. u.\nrun A;run A\n9500;1\n9600;2\n", "9.5");
+        row("# energy (eV) intensity (counts)\n100 1\n", "100");
+        row("# resolution 5 meV, T 300 K\n100 1\n", "100");
+        row("# FurtherComments: kinetic energies, nm\n100 1\n", "100");
+        row("# made from the wavelength in nm\nE / eV,I\n100,1\n", "100");
+        row("# units: nm\n100 1\n", ":1: ");
+        row("# x in nm\nx,y\n100,1\n", ":1: ");
+        row("# binding energies\n# 1 January\n100 1\n", ":1: ");
+        row("# Binding energy\tcounts\n100\t1\n", ":1: ");
+        row("E / eV;I\nnm;counts\n100;1\n", ":2: ");
+    }
+    void linesBesideTheHeadingsTellTheUnit()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QByteArray, outcome);
+        TestConsole console;
+        console.input = bytes;
+        const bool isRefused = outcome.startsWith(':');
+        QCOMPARE(console.run({"convert", "-t", "json", "-"}), isRefused ? 3 : 0);
+        if (isRefused) {
+            QVERIFY2(console.errors.startsWith(QByteArray("zoravel: <stdin>" + outcome)),
+                     console.errors.constData());
+            return;
+        }
+        const QJsonObject read = QJsonDocument::fromJson(console.output).object();
+        QCOMPARE(read[QLatin1String("E")].toArray().first().toDouble(), outcome.toDouble());
+    }
+
+    void aWavelengthOfNothingIsRefusedWithItsLine()
+    {
+        TestConsole console;
+        console.input = "nm,I\n100,1\n0,2\n";
+        QCOMPARE(console.run({"convert", "-t", "tsv", "-"}), 3);
+        QCOMPARE(console.errors, "zoravel: <stdin>:3: a wavelength of 0 has no energy\n");
+    }
+
+    void jcampUnitsAreReadByTheSameRules_data()
+    {
+        QTest::addColumn<QByteArray>("label");
+        QTest::addColumn<QByteArrayList>("options");
+        QTest::addColumn<QByteArray>("outcome"); // the first energy, or what is refused
+        const auto row = [](const char *label, const QByteArrayList &options, const char *outcome) {
+            QTest::newRow(QByteArray(label + (' ' + options.join(' '))).constData())
+                << QByteArray(label) << options << QByteArray(outcome);
+        };
+        row("##XUNITS= Wavelength (nm)\n", {}, "6.19920992166");
+        row("##XUNITS= NANOMETERS\n", {}, "6.19920992166");
+        row("##XUNITS= ANGSTROMS\n", {}, "61.9920992166");
+        row("##XUNITS= 1/CM\n", {}, "0.0123984198433");
+        row("##XUNITS= EV\n", {}, "100");
+        row("", {}, ":4: XUNITS is missing: say the unit by --energy-unit");
+        row("", {"--energy-unit", "nm"}, "6.19920992166");
+        row("", {"--energy-unit", "eV"}, "100");
+        row("##XUNITS= BINDING ENERGY / EV\n", {},
+            ":3: \"BINDING ENERGY / EV\" names binding energies");
+        row("##XUNITS= EV\n##XLABEL= Kinetic energy\n", {},
+            ":3: \"Kinetic energy EV\" names kinetic energies");
+        row("##XUNITS= EV\n##XLABEL= Kinetic energy\n", {"--energy", "photon"}, "100");
+        row("##XUNITS= SECONDS\n", {}, ":3: \"SECONDS\"");
+        row("##XUNITS= MEV\n", {}, ":3: \"MEV\"");
+    }
+    void jcampUnitsAreReadByTheSameRules()
+    {
+        QFETCH(QByteArray, label);
+        QFETCH(QByteArrayList, options);
+        QFETCH(QByteArray, outcome);
+        TestConsole console;
+        console.input = "##TITLE= t\n##JCAMP-DX= 5.01\n" + label
+                        + "##YUNITS= COUNTS\n##XYPOINTS= (XY..XY)\n100, 1\n200, 2\n##END=\n";
+        const bool isRefused = outcome.startsWith(':');
+        QCOMPARE(console.run(QByteArrayList{"convert", "-t", "json", "-"} + options),
+                 isRefused ? 3 : 0);
+        if (isRefused) {
+            QVERIFY2(console.errors.startsWith(QByteArray("zoravel: <stdin>" + outcome)),
+                     console.errors.constData());
+            return;
+        }
+        const QJsonObject read = QJsonDocument::fromJson(console.output).object();
+        QJsonArray energies = read[QLatin1String("E")].toArray();
+        QVERIFY(energies[0].toDouble() < energies[1].toDouble());
+        QVERIFY2(energies.contains(outcome.toDouble()), console.output.constData());
+    }
+
+    void aControlZBehindTheEndIsNothing()
+    {
+        TestConsole console;
+        console.input = "##TITLE= t\n##XUNITS= EV\n##XYPOINTS= (XY..XY)\n9, 1\n##END=\r\n\x1a\r\n";
+        QCOMPARE(console.run({"convert", "-t", "tsv", "-"}), 0);
+        QVERIFY(console.output.endsWith("9\t1\n"));
+        console.input = "9 1\r\n10 2\r\n\x1a";
+        QCOMPARE(console.run({"convert", "-t", "tsv", "-"}), 0);
+        QVERIFY(console.output.endsWith("9\t1\n10\t2\n"));
+    }
+
+    void wrongCheckValuesAreTakenOnRequestAndSaid()
+    {
+        const QByteArray bytes = "##TITLE= t\n##XUNITS= EV\n##FIRSTX= 10\n##LASTX= 13\n"
+                                 "##NPOINTS= 4\n##XYDATA= (X++(Y..Y))\n10 1 2J\n12 5 4\n##END=\n";
+        TestConsole console;
+        console.input = bytes;
+        QCOMPARE(console.run({"convert", "-t", "tsv", "-"}), 3);
+        QCOMPARE(console.errors,
+                 "zoravel: <stdin>:8: the check value is 5 where 3 is due; --lenient "
+                 "takes 3\n");
+        QCOMPARE(console.run({"convert", "-t", "tsv", "--lenient", "-"}), 0);
+        QVERIFY(console.output.endsWith("10\t1\n11\t2\n12\t3\n13\t4\n"));
+        QVERIFY2(
+            console.errors.contains("zoravel: <stdin>: line 8: the check value is 5 where 3 is "
+                                    "due; 3 is taken\n"),
+            console.errors.constData());
+    }
+
+    void aPointAboveTheFirstReadableOneIsRefusedWithItsLine_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<int>("line");
+        const auto row = [](const char *bytes, int line) {
+            QTest::newRow(bytes) << QByteArray(bytes) << line;
+        };
+        row("nan 5\n9.5 100\n", 1);
+        row("E,I\n1e400,5\n9.5,100\n", 2);
+        row("9.5;nan\n9.6;1\n", 1);
+        row("9.4;inf\n9.5;nan\n9.6;1\n", 1);
+        row("9.5 100 # first\n9.6 200\n", 1);
+        row("9.4eV 100\n9.5 200\n", 1);
+        row("9.4 100*\n9.5 200\n", 1);
+        row("9.4\t-\n9.5\t200\n", 1);
+        row("#N/A;100\n9.5;200\n", 1);
+        row("9,4 100\n9.5 200\n", 2); // not all with the same decimal sign
+        row("scan 3 of 10\n9.5 200\n", 1);
+        row("80\u202f655;5\n80\u202f700;6\n", 1);
+    }
+    void aPointAboveTheFirstReadableOneIsRefusedWithItsLine()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(int, line);
+        TestConsole console;
+        console.input = bytes;
+        QCOMPARE(console.run({"convert", "-t", "tsv", "-"}), 3);
+        QVERIFY2(console.errors.startsWith(
+                     QByteArray("zoravel: <stdin>:" + QByteArray::number(line) + ": ")),
+                 console.errors.constData());
+    }
+
+    void textCommentsAndHeadingsMayStandAboveThePoints_data()
+    {
+        QTest::addColumn<QByteArray>("above");
+        for (const char *above :
+             {"", "Benzene\n", "Temperature 300 K\n", "2024-03-01 12:30:05\n", "Date: 1.3.2024\n",
+              "E;I\n", "# 9.4 99\n", "run 12\n# 1 2 3\nE / eV;I\n", "C6H6 + H2O\n"})
+            QTest::newRow(above) << QByteArray(above);
+    }
+    void textCommentsAndHeadingsMayStandAboveThePoints()
+    {
+        QFETCH(QByteArray, above);
+        TestConsole console;
+        console.input = above + "9.5;100\n9.6;200\n";
+        QVERIFY2(console.run({"convert", "-t", "tsv", "-"}) == 0, console.errors.constData());
+        QVERIFY(console.output.endsWith("9.5\t100\n9.6\t200\n"));
+    }
+
+    void aUnicodeMinusIsAMinus()
+    {
+        TestConsole console;
+        console.input = "−1.5;2\n9.5;−0.25\n9.6;1e−3\n";
+        QCOMPARE(console.run({"convert", "-t", "tsv", "-"}), 0);
+        QVERIFY2(console.output.endsWith("-1.5\t2\n9.5\t-0.25\n9.6\t0.001\n"),
+                 console.output.constData());
+        // It does not make sure either that a comma is a decimal one.
+        console.input = "−1,234\t5,678\n";
+        QCOMPARE(console.run({"convert", "-t", "tsv", "-"}), 3);
+    }
+
+    void spacesOfUnicodeAroundNumbersAreNothing()
+    {
+        TestConsole console;
+        console.input = "9.5\u00a0;\u2009100\n9.6;\u202f200\n";
+        QCOMPARE(console.run({"convert", "-t", "tsv", "-"}), 0);
+        QVERIFY(console.output.endsWith("9.5\t100\n9.6\t200\n"));
+    }
+
     void withoutAFormatTheReasonIsSaid()
     {
         writeFile(QStringLiteral("in.csv"), "9.1,1\n9.2,2\n");
@@ -202,6 +559,9 @@ private slots:
         row({"-t", "csv", "-s", "all", "x"}, "--spectrum all is not a number");
         row({"-t", "csv", "--decimal", ",", "x"}, "the decimal sign is point or comma, not ,");
         row({"-t", "csv", "--columns", "1", "x"}, "--columns needs two columns, as 1,2");
+        row({"-t", "csv", "--energy-unit", "furlong", "x"},
+            "the unit furlong is none of eV, meV, keV, nm, A, um, cm-1, Hartree, kJ/mol");
+        row({"-t", "csv", "--energy", "kinetic", "x"}, "--energy takes photon, not kinetic");
         row({"-t", "csv", "--meta", "x", "x"}, "--meta x is not of the form KEY=VALUE");
         row({"-t", "csv", "--meta", "titel=x", "x"},
             "a spectrum has no field titel; did you mean Title?");

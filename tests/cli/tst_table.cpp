@@ -95,8 +95,11 @@ private slots:
         row("1,234\t5,678\n", 1,
             "the commas could be decimal ones or between thousands: say "
             "--decimal comma, or take them out");
-        row("wavelength / nm,I\n120,5\n", 1, "the energies are in nm, not in eV");
-        row("E (cm-1);I\n80000;5\n", 1, "the energies are in cm-1, not in eV");
+        row("wavelength,I\n120,5\n", 1,
+            "\"wavelength\" names wavelengths without a unit: say it by --energy-unit");
+        row("E / J;I\n80000;5\n", 1,
+            "\"E / J\" does not name a unit that can be converted to eV: J; --energy-unit settles "
+            "it");
     }
     void doubtfulTablesAreRefused()
     {

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "exchange/exchanged.h"
+#include "exchange/tablelines.h"
+
+#include <QByteArray>
+#include <QList>
+
+#include <variant>
+#include <vector>
+
+// The lines of a table by what they are, under one dialect.
+struct TableLayout {
+    TableDialect dialect;
+    QList<TableLine> texts;    // above the numbers, without the headings
+    QList<TableLine> headings; // lines right above the numbers with as many fields as these
+    QList<TableLine> rows;     // from the first that is one of numbers to the end
+    qsizetype width = 0;       // columns of the first row
+
+    // What the headings say of a column (from 0), one behind the other; empty if there are none.
+    [[nodiscard]] QByteArray heading(qsizetype column) const;
+};
+
+// The layouts that the lines, without comments and empty ones, may have: those whose rows begin
+// first. decimal is '.' or ','; 0 for both. An error, with its line, if there is no row, or if a
+// line above the rows could be a point that none of the dialects can read.
+[[nodiscard]] std::variant<std::vector<TableLayout>, ExchangeError>
+possibleLayouts(const QList<TableLine> &lines, char decimal);
+
+// How many words of a text are numbers, units attached to them or not.
+[[nodiscard]] qsizetype countNumbers(const QByteArray &text);
