@@ -9,8 +9,27 @@
 #include <QFileInfo>
 #include <QStorageInfo>
 
+#include <cerrno>
+
 namespace
 {
+
+// What the system says of what has no room; nothing of other errors.
+QByteArray whyNoRoom(int error)
+{
+    switch (error) {
+    case ENOSPC:
+        return "no space is left on the device";
+    case EFBIG:
+        return "it would be larger than a file may be";
+#ifdef EDQUOT
+    case EDQUOT:
+        return "the user's disk quota is used up";
+#endif
+    default:
+        return {};
+    }
+}
 
 // What those who could not write find out too late to tell; empty if everything looks well.
 QByteArray whyUnwritable(const QString &path)
@@ -38,7 +57,11 @@ QByteArray whyUnwritable(const QString &path)
 
 void sayUnwritable(const QByteArray &name, Console &console)
 {
-    const QByteArray reason = whyUnwritable(libraryPath(name));
+    // Room that was lacking is there again once what was written is gone. The error of the call
+    // that failed is still known: what cleans up behind it succeeds, which leaves errno alone.
+    QByteArray reason = whyNoRoom(errno);
+    if (reason.isEmpty())
+        reason = whyUnwritable(libraryPath(name));
     console.error(shownName(name) + ": cannot be written" + (reason.isEmpty() ? "" : ": ")
                   + reason);
 }
@@ -47,6 +70,7 @@ bool writeFile(const QByteArray &name, const QByteArray &bytes, Console &console
 {
     const InterruptionHold hold;
     OutputFile output(name);
+    errno = 0;
     if (replaceFileBytes(output.path(), bytes) && output.putInPlace())
         return true;
     sayUnwritable(name, console);
