@@ -6,13 +6,14 @@
 # _zoravel_words HELP: the words that the help's lists begin with: commands or long options.
 _zoravel_words()
 {
-    sed -n -e '/^Examples:/q' -e 's/^  \([a-z][a-z-]*\) .*/\1/p' -e 's/^  .*\(--[a-z][a-z-]*\).*/\1/p' <<<"$1"
+    sed -n -e '/^Examples:/q' -e 's/^  \([a-z][a-z-]*\) .*/\1/p' \
+        -e 's/^  \(-., \|    \)\(--[a-z][a-z-]*\).*/\2/p' <<<"$1"
 }
 
 # _zoravel_value HELP OPTION: what the help calls the value of the option; nothing if it has none.
 _zoravel_value()
 {
-    sed -n -e '/^Examples:/q' -e "s/^  \(${2}, --[a-z-]*\|.*${2}\) \([^ ]*\)\( .*\|\$\)/\2/p" <<<"$1"
+    sed -n -e '/^Examples:/q' -e "s/^  \(${2}, --[a-z-]*\|-., ${2}\|    ${2}\) \([^ ]*\)\( .*\|\$\)/\2/p" <<<"$1"
 }
 
 # _zoravel_spectra WORD...: the numbers of the spectra in those of the words that are files.

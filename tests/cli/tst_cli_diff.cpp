@@ -5,8 +5,14 @@
 #include "testfiles.h"
 
 #include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <array>
 
 using Points = QList<QPointF>;
 
@@ -175,11 +181,134 @@ private slots:
         QCOMPARE(console.run({"diff", "a.json", "b.json"}), 3);
         QVERIFY(console.errors.contains("cannot be compared"));
         QCOMPARE(console.run({"diff", "a.json", "c.json"}), 3);
-        QCOMPARE(console.errors, "zoravel: c.json: neither a species nor a spectrum file\n");
+        QCOMPARE(console.errors, "zoravel: a spectrum file and a database cannot be compared\n");
+        writeFile(QStringLiteral("d.json"), "{}");
+        QCOMPARE(console.run({"diff", "a.json", "d.json"}), 3);
+        QCOMPARE(console.errors,
+                 "zoravel: d.json: neither a species nor a spectrum file, nor a database\n");
+        QCOMPARE(console.run({"diff", "a.json", "."}), 3);
+        QCOMPARE(console.errors, "zoravel: a spectrum file and a folder cannot be compared\n");
         QCOMPARE(console.run({"diff", "gone.json", "c.json"}), 3);
     }
 
+    void foldersAreComparedByTheNamesOfTheirFiles()
+    {
+        makeFolder(QStringLiteral("old"), {{"a.json", "A", "1"},
+                                           {"b.json", "B", "2"},
+                                           {"s/c.json", "C", "3"},
+                                           {"same.json", "S", "9"}});
+        makeFolder(QStringLiteral("new"), {{"a.json", "A", "7"},
+                                           {"moved.json", "B", "2"},
+                                           {"same.json", "S", "9"},
+                                           {"z.json", "Z", "8"}});
+        writeFile(QStringLiteral("new/d.json"), R"({"Type": "Database v1"})");
+        TestConsole console;
+        QCOMPARE(console.run({"diff", "old", "new/"}), 1);
+        QCOMPARE(console.errors, "");
+        QCOMPARE(console.output, "a.json (A)\n"
+                                 "  Profile\n"
+                                 "    CAS: \"1\" -> \"7\"\n"
+                                 "s/c.json (C)\n"
+                                 "  removed\n"
+                                 "z.json (Z)\n"
+                                 "  added\n");
+        QCOMPARE(console.run({"diff", "old", "old"}), 0);
+        QCOMPARE(console.output + console.errors, "");
+    }
+
+    void databasesAreComparedByEntryWhateverItsNumber()
+    {
+        const auto entry = [](const char *number, const char *name,
+                              const char *rest) -> QByteArray {
+            return QByteArray("\"Entry") + number + "\": {\"Species\": {\"Name\": \"" + name
+                   + "\", " + rest + "}}";
+        };
+        const QByteArray start = R"({"Type": "Database v1", "Header": {"Version": "1"}, )";
+        writeFile(QStringLiteral("a.json"), start + entry("1", "A", R"("CAS": "1", "VIE": "9")")
+                                                + ", " + entry("2", "B", R"("CAS": "2")") + ", "
+                                                + entry("10", "C", R"("InChI": "x", "VIE": "8")")
+                                                + '}');
+        writeFile(QStringLiteral("b.json"),
+                  QByteArray(start).replace("\"1\"", "\"2\"") + entry("1", "N", R"("CAS": "5")")
+                      + ", " + entry("2", "A2", R"("CAS": "1", "VIE": "9")") + ", "
+                      + entry("3", "B", R"("CAS": "2")") + ", "
+                      + entry("4", "C", R"("InChI": "x", "VIE": "7")") + '}');
+        TestConsole console;
+        QCOMPARE(console.run({"diff", "a.json", "b.json"}), 1);
+        QCOMPARE(console.output, "Header\n"
+                                 "  Version: \"1\" -> \"2\"\n"
+                                 "Entry1 -> Entry2 (A2)\n"
+                                 "  Profile\n"
+                                 "    Name: \"A\" -> \"A2\"\n"
+                                 "Entry10 -> Entry4 (C)\n"
+                                 "  Profile\n"
+                                 "    VIE: \"8\" -> \"7\"\n"
+                                 "Entry1 (N)\n"
+                                 "  added\n");
+    }
+
+    void aFolderIsComparedWithItsDatabase()
+    {
+        makeFolder(QStringLiteral("f"), {{"a.json", "A", "1"}, {"b.json", "B", "2"}});
+        TestConsole console;
+        QCOMPARE(console.run({"compile", "-o", "db.json", "f"}), 0);
+        QCOMPARE(console.run({"diff", "db.json", "f"}), 0);
+        QCOMPARE(console.output + console.errors, "");
+        makeFolder(QStringLiteral("f"), {{"a.json", "A", "7"}});
+        QCOMPARE(console.run({"diff", "db.json", "f"}), 1);
+        QCOMPARE(console.output, "Entry1 -> a.json (A)\n  Profile\n    CAS: \"1\" -> \"7\"\n");
+    }
+
+    void whatOfAFolderCannotBeReadIsSaid()
+    {
+        makeFolder(QStringLiteral("f"), {{"a.json", "A", "1"}});
+        makeFolder(QStringLiteral("g"), {{"a.json", "A", "1"}});
+        writeFile(QStringLiteral("g/broken.json"), "{");
+        TestConsole console;
+        QCOMPARE(console.run({"diff", "f", "g"}), 3);
+        QCOMPARE(console.errors, "zoravel: g/broken.json: neither a species nor a spectrum file\n");
+    }
+
+    void differencesAreWrittenAsJson()
+    {
+        writeFile(QStringLiteral("a.json"), R"({"Type": "Species v1", "Species": {"CAS": "1"},
+            "Dataset1": {"Title": "t", "E": [1, 2], "I": [1, 2]}, "Dataset2": {"Title": "r"}})");
+        writeFile(QStringLiteral("b.json"), R"({"Type": "Species v1", "Species": {"Name": "B"},
+            "Dataset1": {"Title": "t", "T": "3", "E": [1, 3], "I": [1.5, 2]}})");
+        TestConsole console;
+        QCOMPARE(console.run({"diff", "-f", "json", "a.json", "b.json"}), 1);
+        const QJsonObject report = QJsonDocument::fromJson(console.output).object();
+        const QJsonObject expected = QJsonDocument::fromJson(R"({
+            "before": "a.json", "after": "b.json", "differences": [{
+                "before": "a.json", "after": "b.json", "species": "", "file": [],
+                "profile": [{"key": "CAS", "before": "1"}, {"key": "Name", "after": "B"}],
+                "spectra": [
+                    {"before": "Dataset1", "after": "Dataset1", "title": "t",
+                     "fields": [{"key": "T", "after": "3"}],
+                     "points": {"added": 1, "removed": 1, "changed": 1, "reordered": false,
+                                "largest": 0.5, "largestAtEv": 1}},
+                    {"before": "Dataset2", "title": "r", "count": 0}]}]})")
+                                         .object();
+        QCOMPARE(report, expected);
+        QCOMPARE(console.run({"diff", "-f", "json", "a.json", "a.json"}), 0);
+        QVERIFY(QJsonDocument::fromJson(console.output)
+                    .object()[QLatin1String("differences")]
+                    .toArray()
+                    .isEmpty());
+    }
+
 private:
+    // Files of species with a name and a CAS number.
+    static void makeFolder(const QString &folder, const QList<std::array<const char *, 3>> &files)
+    {
+        for (const auto &[file, name, cas] : files) {
+            const QString path = folder + QLatin1Char('/') + QLatin1String(file);
+            QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+            writeFile(path, QByteArray(R"({"Type": "Species v1", "Species": {"Name": ")") + name
+                                + R"(", "CAS": ")" + cas + "\"}}");
+        }
+    }
+
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 

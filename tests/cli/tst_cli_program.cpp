@@ -101,7 +101,9 @@ private slots:
         row({"compile", "x"},
             "zoravel compile: -o DB.json is missing\nSee \"zoravel compile --help\".\n");
         row({"diff", "a"},
-            "zoravel diff: two files have to be named\nSee \"zoravel diff --help\".\n");
+            "zoravel diff: two files or folders have to be named\nSee \"zoravel diff --help\".\n");
+        row({"format", "--lossy", "x"},
+            "zoravel format: --lossy needs --in-place\nSee \"zoravel format --help\".\n");
         row({"format", "--check", "--in-place", "x"},
             "zoravel format: --check and --in-place exclude each other\n"
             "See \"zoravel format --help\".\n");

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QList>
+#include <QString>
+
+#include <optional>
+#include <utility>
+
+class Console;
+
+// An entry of a collection, and what it is recognised by. Those of a folder are read when they are
+// needed, so that two collections do not have to fit into memory.
+struct CollectionEntry {
+    QByteArray name;    // in the folder, with "/" between its parts, or the key in the database
+    QString path;       // of the file; empty in a database
+    QJsonObject object; // in a database
+    QByteArray kind;    // its "Type"; entries of databases are species
+    QByteArray digest;  // of all but its "Type"
+    QByteArray cas;
+    QByteArray inchi;
+    QByteArray species; // its name, or the title of a spectrum, without markup
+
+    // Nothing if the file cannot be read any more.
+    [[nodiscard]] std::optional<QJsonObject> read() const;
+};
+
+// The species and spectrum files of a folder and its subfolders, or the entries of a database.
+struct Collection {
+    QList<CollectionEntry> entries;
+    QJsonObject header; // of a database
+    QJsonObject rest;   // what else stands in the database
+    bool isFolder = false;
+    bool isWhole = true; // false if a file could not be read
+};
+
+// Says on standard error which files cannot be read or are none of the collection's.
+[[nodiscard]] Collection collectionInFolder(const QByteArray &folder, Console &console);
+
+[[nodiscard]] Collection collectionInDatabase(const QJsonObject &database);
+
+struct EntryPairs {
+    QList<std::pair<const CollectionEntry *, const CollectionEntry *>> pairs;
+    QList<const CollectionEntry *> removed;
+    QList<const CollectionEntry *> added;
+};
+
+// Which entries belong together: in two folders those of the same name; then those that are equal,
+// then those of the same CAS number, InChI and name of the species, in this order.
+[[nodiscard]] EntryPairs pairedEntries(const Collection &before, const Collection &after);
