@@ -11,7 +11,7 @@
 #include "spectrum/spectrumwindow.h"
 #include "ui_mainwindow.h"
 #include "widgets/contrast.h"
-#include "widgets/editorcommit.h"
+#include "widgets/fieldbinding.h"
 #include "widgets/focusring.h"
 #include "widgets/tabchain.h"
 #include "widgets/tabstepping.h"
@@ -223,7 +223,7 @@ void MainWindow::settleFocus(QWidget *before)
 
 void MainWindow::commitEdits()
 {
-    ::commitEdits(mapper);
+    binding->commitEdits();
     for (SpectrumWindow *window : spectrumWindows())
         window->commitEdits();
 }

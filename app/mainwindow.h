@@ -10,6 +10,7 @@
 #include <memory>
 
 class CreateDatabase;
+class FieldBinding;
 class QDataWidgetMapper;
 class QDir;
 class QMdiSubWindow;
@@ -157,6 +158,7 @@ private:
     QNetworkAccessManager *networkManager;
     SpeciesModel *speciesModel;
     QDataWidgetMapper *mapper;
+    FieldBinding *binding = nullptr;      // belongs to the mapper, made with it
     SpectrumTabs *spectrumTabs = nullptr; // made with the form
     QString currentFile;                  // full path; empty for a document without a file
     bool modified = false;

@@ -8,9 +8,8 @@
 #include "species/speciesmodel.h"
 #include "spectrum/spectrumwindow.h"
 #include "ui_mainwindow.h"
-#include "widgets/editorcommit.h"
+#include "widgets/fieldbinding.h"
 #include "widgets/mistakemark.h"
-#include "widgets/textguarddelegate.h"
 #include "widgets/waitcursor.h"
 
 #include <QDataWidgetMapper>
@@ -44,9 +43,7 @@ void MainWindow::setupMapper()
         ui->lineEditVIE,     ui->lineEditAIEComment, ui->lineEditVIEComment,
     };
     static_assert(std::size(editors) == speciesImageColumn, "every column but the image");
-    mapper->setModel(speciesModel);
-    mapper->setItemDelegate(new TextGuardDelegate(mapper));
-    commitEditsWithoutFocus(mapper, ui->dockWidgetContents);
+    binding = new FieldBinding(mapper, speciesModel, ui->dockWidgetContents);
     connect(speciesModel, &QAbstractItemModel::dataChanged, this, &MainWindow::setModified);
     int column = 0;
     for (QWidget *editor : editors)

@@ -6,9 +6,8 @@
 #include "spectrum/spectrummodel.h"
 #include "spectrum/undokeys.h"
 #include "ui_spectrumwindow.h"
-#include "widgets/editorcommit.h"
+#include "widgets/fieldbinding.h"
 #include "widgets/tabchain.h"
-#include "widgets/textguarddelegate.h"
 #include "widgets/undoabletext.h"
 #include "widgets/waitcursor.h"
 #include "widgets/wheelguard.h"
@@ -41,11 +40,9 @@ SpectrumWindow::SpectrumWindow(QWidget *parent)
     initializeMappings();
     model = new SpectrumModel(this, ui->textEditSpect);
     marks = new PointMarks(ui->textEditSpect);
-    mapper->setModel(model);
-    mapper->setItemDelegate(new TextGuardDelegate(mapper));
+    binding = new FieldBinding(mapper, model, this);
     new WheelGuard(ui->comboBoxType);
     new UndoKeys(ui->textEditSpect, {ui->buttonNormalize, ui->buttonSparse, ui->buttonCommaToDot});
-    commitEditsWithoutFocus(mapper, this);
     // Leaving the box would write it over nothing, which is a change.
     model->setValue(SpectrumColumn::LineSpectrum, false);
     connectSignals();
@@ -77,7 +74,7 @@ bool SpectrumWindow::isSimulation() const
 
 void SpectrumWindow::commitEdits()
 {
-    ::commitEdits(mapper);
+    binding->commitEdits();
 }
 
 void SpectrumWindow::focusTitle()
@@ -222,7 +219,7 @@ void SpectrumWindow::onLineSpectrumToggled()
     if (updating)
         return;
     const WaitCursor waitCursor;
-    submitEditors(mapper);
+    binding->submit();
     model->setValue(SpectrumColumn::LineSpectrum, ui->checkBoxLineSpectrum->isChecked());
     updateChart();
 }

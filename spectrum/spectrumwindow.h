@@ -9,6 +9,7 @@
 
 #include <memory>
 
+class FieldBinding;
 class PointMarks;
 class QDataWidgetMapper;
 class SpectrumModel;
@@ -78,6 +79,7 @@ private:
     SpectrumModel *model;
     PointMarks *marks; // belongs to the point editor
     QDataWidgetMapper *mapper;
+    FieldBinding *binding; // belongs to the mapper
     bool updating = false;
     QList<Mapping> mappings;
     QPointer<QObject> document; // the main window, or null

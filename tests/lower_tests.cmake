@@ -5,7 +5,7 @@ foreach(test IN ITEMS
     zoravel_test(${test} zoravel_species)
 endforeach()
 foreach(test IN ITEMS
-        tst_cleantextedit tst_editorcommit tst_singlelinetextedit tst_typedalignment
+        tst_cleantextedit tst_fieldbinding tst_singlelinetextedit tst_typedalignment
         tst_undoabletext)
     zoravel_test(${test} zoravel_widgets)
 endforeach()

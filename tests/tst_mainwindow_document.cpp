@@ -419,6 +419,61 @@ private slots:
         QVERIFY(fixture.isModified());
     }
 
+    // What was typed and saved is shown as it was typed, which is not what the file would show.
+    void whatIsDeletedAfterASaveIsSaved_data()
+    {
+        QTest::addColumn<bool>("isInSpectrum");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("to");
+        QTest::addColumn<QString>("left");
+        for (const bool isInSpectrum : {false, true}) {
+            const char *where = isInSpectrum ? "spectrum" : "species";
+            const auto row = [&](const char *what, const QString &typed, int from, int to,
+                                 const QString &left) {
+                QTest::addRow("%s in the %s", what, where)
+                    << isInSpectrum << typed << from << to << left;
+            };
+            row("less than", QStringLiteral("E<8"), 1, 3, QStringLiteral("E"));
+            row("two blanks", QStringLiteral("two  blanks"), 3, 4, QStringLiteral("two blanks"));
+            row("a tag", QStringLiteral("a<b>c"), 1, 4, QStringLiteral("ac"));
+            row("blank at the end", QStringLiteral("E "), 1, 2, QStringLiteral("E"));
+        }
+    }
+    void whatIsDeletedAfterASaveIsSaved()
+    {
+        QFETCH(bool, isInSpectrum);
+        QFETCH(QString, typed);
+        QFETCH(int, from);
+        QFETCH(int, to);
+        QFETCH(QString, left);
+        MainWindowFixture fixture;
+        const QString path = fixture.path(QStringLiteral("a.json"));
+        writeFile(path, speciesFileWith(QStringLiteral("water"), {QStringLiteral("one")}));
+        QVERIFY(fixture.window.loadSpeciesFile(path));
+        CleanTextEdit *field = isInSpectrum ? MainWindowFixture::field(
+                                   fixture.spectra().value(0), QStringLiteral("lineEditUploader"))
+                                            : fixture.field(QStringLiteral("lineEditCID"));
+        field->setFocus();
+        QTest::keyClicks(field, typed);
+        QTest::keyClick(field, Qt::Key_Tab);
+        fixture.window.saveSpecies();
+        QVERIFY(!fixture.isModified());
+        const QJsonObject saved = fileObject(path);
+
+        field->setFocus();
+        QTextCursor cursor = field->textCursor();
+        cursor.setPosition(from);
+        cursor.setPosition(to, QTextCursor::KeepAnchor);
+        field->setTextCursor(cursor);
+        QTest::keyClick(field, Qt::Key_Delete);
+        QTest::keyClick(field, Qt::Key_Tab);
+        QVERIFY(fixture.isModified());
+        fixture.window.saveSpecies();
+        QVERIFY(!fixture.isModified());
+        QCOMPARE(fileObject(path), withEdit(saved, isInSpectrum, left));
+    }
+
     void aReadingThatChangesNothingMarksNothing()
     {
         MainWindowFixture fixture;

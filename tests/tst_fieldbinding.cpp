@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/warnings.h"
 #include "widgets/cleantextedit.h"
-#include "widgets/editorcommit.h"
+#include "widgets/fieldbinding.h"
 
 #include <QAbstractItemModelTester>
 #include <QAccessible>
@@ -53,6 +53,7 @@ struct Fixture {
     CleanTextEdit *unmapped = new CleanTextEdit(&window);
     QLineEdit *line = new QLineEdit(&window);
     QDataWidgetMapper mapper;
+    FieldBinding *binding = nullptr;
 
     explicit Fixture(Shown shown = Shown::Yes)
     {
@@ -63,7 +64,7 @@ struct Fixture {
         model.setItem(0, 0, new QStandardItem(u"first"_s));
         model.setItem(0, 1, new QStandardItem(u"second"_s));
         model.setItem(1, 0, new QStandardItem(u"other row"_s));
-        mapper.setModel(&model);
+        binding = new FieldBinding(&mapper, &model, &window);
         mapper.addMapping(first, 0, "cleanedHtml");
         mapper.addMapping(second, 1, "cleanedHtml");
         mapper.toFirst();
@@ -77,7 +78,7 @@ struct Fixture {
         first->setFocus();
     }
 
-    void commit() { commitEdits(&mapper); }
+    void commit() { binding->commitEdits(); }
     [[nodiscard]] QVariant value(int column, int row = 0) const
     {
         return model.data(model.index(row, column));
@@ -100,7 +101,7 @@ void select(QTextEdit *editor, int anchor, int position)
 
 } // namespace
 
-class TestEditorCommit : public QObject
+class TestFieldBinding : public QObject
 {
     Q_OBJECT
 
@@ -243,7 +244,7 @@ private slots:
             &model, QAbstractItemModelTester::FailureReportingMode::QtTest);
         CleanTextEdit editor;
         QDataWidgetMapper mapper;
-        mapper.setModel(&model);
+        auto *binding = new FieldBinding(&mapper, &model, &editor);
         mapper.addMapping(&editor, 0, "cleanedHtml");
         mapper.toFirst();
         editor.show();
@@ -252,10 +253,10 @@ private slots:
         editor.setFocus();
         QCOMPARE(editor.cleanedHtml(), u"12.5"_s);
 
-        commitEdits(&mapper);
+        binding->commitEdits();
         QCOMPARE(model.data(model.index(0, 0)).metaType(), QMetaType::fromType<double>());
         QTest::keyClicks(&editor, u"1"_s);
-        commitEdits(&mapper);
+        binding->commitEdits();
         QCOMPARE(model.data(model.index(0, 0)), QVariant(u"112.5"_s));
     }
 
@@ -313,6 +314,124 @@ private slots:
         QCOMPARE(f.value(1), QVariant(text));
     }
 
+    // What is typed and committed is shown as it was typed, which a refill would not do.
+    void aDeletionThatLooksLikeARefillIsWritten_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("to");
+        QTest::addColumn<QString>("left");
+        QTest::addColumn<bool>("byLeaving");
+        for (const bool byLeaving : {false, true}) {
+            const char *how = byLeaving ? "by leaving" : "in the field";
+            QTest::addRow("less than, %s", how) << u"E<8"_s << 1 << 3 << u"E"_s << byLeaving;
+            QTest::addRow("two blanks, %s", how)
+                << u"two  blanks"_s << 3 << 4 << u"two blanks"_s << byLeaving;
+            QTest::addRow("entity, %s", how) << u"a&lt;b"_s << 2 << 5 << u"a&b"_s << byLeaving;
+        }
+    }
+    void aDeletionThatLooksLikeARefillIsWritten()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, from);
+        QFETCH(int, to);
+        QFETCH(QString, left);
+        QFETCH(bool, byLeaving);
+        Fixture f;
+        const auto commit = [&f, byLeaving] {
+            if (!byLeaving)
+                return f.commit();
+            f.line->setFocus();
+            f.first->setFocus();
+        };
+        f.first->selectAll();
+        QTest::keyClicks(f.first, typed);
+        commit();
+        QCOMPARE(f.value(0), QVariant(typed));
+        select(f.first, from, to);
+        QTest::keyClick(f.first, Qt::Key_Delete);
+        commit();
+        QCOMPARE(f.value(0), QVariant(left));
+        f.first->undo();
+        QCOMPARE(f.first->cleanedHtml(), typed);
+        commit();
+        QCOMPARE(f.value(0), QVariant(typed));
+        QCOMPARE(f.model.writes, 3);
+        commit();
+        QCOMPARE(f.model.writes, 3);
+    }
+
+    void escapeShowsWhatTheModelHoldsAndWritesNothing()
+    {
+        Fixture f;
+        QTest::keyClicks(f.first, u"E<8"_s);
+        f.commit();
+        QTest::keyClicks(f.first, u"x"_s);
+        QTest::keyClick(f.first, Qt::Key_Escape);
+        QCOMPARE(f.first->cleanedHtml(), u"E"_s);
+        f.line->setFocus();
+        QCOMPARE(f.model.writes, 1);
+        QCOMPARE(f.value(0), QVariant(u"E<8first"_s));
+    }
+
+    void whatAnotherFillGivesIsWhatCounts()
+    {
+        Fixture f;
+        f.model.setData(f.model.index(0, 0), u"two  blanks"_s, Qt::EditRole);
+        QCOMPARE(f.first->cleanedHtml(), u"two blanks"_s);
+        f.model.writes = 0;
+        f.commit();
+        QCOMPARE(f.model.writes, 0);
+        f.first->selectAll();
+        QTest::keyClicks(f.first, u"first"_s);
+        f.commit();
+        QCOMPARE(f.value(0), QVariant(u"first"_s));
+    }
+
+    void aChangeOfAnotherCellDoesNotForgetAnEdit()
+    {
+        Fixture f;
+        QTest::keyClicks(f.first, u"my "_s);
+        f.model.setData(f.model.index(1, 0), u"other"_s, Qt::EditRole);
+        f.model.setData(f.model.index(0, 1), u"other"_s, Qt::EditRole);
+        f.commit();
+        QCOMPARE(f.value(0), QVariant(u"my first"_s));
+    }
+
+    void aTextThatTheProgramSetsIsWrittenByLeavingAndSubmitting()
+    {
+        Fixture f;
+        f.first->setCleanedHtml(u"set"_s);
+        f.second->setPlainText(u"set"_s);
+        f.commit();
+        QCOMPARE(f.model.writes, 0);
+        f.line->setFocus();
+        QCOMPARE(f.value(0), QVariant(u"set"_s));
+        QCOMPARE(f.value(1), QVariant(u"second"_s));
+        f.binding->submit();
+        QCOMPARE(f.value(1), QVariant(u"set"_s));
+        QCOMPARE(f.model.writes, 2);
+    }
+
+    void aVisitWritesNoTextButMakesANumberAText()
+    {
+        Fixture f;
+        f.model.setData(f.model.index(0, 0), u"raw <40  and blanks"_s, Qt::EditRole);
+        f.model.setItem(0, 1, new QStandardItem);
+        f.model.item(0, 1)->setData(12.5, Qt::EditRole);
+        f.model.setItem(1, 1, nullptr);
+        f.model.writes = 0;
+        f.second->setFocus();
+        f.line->setFocus();
+        QCOMPARE(f.model.writes, 1);
+        QCOMPARE(f.value(1).metaType(), QMetaType::fromType<QString>());
+        f.mapper.setCurrentIndex(1);
+        f.second->setFocus();
+        f.line->setFocus();
+        QCOMPARE(f.model.writes, 1);
+        QVERIFY(!f.value(1, 1).isValid());
+    }
+
     void theFocusOfAnotherWidgetDoesNotMatter_data()
     {
         QTest::addColumn<bool>("richText");
@@ -349,7 +468,6 @@ private slots:
     void aChangeWithoutFocusIsWrittenSoon()
     {
         Fixture f;
-        commitEditsWithoutFocus(&f.mapper, &f.window);
         QVERIFY(!f.second->hasFocus());
         select(f.second, 2, 4);
         accessibleText(f.second)->insertText(0, u"my "_s);
@@ -370,7 +488,6 @@ private slots:
     void typingInAFieldWithTheFocusIsNotWrittenKeyByKey()
     {
         Fixture f;
-        commitEditsWithoutFocus(&f.mapper, &f.window);
         QTest::keyClicks(f.first, u"my "_s);
         QCoreApplication::processEvents();
         QCOMPARE(f.model.writes, 0);
@@ -379,7 +496,6 @@ private slots:
     void fillingAnEditorWritesNothing()
     {
         Fixture f;
-        commitEditsWithoutFocus(&f.mapper, &f.window);
         f.model.setData(f.model.index(0, 1), u"raw <40  and blanks"_s, Qt::EditRole);
         f.model.writes = 0;
         f.mapper.toFirst();
@@ -393,7 +509,6 @@ private slots:
     void anEditorThatIsGoneOrNotMappedWhenItsTurnComesIsPassedOver()
     {
         Fixture f;
-        commitEditsWithoutFocus(&f.mapper, &f.window);
         f.unmapped->insertPlainText(u"x"_s);
         f.second->insertPlainText(u"x"_s);
         f.mapper.removeMapping(f.second);
@@ -411,11 +526,11 @@ private slots:
         Fixture f;
         Model otherModel(1, 1);
         QDataWidgetMapper otherMapper;
-        otherMapper.setModel(&otherModel);
+        auto *binding = new FieldBinding(&otherMapper, &otherModel, &f.window);
         otherMapper.addMapping(f.unmapped, 0, "cleanedHtml");
         otherMapper.toFirst();
         QTest::keyClicks(f.first, u"my "_s);
-        commitEdits(&otherMapper);
+        binding->commitEdits();
         QCOMPARE(otherModel.writes, 0);
         QCOMPARE(f.model.writes, 0);
     }
@@ -453,5 +568,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestEditorCommit)
-#include "tst_editorcommit.moc"
+QTEST_MAIN(TestFieldBinding)
+#include "tst_fieldbinding.moc"
