@@ -74,10 +74,10 @@ std::vector<Sign> signsOf(const QString &markup)
     Level level = Level::Normal;
     bool followsBlank = false;
     const QString text = cleanHtmlContent(markup);
+    const qsizetype lastEnd = text.lastIndexOf(QLatin1Char('>'));
     for (qsizetype at = 0; at < text.size(); ++at) {
-        const qsizetype end =
-            text[at] == QLatin1Char('<') ? text.indexOf(QLatin1Char('>'), at) : -1;
-        if (end >= 0) {
+        if (text[at] == QLatin1Char('<') && at < lastEnd) {
+            const qsizetype end = text.indexOf(QLatin1Char('>'), at);
             const QStringView tag = QStringView(text).sliced(at, end - at);
             level = tag.startsWith(u"<sub")   ? Level::Sub
                     : tag.startsWith(u"<sup") ? Level::Sup
@@ -319,7 +319,8 @@ std::map<int, double> elementCounts(const Composition &atoms)
 std::optional<FormulaMass> massOf(const Formula &formula, MassKind kind)
 {
     constexpr double electronMass = 0.000548580; // whether it is counted is not known
-    const double electrons = kind == MassKind::Nominal ? 0 : electronMass * std::abs(formula.charge);
+    const double electrons =
+        kind == MassKind::Nominal ? 0 : electronMass * std::abs(formula.charge);
     FormulaMass sum{0, -electrons, electrons};
     for (const auto &[atom, count] : formula.atoms) {
         const auto [number, massNumber] = atom;

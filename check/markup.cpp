@@ -2,11 +2,11 @@
 #include "check/markup.h"
 
 #include <QLatin1String>
-#include <QRegularExpression>
 #include <QStringView>
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 namespace
 {
@@ -45,6 +45,75 @@ bool isBlank(QChar c)
 {
     return c.isSpace() && c != QChar::Nbsp && c.unicode() != u'\u2028' && c.unicode() != u'\u2029'
            && c.unicode() != u'\u0085';
+}
+
+struct Tag {
+    QStringView whole;
+    QStringView name;
+    bool closes;
+};
+
+bool isAsciiLetter(QChar c)
+{
+    return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
+}
+
+bool isAsciiDigit(QChar c)
+{
+    return c >= u'0' && c <= u'9';
+}
+
+// Where a run of such characters ends that starts there.
+template <typename Predicate>
+qsizetype endOfRun(QStringView text, qsizetype from, Predicate belongs)
+{
+    const auto end = std::find_if_not(text.begin() + from, text.end(), belongs);
+    return end - text.begin();
+}
+
+// The tag at the start of text, which is a "<". Looked for by hand, as what follows are: an
+// expression checks the rest of the whole text before each match, which takes the square of its
+// length where there are many.
+std::optional<Tag> tagAt(QStringView text)
+{
+    const bool closes = text.sliced(1).startsWith(u'/');
+    const qsizetype from = closes ? 2 : 1;
+    const qsizetype nameEnd =
+        endOfRun(text, from, [](QChar c) { return isAsciiLetter(c) || isAsciiDigit(c); });
+    if (nameEnd == from || !isAsciiLetter(text[from]) || nameEnd == text.size())
+        return std::nullopt;
+    const QChar next = text[nameEnd];
+    const bool isBlank = next == u' ' || (next >= u'\t' && next <= u'\r');
+    if (next != u'>' && next != u'/' && !isBlank)
+        return std::nullopt;
+    const qsizetype end = endOfRun(text, nameEnd, [](QChar c) { return c != u'<' && c != u'>'; });
+    if (end == text.size() || text[end] != u'>')
+        return std::nullopt;
+    return Tag{text.first(end + 1), text.sliced(from, nameEnd - from), closes};
+}
+
+// The entity at the start of text, which is a "&", if it is one that people write: a number or one
+// of the names, and ";" or the end of the text.
+QStringView entityAt(QStringView text)
+{
+    const bool isNumber = text.sliced(1).startsWith(u'#');
+    const bool isHex = isNumber && text.sliced(2).startsWith(u'x', Qt::CaseInsensitive);
+    const qsizetype from = isHex ? 3 : isNumber ? 2 : 1;
+    const qsizetype end = endOfRun(text, from, [&](QChar c) {
+        const QChar lower = c.toLower();
+        return isHex      ? isAsciiDigit(c) || (lower >= u'a' && lower <= u'f')
+               : isNumber ? isAsciiDigit(c)
+                          : isAsciiLetter(c);
+    });
+    const QStringView rest = text.sliced(end);
+    const bool isClosed = rest.startsWith(u';');
+    if (end == from || (!isClosed && !rest.isEmpty() && rest != u"\n"))
+        return {};
+    const QStringView name = text.sliced(1, end - 1);
+    const bool known = isNumber
+                       || std::any_of(entityNames.begin(), entityNames.end(),
+                                      [&](QLatin1String each) { return name == each; });
+    return known ? text.first(end + (isClosed ? 1 : 0)) : QStringView();
 }
 
 class MarkupScanner
@@ -93,26 +162,22 @@ private:
     // Returns where the text goes on after what starts with "<".
     qsizetype takeTag(qsizetype at, bool &atStart, bool &afterBlank)
     {
-        static const QRegularExpression tag(
-            QStringLiteral("\\G<(/?)([A-Za-z][A-Za-z0-9]*)(?=[\\s/>])[^<>]*>"));
-        const QRegularExpressionMatch match = tag.match(m_text, at);
-        if (!match.hasMatch()) {
+        const std::optional<Tag> tag = tagAt(QStringView(m_text).sliced(at));
+        if (!tag) {
             add(MarkupIssue::Lost, QStringLiteral("\"%1\" would be taken for a tag and disappear")
                                        .arg(QStringView(m_text).sliced(at).left(20)));
             atStart = afterBlank = false;
             return at + 1;
         }
-        const QString name = match.captured(2);
-        if (name == QLatin1String("br")) {
+        if (tag->name == QLatin1String("br")) {
             atStart = afterBlank = true;
-        } else if (name == QLatin1String("sub") || name == QLatin1String("sup")) {
-            takeScript(name, match.capturedLength(1) > 0);
+        } else if (tag->name == QLatin1String("sub") || tag->name == QLatin1String("sup")) {
+            takeScript(tag->name.toString(), tag->closes);
         } else {
             add(MarkupIssue::ForeignTag,
-                QStringLiteral("the tag %1 is removed when the file is saved")
-                    .arg(match.captured()));
+                QStringLiteral("the tag %1 is removed when the file is saved").arg(tag->whole));
         }
-        return match.capturedEnd();
+        return at + tag->whole.size();
     }
 
     void takeScript(const QString &name, bool closes)
@@ -147,18 +212,10 @@ private:
 
     void checkEntity(qsizetype at)
     {
-        static const QRegularExpression entity(
-            QStringLiteral("\\G&(#[0-9]+|#[xX][0-9A-Fa-f]+|[A-Za-z]+)(;|$)"));
-        const QRegularExpressionMatch match = entity.match(m_text, at);
-        if (!match.hasMatch())
-            return;
-        const QStringView name = match.capturedView(1);
-        const bool known = name.startsWith(QLatin1Char('#'))
-                           || std::any_of(entityNames.begin(), entityNames.end(),
-                                          [&](QLatin1String each) { return name == each; });
-        if (known)
-            add(MarkupIssue::Lost, QStringLiteral("%1 would become the character that it means")
-                                       .arg(match.captured()));
+        const QStringView entity = entityAt(QStringView(m_text).sliced(at));
+        if (!entity.isEmpty())
+            add(MarkupIssue::Lost,
+                QStringLiteral("%1 would become the character that it means").arg(entity));
     }
 
     const QString &m_text;

@@ -76,10 +76,11 @@ QString plainText(const JsonValue &value)
     static const QRegularExpression tags(QStringLiteral("</?(sub|sup|br)\\b[^>]*>"));
     if (!value || !value.isString())
         return {};
-    QString text = value.string();
-    if (text.contains(QLatin1Char('<')))
-        text.remove(tags);
-    return text.trimmed();
+    const QString text = value.string();
+    // No tag ends behind the last ">": to look for one there from every "<" would cost the square.
+    const qsizetype end = text.lastIndexOf(QLatin1Char('>')) + 1;
+    const QString plain = text.first(end).remove(tags) + QStringView(text).sliced(end);
+    return plain.trimmed();
 }
 
 std::optional<EnergyText> energyOf(const QString &plain)
