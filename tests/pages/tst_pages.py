@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Checks the Markdown pages of the project, and that the check itself finds what is wrong."""
+import json
 import pathlib
 import re
 import tempfile
@@ -154,6 +155,27 @@ class PagesTest(unittest.TestCase):
         self.assertGreaterEqual(len(keys), 10)
         rows = re.findall(r"^\| `([^`]+)` \|", page, re.M)
         self.assertEqual([key for key in keys if key not in rows], [])
+
+
+class ExamplesTest(unittest.TestCase):
+    """Who finds an energy in an example shall not take it for a measured one."""
+
+    def test_energies_without_a_source_are_called_illustrative(self):
+        examples = sorted((ROOT / "examples").glob("*.json"))
+        self.assertGreaterEqual(len(examples), 8)
+        for example in examples:
+            species = json.loads(example.read_text("utf-8"))["Species"]
+            for field in ("AIE", "VIE"):
+                self.assertEqual(species[f"{field}_Comment"], "illustrative value, not from a cited source",
+                                 example.name)
+                # No more digits than an illustration needs.
+                self.assertRegex(species[field], r"^[0-9]+\.[0-9]{1,2}$", example.name)
+
+    def test_invented_points_cite_nobody(self):
+        for example in sorted((ROOT / "examples").glob("*.json")):
+            for key, spectrum in json.loads(example.read_text("utf-8")).items():
+                if key.startswith("Dataset"):
+                    self.assertEqual(spectrum["FurtherRefs"] + spectrum["DOI"], "", f"{example.name}: {key}")
 
 
 if __name__ == "__main__":
