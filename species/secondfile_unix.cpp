@@ -1,20 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "species/secondfile.h"
 
+#include "species/fileattributes_unix.h"
+#include "species/hiddenfiles_unix.h"
+
 #include <QFileDevice>
-#include <QRandomGenerator>
 
 #include <cerrno>
-#include <cstdio>
 #include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <vector>
-
-#ifdef Q_OS_LINUX
-#include <sys/xattr.h>
-#endif
+#include <utility>
 
 namespace fs = std::filesystem;
 
@@ -67,14 +64,6 @@ void syncFolder(const fs::path &folder)
     ::close(descriptor);
 }
 
-fs::path hiddenName()
-{
-    char name[32];
-    std::snprintf(name, sizeof name, ".zoravel-%016llx",
-                  static_cast<unsigned long long>(QRandomGenerator::system()->generate64()));
-    return name;
-}
-
 // Tries hidden names in a folder until taken(path) does not fail because there is such a file.
 template <typename Taken>
 bool underHiddenName(const fs::path &folder, fs::path &path, Taken taken)
@@ -97,7 +86,7 @@ int openNameless([[maybe_unused]] const fs::path &folder, [[maybe_unused]] mode_
 #ifdef O_TMPFILE
     if (::access("/proc/self/fd", X_OK) == 0) {
         const int descriptor = withoutInterrupts(
-            [&] { return ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode); });
+            [&] { return ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, mode); });
         // What systems and file systems say that do not know of such files.
         if (descriptor >= 0 || (errno != EISDIR && errno != EINVAL && errno != ENOENT))
             return descriptor;
@@ -105,12 +94,6 @@ int openNameless([[maybe_unused]] const fs::path &folder, [[maybe_unused]] mode_
 #endif
     errno = EOPNOTSUPP;
     return -1;
-}
-
-bool giveName(int nameless, const fs::path &path)
-{
-    const std::string itself = "/proc/self/fd/" + std::to_string(nameless);
-    return ::linkat(AT_FDCWD, itself.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
 }
 
 // Whether a folder keeps a file from everybody but its owner, the folder's, and the administrator.
@@ -122,21 +105,47 @@ bool keepsForOwner(const fs::path &folder, const struct stat &file)
            && user != file.st_uid && user != status.st_uid;
 }
 
-// Access lists among them. What cannot be copied stays behind.
-void copyExtendedAttributes([[maybe_unused]] const fs::path &from, [[maybe_unused]] int to)
+// Whether path leads to an open file.
+bool leadsTo(const fs::path &path, int descriptor)
 {
-#ifdef Q_OS_LINUX
-    std::vector<char> names(1 << 16);
-    std::vector<char> value(1 << 16);
-    const ssize_t size = ::listxattr(from.c_str(), names.data(), names.size());
-    for (ssize_t at = 0; at < size;) {
-        const std::string name = &names[at];
-        const ssize_t length = ::getxattr(from.c_str(), name.c_str(), value.data(), value.size());
-        if (length >= 0)
-            static_cast<void>(::fsetxattr(to, name.c_str(), value.data(), length, 0));
-        at += static_cast<ssize_t>(name.size()) + 1;
+    struct stat there = {};
+    struct stat file = {};
+    return ::lstat(path.c_str(), &there) == 0 && ::fstat(descriptor, &file) == 0
+           && there.st_dev == file.st_dev && there.st_ino == file.st_ino;
+}
+
+// Everything in an open file, from its start on.
+bool copyAll(int from, int to)
+{
+    QByteArray piece(1 << 16, Qt::Uninitialized);
+    off_t place = 0;
+    for (;;) {
+        const ssize_t size = withoutInterrupts([&] {
+            return ::pread(from, piece.data(), static_cast<std::size_t>(piece.size()), place);
+        });
+        if (size <= 0)
+            return size == 0;
+        if (!writeAll(to, QByteArray::fromRawData(piece.constData(), size)))
+            return false;
+        place += size;
     }
-#endif
+}
+
+// Network file systems report failures of what they have done.
+bool giveName(int nameless, const fs::path &path)
+{
+    const std::string itself = "/proc/self/fd/" + std::to_string(nameless);
+    if (::linkat(AT_FDCWD, itself.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0)
+        return true;
+    const int error = errno;
+    const bool isDone = leadsTo(path, nameless);
+    errno = error;
+    return isDone;
+}
+
+bool moveOver(int descriptor, const fs::path &from, const fs::path &to)
+{
+    return ::rename(from.c_str(), to.c_str()) == 0 || leadsTo(to, descriptor);
 }
 
 } // namespace
@@ -153,9 +162,13 @@ public:
     int descriptor = -1;
 
 private:
-    bool openHidden(mode_t mode);
-    void copyAttributes() const;
+    bool openHidden();
+    bool complete();
     bool nameAndRename();
+    bool giveHiddenName();
+    bool copyToHidden();
+
+    [[nodiscard]] mode_t mode() const;
 
     fs::path m_target;
     fs::path m_folder;
@@ -169,23 +182,43 @@ SecondFile::Opened SecondFile::Private::open(const fs::path &path)
     m_target = path;
     m_folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
     m_replaces = ::stat(m_target.c_str(), &m_old) == 0;
+    // What is to be kept of the old file must be known.
+    if (!m_replaces && errno != ENOENT)
+        return Opened::No;
     if (m_replaces && keepsForOwner(m_folder, m_old))
         return Opened::RefusedByFolder;
-    // Nobody else looks in before it has the old file's mode; a new file has the user's usual one.
-    const mode_t mode = m_replaces ? 0600 : 0666;
-    descriptor = openNameless(m_folder, mode);
-    if (descriptor >= 0 || (errno == EOPNOTSUPP && openHidden(mode)))
+    // Whoever looks for what other processes have left must find it held from the start.
+    descriptor = openNameless(m_folder, mode());
+    if (descriptor >= 0)
+        lockHidden(descriptor);
+    if (descriptor >= 0 || (errno == EOPNOTSUPP && openHidden())) {
+        removeHiddenLeftovers(m_folder);
         return Opened::Yes;
+    }
     const bool refused = errno == EACCES || errno == EPERM || errno == EROFS;
     return refused ? Opened::RefusedByFolder : Opened::No;
 }
 
-bool SecondFile::Private::openHidden(mode_t mode)
+// Nobody else looks in before it has the old file's mode; a new file has the user's usual one.
+mode_t SecondFile::Private::mode() const
+{
+    return m_replaces ? 0600 : 0666;
+}
+
+bool SecondFile::Private::openHidden()
 {
     return underHiddenName(m_folder, m_hidden, [&](const fs::path &path) {
         constexpr int flags = O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC;
-        descriptor = withoutInterrupts([&] { return ::open(path.c_str(), flags, mode); });
-        return descriptor >= 0;
+        descriptor = withoutInterrupts([&] { return ::open(path.c_str(), flags, mode()); });
+        if (descriptor < 0)
+            return false;
+        lockHidden(descriptor);
+        if (::access(path.c_str(), F_OK) == 0 || errno != ENOENT)
+            return true;
+        // Another process has tidied it up before it was held.
+        ::close(std::exchange(descriptor, -1));
+        errno = EEXIST;
+        return false;
     });
 }
 
@@ -196,28 +229,15 @@ bool SecondFile::Private::flush()
     return written;
 }
 
-void SecondFile::Private::copyAttributes() const
+// No error of close() matters after this: everything is on the disk.
+bool SecondFile::Private::complete()
 {
-    // The administrator may give files away, others give them to their groups.
-    const bool sameGroup = ::fchown(descriptor, m_old.st_uid, m_old.st_gid) == 0
-                           || ::fchown(descriptor, static_cast<uid_t>(-1), m_old.st_gid) == 0;
-    mode_t mode = m_old.st_mode & 0777;
-    // What one group was allowed to do another is not.
-    if (!sameGroup)
-        mode = (mode & 0707) | ((mode & 0007) << 3);
-    static_cast<void>(::fchmod(descriptor, mode));
-    if (sameGroup)
-        copyExtendedAttributes(m_target, descriptor);
+    return (!m_replaces || copyAttributes(m_target, m_old, descriptor)) && sync(descriptor);
 }
 
 bool SecondFile::Private::takePlace()
 {
-    if (!flush())
-        return false;
-    if (m_replaces)
-        copyAttributes();
-    // No error of close() matters after this one: everything is on the disk, or nothing happens.
-    if (!sync(descriptor) || !nameAndRename())
+    if (!flush() || !complete() || !nameAndRename())
         return false;
     syncFolder(m_folder);
     return true;
@@ -225,28 +245,38 @@ bool SecondFile::Private::takePlace()
 
 bool SecondFile::Private::nameAndRename()
 {
-    if (m_hidden.empty()) {
-        // Where nothing is to be replaced it never has another name, unless somebody comes first.
-        if (!m_replaces && giveName(descriptor, m_target))
-            return true;
-        if (!m_replaces && errno != EEXIST)
-            return false;
-        const auto give = [&](const fs::path &path) { return giveName(descriptor, path); };
-        if (!underHiddenName(m_folder, m_hidden, give))
-            return false;
-    }
-    if (::rename(m_hidden.c_str(), m_target.c_str()) != 0)
+    // Where nothing is to be replaced it never has another name, unless somebody comes first.
+    if (m_hidden.empty() && !m_replaces && giveName(descriptor, m_target))
+        return true;
+    if (m_hidden.empty() && !giveHiddenName() && !copyToHidden())
+        return false;
+    if (!moveOver(descriptor, m_hidden, m_target))
         return false;
     m_hidden.clear();
     return true;
 }
 
+bool SecondFile::Private::giveHiddenName()
+{
+    return underHiddenName(m_folder, m_hidden,
+                           [&](const fs::path &path) { return giveName(descriptor, path); });
+}
+
+// Some systems make files without a name and do not let them have one.
+bool SecondFile::Private::copyToHidden()
+{
+    const int nameless = std::exchange(descriptor, -1);
+    const bool copied = openHidden() && copyAll(nameless, descriptor) && complete();
+    ::close(nameless);
+    return copied;
+}
+
 void SecondFile::Private::remove()
 {
-    if (descriptor >= 0)
-        ::close(descriptor);
     if (!m_hidden.empty())
         ::unlink(m_hidden.c_str());
+    if (descriptor >= 0)
+        ::close(descriptor);
 }
 
 SecondFile::SecondFile() : d(std::make_unique<Private>()) {}

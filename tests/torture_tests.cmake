@@ -3,6 +3,8 @@
 
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     add_subdirectory(faults)
+    # The library that makes calls fail comes first, so that it stands before the C library.
+    zoravel_test(tst_savefaults zoravel_faults zoravel_species)
 endif()
 
 # zoravel_torture_test(<name>): "torture/<name> --quick", which is given the folder of the build and a

@@ -79,13 +79,14 @@ zoravel_fault_plan planFor(const QByteArray &path, const World &world, const cha
 
 // Whether a failure of the call that was made to fail may be passed over. Where the folder is given
 // to the disk after the exchange the new file is there already; a file that is closed is on the
-// disk; one that cannot be opened or made may be reached in another way.
+// disk; one that cannot be opened, made, looked at or linked may be reached in another way, or is
+// another process's leftover.
 bool mayBePassedOver(const QString &folder)
 {
     const QLatin1String call(zoravel_fault_fired());
     const bool ofFolder = QFile::decodeName(zoravel_fault_fired_path()) == folder;
-    return call == "close"_L1 || call == "open"_L1 || call == "openread"_L1
-           || (call == "fsync"_L1 && ofFolder);
+    return call == "close"_L1 || call == "open"_L1 || call == "openread"_L1 || call == "stat"_L1
+           || call == "fstat"_L1 || call == "link"_L1 || (call == "fsync"_L1 && ofFolder);
 }
 
 // One try with one fault. Nothing if the fault was not reached any more.

@@ -15,6 +15,7 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 static struct zoravel_fault_plan plan;
@@ -85,6 +86,7 @@ static const struct {
     {"ENOSPC", ENOSPC}, {"EIO", EIO},       {"EDQUOT", EDQUOT}, {"EACCES", EACCES},
     {"EROFS", EROFS},   {"EMFILE", EMFILE}, {"EPERM", EPERM},   {"EFBIG", EFBIG},
     {"ENFILE", ENFILE}, {"ENOMEM", ENOMEM}, {"EINTR", EINTR},   {"ESTALE", ESTALE},
+    {"done", EIO},
 };
 
 static int error_number(const char *name)
@@ -145,7 +147,13 @@ static void note(const char *call, const char *path)
     syscall(SYS_close, file);
 }
 
-enum todo { CALL, FAIL, SHORT };
+enum todo { CALL, FAIL, SHORT, CALL_AND_FAIL };
+
+/* The calls that put a file in its place. */
+static int places(const char *call)
+{
+    return strcmp(call, "rename") == 0 || strcmp(call, "link") == 0;
+}
 
 static void end_process(void)
 {
@@ -172,11 +180,14 @@ static enum todo next_for(const char *call, const char *path)
             fire(call, path);
         return writes ? SHORT : CALL;
     }
+    const int done = strcmp(plan.action, "done") == 0;
+    if (done && !places(call))
+        return CALL;
     fire(call, path);
     if (strcmp(plan.action, "kill") == 0)
         end_process();
     errno = error_number(plan.action);
-    return FAIL;
+    return done ? CALL_AND_FAIL : FAIL;
 }
 
 static enum todo next_for_file(const char *call, int descriptor)
@@ -329,60 +340,78 @@ WRITEV(pwritev64, COMMA off64_t offset, COMMA offset)
 
 /* --- the rest --- */
 
-#define ON_DESCRIPTOR(name, call)                                                                  \
-    int name(int descriptor)                                                                       \
+#define ON_FILE(name, call, parameters, arguments)                                                 \
+    int name parameters                                                                            \
     {                                                                                              \
         REAL(name);                                                                                \
-        return next_for_file(call, descriptor) == CALL ? real_##name(descriptor) : -1;             \
+        return next_for_file(call, descriptor) == CALL ? real_##name arguments : -1;               \
     }
-ON_DESCRIPTOR(fsync, "fsync")
-ON_DESCRIPTOR(fdatasync, "fsync")
+ON_FILE(fsync, "fsync", (int descriptor), (descriptor))
+ON_FILE(fdatasync, "fsync", (int descriptor), (descriptor))
+ON_FILE(ftruncate, "ftruncate", (int descriptor, off_t size), (descriptor, size))
+ON_FILE(ftruncate64, "ftruncate", (int descriptor, off64_t size), (descriptor, size))
 
-#define FTRUNCATE(name, size_type)                                                                 \
-    int name(int descriptor, size_type size)                                                       \
+#define ON_PATH(name)                                                                              \
+    int name(const char *restrict path, struct name *restrict status)                              \
     {                                                                                              \
         REAL(name);                                                                                \
-        return next_for_file("ftruncate", descriptor) == CALL ? real_##name(descriptor, size)      \
-                                                              : -1;                                \
+        return next_for("stat", path) == CALL ? real_##name(path, status) : -1;                    \
     }
-FTRUNCATE(ftruncate, off_t)
-FTRUNCATE(ftruncate64, off64_t)
+
+/* What is kept of an old file. */
+ON_PATH(stat)
+ON_PATH(stat64)
+ON_FILE(fstat, "fstat", (int descriptor, struct stat *status), (descriptor, status))
+ON_FILE(fstat64, "fstat", (int descriptor, struct stat64 *status), (descriptor, status))
+ON_FILE(fchmod, "fchmod", (int descriptor, mode_t mode), (descriptor, mode))
+ON_FILE(fchown, "fchown", (int descriptor, uid_t owner, gid_t group), (descriptor, owner, group))
+ON_FILE(fsetxattr, "fsetxattr",
+        (int descriptor, const char *name, const void *value, size_t size, int flags),
+        (descriptor, name, value, size, flags))
+
+/* The outcome of a call of these that may be made and nevertheless fail. */
+static int outcome(enum todo todo, int result)
+{
+    if (todo == CALL_AND_FAIL && result == 0)
+        errno = EIO;
+    return todo == CALL_AND_FAIL ? -1 : result;
+}
 
 int rename(const char *from, const char *to)
 {
     REAL(rename);
-    return next_for("rename", to) == CALL ? real_rename(from, to) : -1;
+    const enum todo todo = next_for("rename", to);
+    return todo == FAIL ? -1 : outcome(todo, real_rename(from, to));
 }
 
 int renameat(int from_folder, const char *from, int to_folder, const char *to)
 {
     char buffer[PATH_MAX];
     REAL(renameat);
-    return next_for("rename", path_at(to_folder, to, buffer)) == CALL
-               ? real_renameat(from_folder, from, to_folder, to)
-               : -1;
+    const enum todo todo = next_for("rename", path_at(to_folder, to, buffer));
+    return todo == FAIL ? -1 : outcome(todo, real_renameat(from_folder, from, to_folder, to));
 }
 
 int renameat2(int from_folder, const char *from, int to_folder, const char *to, unsigned int flags)
 {
     char buffer[PATH_MAX];
     REAL(renameat2);
-    return next_for("rename", path_at(to_folder, to, buffer)) == CALL
-               ? real_renameat2(from_folder, from, to_folder, to, flags)
-               : -1;
+    const enum todo todo = next_for("rename", path_at(to_folder, to, buffer));
+    return todo == FAIL ? -1
+                        : outcome(todo, real_renameat2(from_folder, from, to_folder, to, flags));
 }
 
 int link(const char *from, const char *to)
 {
     REAL(link);
-    return next_for("link", to) == CALL ? real_link(from, to) : -1;
+    const enum todo todo = next_for("link", to);
+    return todo == FAIL ? -1 : outcome(todo, real_link(from, to));
 }
 
 int linkat(int from_folder, const char *from, int to_folder, const char *to, int flags)
 {
     char buffer[PATH_MAX];
     REAL(linkat);
-    return next_for("link", path_at(to_folder, to, buffer)) == CALL
-               ? real_linkat(from_folder, from, to_folder, to, flags)
-               : -1;
+    const enum todo todo = next_for("link", path_at(to_folder, to, buffer));
+    return todo == FAIL ? -1 : outcome(todo, real_linkat(from_folder, from, to_folder, to, flags));
 }

@@ -8,12 +8,14 @@
  *
  *   ZORAVEL_FAULT_PATH    only calls on paths that contain this text; of an open file, the path
  *                         that it was opened under, or its folder and a number if it has no name
- *   ZORAVEL_FAULT_CALLS   any of open openread write fsync rename link close ftruncate, with commas;
- *                         all of them if there is none. Each stands for its whole family, open for
- *                         what may write and openread for what may not.
+ *   ZORAVEL_FAULT_CALLS   any of open openread write fsync rename link close ftruncate stat fstat
+ *                         fchmod fchown fsetxattr, with commas; all of them if there is none. Each
+ *                         stands for its whole family, open for what may write and openread for
+ *                         what may not.
  *   ZORAVEL_FAULT_NTH     the first of these calls to fail, from 1; 0 for none
- *   ZORAVEL_FAULT_ACTION  the name of an error (ENOSPC ...), "short" (half the bytes are written),
- *                         "kill" (before the call), or "killshort" (after half the bytes)
+ *   ZORAVEL_FAULT_ACTION  the name of an error (ENOSPC ...), "done" (a rename or link is done and
+ *                         fails), "short" (half the bytes are written), "kill" (before the call),
+ *                         or "killshort" (after half the bytes)
  *   ZORAVEL_FAULT_ALWAYS  1: every later call, too
  *   ZORAVEL_FAULT_NO_NAMELESS  1: files without a name are unknown to the file system
  *   ZORAVEL_FAULT_SLOW    microseconds that each of these calls takes longer
