@@ -5,6 +5,7 @@
 #include "app/interfacescale.h"
 #include "app/mainwindow.h"
 #include "app/translation.h"
+#include "species/pathnames.h"
 #include "widgets/contrast.h"
 
 #include <QApplication>
@@ -66,7 +67,7 @@ int main(int argc, char *argv[])
     new DownloadNotice(&window);
     showOnScreen(window);
     if (!commandLine.file.isNull()) {
-        const QString file = QFileInfo(commandLine.file).absoluteFilePath();
+        const QString file = QFileInfo(withoutParentSteps(commandLine.file)).absoluteFilePath();
         QTimer::singleShot(0, &window, [&window, file] { window.loadSpeciesFile(file); });
     }
     return QApplication::exec();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "species/filebytes.h"
+
 #include <QJsonObject>
 #include <QList>
 #include <QMainWindow>
@@ -146,8 +148,10 @@ private:
     void loadSpeciesObject(const QJsonObject &file);
     // One for each spectrum of a species file's object, in the order of their keys.
     void createSpectrumWindows(const QJsonObject &file);
-    // Writes the document to the current file. False if the file does not hold it.
-    [[nodiscard]] bool writeSpecies();
+    // Writes the document to the current file. None if the file holds it.
+    [[nodiscard]] FileProblem writeSpecies();
+    // What a box adds if a file was refused for its size; an empty text if it was not.
+    [[nodiscard]] static QString sizeRemark(FileProblem problem);
     bool loadFirstOf(const QDir &folder, const QStringList &files);
     bool loadNeighbour(const QDir &folder, const QStringList &files, qsizetype current, int step);
     // The path of the first of files that is a species file, or an empty text.

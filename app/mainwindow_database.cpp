@@ -40,7 +40,8 @@ bool MainWindow::compileSpeciesFiles(const QList<QString> &files, const QString 
     const std::optional<CompileError> error = compile();
     if (error && error->kind == CompileError::UnreadableInput)
         showMessage(this, QMessageBox::Warning, tr("Error"),
-                    tr("Could not open file: %1").arg(error->file));
+                    tr("Could not open file: %1").arg(error->file),
+                    sizeRemark(error->isTooLarge ? FileProblem::TooLarge : FileProblem::None));
     else if (error && error->kind == CompileError::InvalidInput)
         showMessage(this, QMessageBox::Critical, tr("Error"),
                     tr("Invalid species type in file: %1").arg(error->file));

@@ -2,6 +2,7 @@
 #include "app/mainwindow.h"
 
 #include "app/messagebox.h"
+#include "species/pathnames.h"
 #include "species/speciesfolder.h"
 #include "widgets/waitcursor.h"
 
@@ -35,8 +36,9 @@ void MainWindow::loadNextSpeciesFile()
         navigateSpeciesFiles(currentFile, 1);
 }
 
-bool MainWindow::navigateSpeciesFiles(const QString &path, int step)
+bool MainWindow::navigateSpeciesFiles(const QString &requested, int step)
 {
+    const QString path = withoutParentSteps(requested);
     const bool isFolder = QFileInfo(path).isDir();
     const QDir folder(isFolder ? path : QFileInfo(path).absolutePath());
     const QStringList files = jsonFilesIn(folder.absolutePath());

@@ -4,6 +4,7 @@
 #include "app/messagebox.h"
 #include "app/quietarea.h"
 #include "species/jsonfile.h"
+#include "species/pathnames.h"
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
 #include "spectrum/spectrumwindow.h"
@@ -70,18 +71,21 @@ void MainWindow::loadSpeciesFromFile()
 bool MainWindow::loadSpeciesFile(const QString &requested)
 {
     // It may be the current file's path, which changes on the way.
-    const QString path = requested; // NOLINT(performance-unnecessary-copy-initialization)
+    const QString named = requested; // NOLINT(performance-unnecessary-copy-initialization)
     if (!promptToSaveChanges())
         return false;
-    if (!QFile::exists(path)) {
+    if (!QFile::exists(named)) {
         showMessage(this, QMessageBox::Warning, tr("File Not Found"),
-                    tr("The file %1 does not exist.").arg(path));
+                    tr("The file %1 does not exist.").arg(named));
         return false;
     }
-    const std::optional<QJsonObject> file = behindWaitCursor([&] { return readJsonObject(path); });
+    const QString path = withoutParentSteps(named);
+    FileProblem problem = FileProblem::None;
+    const std::optional<QJsonObject> file =
+        behindWaitCursor([&] { return readJsonObject(path, &problem); });
     if (!file || !hasType(*file, speciesFileType)) {
         showMessage(this, QMessageBox::Warning, tr("Invalid Species File"),
-                    tr("The file %1 is not a valid species file.").arg(path));
+                    tr("The file %1 is not a valid species file.").arg(named), sizeRemark(problem));
         return false;
     }
     QWidget *const focused = focusWidget();
@@ -102,10 +106,12 @@ bool MainWindow::isValidSpeciesFile(const QString &path) const
 
 bool MainWindow::loadJSONSpecies(const QString &path)
 {
-    const std::optional<QJsonObject> file = behindWaitCursor([&] { return readJsonObject(path); });
+    FileProblem problem = FileProblem::None;
+    const std::optional<QJsonObject> file =
+        behindWaitCursor([&] { return readJsonObject(path, &problem); });
     if (!file) {
         showMessage(this, QMessageBox::Warning, QStringLiteral("Error"),
-                    QStringLiteral("Could not open file for reading"));
+                    QStringLiteral("Could not open file for reading"), sizeRemark(problem));
         return false;
     }
     if (!hasType(*file, speciesFileType)) {
@@ -150,23 +156,32 @@ void MainWindow::saveSpeciesAs()
                                                       tr("JSON Files (*.json);;All Files (*)"));
     if (path.isEmpty())
         return;
-    currentFile = path;
+    currentFile = withoutParentSteps(path);
     updateWindowTitle(modified);
-    setlastfolder(path);
+    setlastfolder(currentFile);
     saveSpeciesToFile();
 }
 
 void MainWindow::saveSpeciesToFile()
 {
-    const bool isWritten = writeSpecies();
+    const FileProblem problem = writeSpecies();
+    const bool isWritten = problem == FileProblem::None;
     // Whatever the file holds after a failure, under a new name above all, it is not the document.
     updateWindowTitle(!isWritten);
     if (!isWritten)
-        showMessage(this, QMessageBox::Warning, tr("Error"),
-                    tr("Could not open file for writing."));
+        showMessage(this, QMessageBox::Warning, tr("Error"), tr("Could not open file for writing."),
+                    sizeRemark(problem));
 }
 
-bool MainWindow::writeSpecies()
+QString MainWindow::sizeRemark(FileProblem problem)
+{
+    if (problem != FileProblem::TooLarge)
+        return {};
+    return tr("It is larger than %1 MB, without the blanks and line ends between its values.")
+        .arg(largestJsonFile >> 20);
+}
+
+FileProblem MainWindow::writeSpecies()
 {
     const WaitCursor waitCursor;
     commitEdits();
@@ -175,7 +190,10 @@ bool MainWindow::writeSpecies()
     datasets.reserve(windows.size());
     for (const SpectrumWindow *window : windows)
         datasets.append(window->toJson());
-    return writeJsonObject(currentFile, speciesFileObject(speciesModel->toJson(), datasets));
+    FileProblem problem = FileProblem::None;
+    if (writeJsonObject(currentFile, speciesFileObject(speciesModel->toJson(), datasets), &problem))
+        return FileProblem::None;
+    return problem;
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent *event)
@@ -196,7 +214,7 @@ void MainWindow::dragMoveEvent(QDragMoveEvent *event)
 
 void MainWindow::dropEvent(QDropEvent *event)
 {
-    const QString path = droppedSpeciesFile(event->mimeData());
+    const QString path = withoutParentSteps(droppedSpeciesFile(event->mimeData()));
     if (path.isEmpty())
         return;
     event->setDropAction(Qt::CopyAction);

@@ -4,6 +4,7 @@
 #include "app/messagebox.h"
 #include "app/spectrumtabs.h"
 #include "species/jsonfile.h"
+#include "species/pathnames.h"
 #include "spectrum/spectrumfile.h"
 #include "spectrum/spectrumwindow.h"
 #include "ui_mainwindow.h"
@@ -81,13 +82,15 @@ void MainWindow::deleteCurrentSpectrum()
 
 bool MainWindow::loadJSONSpectrum()
 {
-    const QString fileName =
+    const QString fileName = withoutParentSteps(
         QFileDialog::getOpenFileName(this, tr("Open Spectrum JSON File"), lastfolder(),
-                                     tr("JSON Files (*.json);;All Files (*)"));
+                                     tr("JSON Files (*.json);;All Files (*)")));
+    FileProblem problem = FileProblem::None;
     const std::optional<QJsonObject> spectrum =
-        behindWaitCursor([&] { return readJsonObject(fileName); });
+        behindWaitCursor([&] { return readJsonObject(fileName, &problem); });
     if (!spectrum) {
-        showMessage(this, QMessageBox::Warning, tr("Error"), tr("Could not open file for reading"));
+        showMessage(this, QMessageBox::Warning, tr("Error"), tr("Could not open file for reading"),
+                    sizeRemark(problem));
         return false;
     }
     if (!hasType(*spectrum, spectrumFileType)) {
@@ -108,14 +111,16 @@ void MainWindow::saveSpectrumToFile()
                     tr("No active spectrum window to save."));
         return;
     }
-    const QString fileName = QFileDialog::getSaveFileName(this, tr("Save Spectrum"), lastfolder(),
-                                                          tr("JSON Files (*.json);;All Files (*)"));
+    const QString fileName = withoutParentSteps(QFileDialog::getSaveFileName(
+        this, tr("Save Spectrum"), lastfolder(), tr("JSON Files (*.json);;All Files (*)")));
     if (fileName.isEmpty())
         return;
-    const bool isWritten =
-        behindWaitCursor([&] { return writeJsonObject(fileName, shownSpectrum(window)); });
+    FileProblem problem = FileProblem::None;
+    const bool isWritten = behindWaitCursor(
+        [&] { return writeJsonObject(fileName, shownSpectrum(window), &problem); });
     if (!isWritten) {
-        showMessage(this, QMessageBox::Warning, tr("Error"), tr("Could not open file for writing"));
+        showMessage(this, QMessageBox::Warning, tr("Error"), tr("Could not open file for writing"),
+                    sizeRemark(problem));
         return;
     }
     setlastfolder(fileName);

@@ -4,6 +4,6 @@
 #include <QMessageBox>
 
 // Shows a modal box with one OK button. The text is plain: the name of a file in it is never
-// markup.
-void showMessage(QWidget *parent, QMessageBox::Icon icon, const QString &title,
-                 const QString &text);
+// markup. The informative text says more about it.
+void showMessage(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text,
+                 const QString &informativeText = {});

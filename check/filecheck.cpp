@@ -22,7 +22,7 @@ namespace
 {
 
 // Why the file at path cannot be read.
-QString unreadableReason(const QString &path)
+QString unreadableReason(const QString &path, FileProblem problem)
 {
     const QFileInfo file(path);
     if (file.isSymLink() && !file.exists())
@@ -33,7 +33,7 @@ QString unreadableReason(const QString &path)
         return QStringLiteral("it is a folder");
     if (!file.isFile())
         return QStringLiteral("it is no regular file");
-    if (file.size() > largestJsonFile)
+    if (problem == FileProblem::TooLarge)
         return QStringLiteral("it is larger than %1 MB").arg(largestJsonFile >> 20);
     return QStringLiteral("reading it failed");
 }
@@ -194,13 +194,14 @@ private:
 
 FileResult checkFile(const QString &name, const QString &path, const FileCheckOptions &options)
 {
-    const bool tooLarge = QFileInfo(path).size() > largestJsonFile;
-    if (const auto bytes = tooLarge ? std::nullopt : readFileBytes(path))
+    FileProblem problem = FileProblem::None;
+    if (const auto bytes = readJsonText(path, &problem))
         return checkBytes(name, *bytes, options);
     const QByteArray none;
     FindingList findings(name, none, options.enabled);
-    findings.addForFile(Check::Unreadable,
-                        QStringLiteral("The file cannot be read: %1").arg(unreadableReason(path)));
+    findings.addForFile(
+        Check::Unreadable,
+        QStringLiteral("The file cannot be read: %1").arg(unreadableReason(path, problem)));
     return {findings.take(), {}};
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "check/checks.h"
+#include "species/pathnames.h"
 
 #include <QDir>
 #include <QString>
@@ -22,5 +23,8 @@ struct Finding {
     bool endsReading = false; // nothing behind this place could be read, nor checked
 
     // The path as those have it who compare it with the paths in a repository: without "./".
-    [[nodiscard]] QString plainPath() const { return QDir::cleanPath(path); }
+    [[nodiscard]] QString plainPath() const
+    {
+        return hasParentStep(path) ? path : QDir::cleanPath(path);
+    }
 };

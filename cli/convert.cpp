@@ -184,9 +184,7 @@ QByteArray written(const QJsonObject &object, const Job &job, bool inputIsTable)
 std::optional<QByteArray> readBytes(const Job &job, Console &console)
 {
     const bool isInput = job.input.name == "-";
-    std::optional<QByteArray> bytes;
-    if (isInput || QFileInfo(job.input.path).size() <= largestJsonFile)
-        bytes = isInput ? console.readInput() : readFileBytes(job.input.path);
+    std::optional<QByteArray> bytes = isInput ? console.readInput() : readFileBytes(job.input.path);
     if (!bytes)
         console.error(
             isInput ? QByteArray("standard input cannot be read")

@@ -70,7 +70,7 @@ int formatFile(const InputFile &input, const Arguments &arguments, Console &cons
         console.error(shownName(input.name) + ": neither a species nor a spectrum file");
         return exitFailure;
     }
-    const std::optional<QByteArray> before = readFileBytes(input.path);
+    const std::optional<QByteArray> before = readJsonText(input.path);
     if (!before) {
         console.error(shownName(input.name) + ": " + whyUnreadable(input));
         return exitFailure;

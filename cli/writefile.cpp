@@ -36,7 +36,7 @@ QByteArray whyUnwritable(const QString &path)
 {
     constexpr qint64 little = 1 << 16; // bytes
     const QFileInfo file(path);
-    const QFileInfo folder(file.absolutePath());
+    const QFileInfo folder(file.path());
     if (!folder.exists())
         return "there is no such folder";
     if (!folder.isDir())

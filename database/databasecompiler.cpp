@@ -21,9 +21,10 @@ namespace
 // The species file's object as an entry, or what is wrong with the file.
 std::variant<QJsonObject, CompileError> readEntry(const QString &file)
 {
-    std::optional<QJsonObject> object = readJsonObject(file);
+    FileProblem problem = FileProblem::None;
+    std::optional<QJsonObject> object = readJsonObject(file, &problem);
     if (!object)
-        return CompileError{CompileError::UnreadableInput, file};
+        return CompileError{CompileError::UnreadableInput, file, problem == FileProblem::TooLarge};
     if (!hasType(*object, speciesFileType))
         return CompileError{CompileError::InvalidInput, file};
     object->remove(typeKey);

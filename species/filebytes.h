@@ -2,12 +2,33 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
-// All bytes of a regular file; nothing if it cannot be opened or read to its end.
-[[nodiscard]] std::optional<QByteArray> readFileBytes(const QString &path);
+// Why a file was not read or written.
+enum class FileProblem {
+    None,
+    Inaccessible, // it is no regular file, or the system refuses or fails
+    TooLarge,
+};
+
+[[nodiscard]] FileProblem problemOf(bool succeeded, bool fits);
+
+// Larger files, in bytes, are not read as a whole.
+inline constexpr qint64 largestFile = qint64{256} * 1024 * 1024;
+
+// Gives take the bytes of a regular file in pieces of up to a megabyte until it returns false.
+// False if the file cannot be opened or read to its end, or if take returned false.
+[[nodiscard]] bool readFilePieces(const QString &path,
+                                  const std::function<bool(QByteArrayView)> &take);
+
+// All bytes of a regular file; nothing if it cannot be opened or read to its end, or has more than
+// most. What the system says of its size does not count: some of its files say zero and never end.
+[[nodiscard]] std::optional<QByteArray>
+readFileBytes(const QString &path, qint64 most = largestFile, FileProblem *problem = nullptr);
 
 // Makes bytes the contents of the file at path, as a whole or not at all (see ReplacementFile).
 // Returns false if the file does not hold them now.

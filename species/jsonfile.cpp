@@ -1,28 +1,75 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "species/jsonfile.h"
 
-#include "species/filebytes.h"
+#include "species/jsonlayout.h"
 
 #include <QFileInfo>
 #include <QJsonDocument>
+
+namespace
+{
+
+// The text of a JSON file that may be long; nothing if it cannot be read or is too large.
+std::optional<QByteArray> readLongText(const QString &path, bool withLayout, FileProblem *problem)
+{
+    QByteArray text;
+    JsonWithoutLayout compact;
+    qint64 size = 0;
+    qint64 counted = 0;
+    bool fits = true;
+    const bool isRead = readFilePieces(path, [&](QByteArrayView piece) {
+        size += piece.size();
+        if (withLayout)
+            text.append(piece);
+        compact.take(piece);
+        counted = withLayout ? counted + compact.bytes().size() : compact.size();
+        return fits = size <= largestJsonText && counted <= largestJsonFile;
+    });
+    *problem = problemOf(isRead, fits);
+    if (!isRead)
+        return std::nullopt;
+    return withLayout ? text : compact.bytes();
+}
+
+std::optional<QByteArray> readText(const QString &path, bool withLayout, FileProblem *problem)
+{
+    FileProblem unasked = FileProblem::None;
+    FileProblem *const found = problem ? problem : &unasked;
+    std::optional<QByteArray> text;
+    // What is longer may have much layout.
+    if (QFileInfo(path).size() <= largestJsonFile)
+        text = readFileBytes(path, largestJsonFile, found);
+    else
+        text = readLongText(path, withLayout, found);
+    return text;
+}
+
+} // namespace
 
 bool hasType(const QJsonObject &object, QLatin1String type)
 {
     return object.value(typeKey).toString() == type;
 }
 
-std::optional<QJsonObject> readJsonObject(const QString &path)
+std::optional<QByteArray> readJsonText(const QString &path, FileProblem *problem)
 {
-    if (QFileInfo(path).size() > largestJsonFile)
-        return std::nullopt;
-    const std::optional<QByteArray> bytes = readFileBytes(path);
-    if (!bytes)
-        return std::nullopt;
-    return QJsonDocument::fromJson(*bytes).object();
+    return readText(path, true, problem);
 }
 
-bool writeJsonObject(const QString &path, const QJsonObject &object)
+std::optional<QJsonObject> readJsonObject(const QString &path, FileProblem *problem)
 {
-    const QByteArray bytes = QJsonDocument(object).toJson(QJsonDocument::Indented);
-    return bytes.size() <= largestJsonFile && replaceFileBytes(path, bytes);
+    const std::optional<QByteArray> text = readText(path, false, problem);
+    if (!text)
+        return std::nullopt;
+    return QJsonDocument::fromJson(*text).object();
+}
+
+bool writeJsonObject(const QString &path, const QJsonObject &object, FileProblem *problem)
+{
+    const QByteArray text = QJsonDocument(object).toJson(QJsonDocument::Indented);
+    const bool fits = text.size() <= largestJsonFile || sizeWithoutLayout(text) <= largestJsonFile;
+    const bool isWritten = fits && replaceFileBytes(path, text);
+    if (problem)
+        *problem = problemOf(isWritten, fits);
+    return isWritten;
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "species/filebytes.h"
+
 #include <QJsonObject>
 #include <QLatin1String>
 #include <QString>
@@ -10,17 +12,26 @@
 // The key under which every JSON format of the collection names itself.
 inline constexpr QLatin1String typeKey("Type");
 
-// Larger files, in bytes, are not read: parsing takes many times their size in memory. Nor are they
-// written, since they could not be opened again.
-inline constexpr qint64 largestJsonFile = qint64{256} * 1024 * 1024;
+// The most that a JSON file may hold, in bytes without the blanks and line ends between its values:
+// an entry counts the same whether it is indented or not, and what can be read can be written.
+// Parsing takes many times as much memory.
+inline constexpr qint64 largestJsonFile = largestFile;
+// The same with blanks and line ends. Indenting makes a database ten times as long at most.
+inline constexpr qint64 largestJsonText = 0xffff'ffff;
 
 // Whether the object's "Type" is exactly this string.
 [[nodiscard]] bool hasType(const QJsonObject &object, QLatin1String type);
 
 // The top-level object of a JSON file: an empty one if the text is not JSON or not an object,
 // nothing if the file cannot be read or is too large.
-[[nodiscard]] std::optional<QJsonObject> readJsonObject(const QString &path);
+[[nodiscard]] std::optional<QJsonObject> readJsonObject(const QString &path,
+                                                        FileProblem *problem = nullptr);
+
+// The whole text of a JSON file; nothing if it cannot be read or is too large.
+[[nodiscard]] std::optional<QByteArray> readJsonText(const QString &path,
+                                                     FileProblem *problem = nullptr);
 
 // Writes object as indented JSON, as a whole or not at all. Returns false if the file does not hold
 // it, also because it would be too large to be read.
-[[nodiscard]] bool writeJsonObject(const QString &path, const QJsonObject &object);
+[[nodiscard]] bool writeJsonObject(const QString &path, const QJsonObject &object,
+                                   FileProblem *problem = nullptr);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "species/filebytes.h"
+#include "species/pathnames.h"
 #include "species/replacementfile.h"
 #include "support/files.h"
 #include "support/warnings.h"
@@ -8,6 +9,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -225,6 +227,60 @@ private slots:
         QVERIFY(!readFileBytes(unreadable).has_value());
     }
 #endif
+
+#ifdef Q_OS_LINUX
+    // What the system says of its own files is not true: this one says 0 bytes and has terabytes.
+    void aFileThatNeverEndsIsReadUpToTheLimit()
+    {
+        QVERIFY(QFile::link(u"/proc/self/pagemap"_s, path()));
+        QCOMPARE(QFileInfo(path()).size(), 0);
+        FileProblem problem = FileProblem::None;
+        QVERIFY(!readFileBytes(path(), 1'000'000, &problem).has_value());
+        QCOMPARE(problem, FileProblem::TooLarge);
+    }
+#endif
+
+    void noMoreThanTheLimitIsRead()
+    {
+        constexpr qsizetype most = 3 << 20;
+        FileProblem problem = FileProblem::TooLarge;
+        writeFile(path(), QByteArray(most, 'x'));
+        QCOMPARE(readFileBytes(path(), most, &problem).value_or("nothing"_ba).size(), most);
+        QCOMPARE(problem, FileProblem::None);
+        QVERIFY(!readFileBytes(path(), most - 1, &problem).has_value());
+        QCOMPARE(problem, FileProblem::TooLarge);
+        QVERIFY(!readFileBytes(path(u"none"_s), most, &problem).has_value());
+        QCOMPARE(problem, FileProblem::Inaccessible);
+        qsizetype read = 0;
+        QVERIFY(!readFilePieces(path(), [&](QByteArrayView piece) {
+            read += piece.size();
+            return false;
+        }));
+        QCOMPARE_LE(read, qsizetype{1} << 20);
+    }
+
+    // Names.
+
+    void aStepToTheParentFollowsTheLinkBeforeIt()
+    {
+        const QDir folder(m_folder->path());
+        QVERIFY(folder.mkpath(u"elsewhere/inside"_s));
+        QVERIFY(QFile::link(path(u"elsewhere/inside"_s), path(u"dl"_s)));
+        QVERIFY(QFile::link(u"z.json"_s, path(u"elsewhere/l.json"_s)));
+        const QString canonical = QFileInfo(m_folder->path()).canonicalFilePath();
+        const QHash<QString, QString> meant{
+            {path(u"dl/../z.json"_s), canonical + u"/elsewhere/z.json"_s},
+            {path(u"dl/../inside/z.json"_s), canonical + u"/elsewhere/inside/z.json"_s},
+            {path(u"dl/.././z.json"_s), canonical + u"/elsewhere/./z.json"_s},
+            {path(u"dl/../l.json"_s), canonical + u"/elsewhere/l.json"_s},
+            {path(u"dl/.."_s), canonical + u"/elsewhere"_s},
+            {path(u"dl/z.json"_s), path(u"dl/z.json"_s)},
+            {path(u"dl/..z.json"_s), path(u"dl/..z.json"_s)},
+            {path(u"none/../z.json"_s), path(u"none/../z.json"_s)},
+            {QString(), QString()}};
+        for (auto it = meant.begin(); it != meant.end(); ++it)
+            QCOMPARE(withoutParentSteps(it.key()), it.value());
+    }
 
     // Writing where nothing stands in the way.
 

@@ -5,6 +5,8 @@
 #include "support/warnings.h"
 #include "widgets/cleantextedit.h"
 
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QTest>
 
@@ -62,6 +64,54 @@ private slots:
                  QStringLiteral("No Other Species Files"),
                  QStringLiteral("No other species JSON files found in the directory."), fixture);
         checkOpen(fixture, QStringLiteral("a.json"));
+    }
+
+    // A link to a file of the system that never ends, whatever it says of its size.
+    void aFileWithoutAnEndIsSteppedOver()
+    {
+        const QString endless = QStringLiteral("/proc/self/pagemap");
+        if (!QFileInfo(endless).isReadable())
+            QSKIP("there is no such file here");
+        MainWindowFixture fixture;
+        makeSpecies(fixture, {QStringLiteral("a.json"), QStringLiteral("z.json")});
+        QVERIFY(QFile::link(endless, fixture.path(QStringLiteral("m.json"))));
+        open(fixture, QStringLiteral("a.json"));
+        fixture.trigger(next);
+        checkOpen(fixture, QStringLiteral("z.json"));
+    }
+
+    // "dl/.." is the folder around the one that the link leads to, and not the one that it is in.
+    void aPathThroughALinkAndBackIsTheFileThatTheSystemFinds()
+    {
+        MainWindowFixture fixture;
+        const auto at = [&](const char *name) { return fixture.path(QLatin1String(name)); };
+        QVERIFY(QDir(fixture.folder()).mkpath(QStringLiteral("elsewhere/inside")));
+        QVERIFY(QFile::link(at("elsewhere/inside"), at("dl")));
+        writeFile(at("z.json"), speciesFileWith(QStringLiteral("near")));
+        writeFile(at("elsewhere/y.json"), speciesFileWith(QStringLiteral("next")));
+        writeFile(at("elsewhere/z.json"), speciesFileWith(QStringLiteral("far")));
+        const auto shown = [&] {
+            return fixture.field(QStringLiteral("lineEditSpecies"))->cleanedHtml();
+        };
+        QVERIFY(fixture.window.loadSpeciesFile(at("dl/../z.json")));
+        QCOMPARE(shown(), QStringLiteral("far"));
+        const QString folder = QFileInfo(at("elsewhere")).canonicalFilePath();
+        QCOMPARE(fixture.window.lastfolder(), folder);
+        fixture.trigger(next);
+        QCOMPARE(shown(), QStringLiteral("next"));
+        fixture.window.cleanUp();
+        QVERIFY(dropFiles(&fixture.window, {at("dl/../z.json")}));
+        QCOMPARE(shown(), QStringLiteral("far"));
+        fixture.window.setModified();
+        Dialogs dialogs;
+        dialogs.choose(at("dl/../y.json"));
+        fixture.window.saveSpeciesAs();
+        QCOMPARE(dialogs.fileDialogFolders.value(0), folder);
+        QVERIFY(fileBytes(at("elsewhere/y.json")).contains("far"));
+        QVERIFY(!QFile::exists(at("y.json")));
+        QVERIFY(fixture.window.navigateSpeciesFiles(at("dl/../z.json"), -1));
+        QCOMPARE(fixture.window.windowTitle(), QStringLiteral("ZORAVEL Entry Edit - y.json"));
+        QCOMPARE(shown(), QStringLiteral("far"));
     }
 
     void filesThatAreNoSpeciesFilesAreSkippedSilently()

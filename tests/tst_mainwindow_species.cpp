@@ -683,6 +683,40 @@ private slots:
         dialogs.press();
         QVERIFY(!fixture.window.loadSpeciesFile(path));
         QCOMPARE(dialogs.boxes.value(0).title, QStringLiteral("Invalid Species File"));
+        // It says so in every box.
+        dialogs.press();
+        QVERIFY(dropFiles(&fixture.window, {path}));
+        dialogs.choose(path).press();
+        QVERIFY(!fixture.window.loadJSONSpectrum());
+        dialogs.press();
+        QVERIFY(!fixture.window.compileSpeciesFiles({path}, fixture.path(QStringLiteral("db.json")),
+                                                    {}, {}, {}, true));
+        QCOMPARE(dialogs.boxes.size(), 4);
+        for (const SeenBox &box : std::as_const(dialogs.boxes))
+            QCOMPARE(box.informativeText,
+                     QStringLiteral("It is larger than 256 MB, without the blanks and line ends "
+                                    "between its values."));
+        dialogs.press();
+        QVERIFY(!fixture.window.loadSpeciesFile(fixture.folder()));
+        QCOMPARE(dialogs.boxes.last().informativeText, QString());
+    }
+
+    void aSaveThatIsRefusedForItsSizeSaysSo()
+    {
+        MainWindowFixture fixture;
+        const QString file = fixture.path(QStringLiteral("a.json"));
+        auto *model = fixture.window.findChild<SpeciesModel *>();
+        // Control characters take six bytes each in a file. The form need not show them.
+        const QSignalBlocker unseen(model);
+        QVERIFY(model->setData(model->index(0, 0), QString((256 << 20) / 6, QChar(1))));
+        Dialogs dialogs;
+        dialogs.choose(file).press();
+        fixture.window.saveSpeciesAs();
+        QCOMPARE(dialogs.boxes.value(0).text, QStringLiteral("Could not open file for writing."));
+        QVERIFY(dialogs.boxes.value(0).informativeText.startsWith(
+            QStringLiteral("It is larger than 256 MB")));
+        QVERIFY(!QFile::exists(file));
+        QVERIFY(fixture.isModified());
     }
 
     void aDateFromAFileIsNeverMarkup()

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "species/jsonfile.h"
+#include "species/jsonlayout.h"
 #include "species/speciesfile.h"
 #include "support/files.h"
 #include "support/warnings.h"
@@ -341,6 +342,88 @@ private slots:
         const QString less(largestJsonFile / 6 - 10, QChar(1));
         QVERIFY(writeJsonObject(path(), QJsonObject{{u"a"_s, less}}));
         QVERIFY(readJsonObject(path()).has_value());
+    }
+
+    // 3 MB without the indenting, which makes 300 MB of them.
+    void anEntryThatCanBeReadCanBeWrittenAndReadAgain()
+    {
+        constexpr qsizetype points = 1'200'000;
+        constexpr int levels = 60;
+        const QByteArray compact = "{\"a\":"_ba.repeated(levels) + '[' + "1,"_ba.repeated(points)
+                                   + "1]" + QByteArray(levels, '}');
+        writeFile(path(), compact);
+        std::optional<QJsonObject> object = readJsonObject(path());
+        QVERIFY(object.has_value());
+        FileProblem problem = FileProblem::TooLarge;
+        QVERIFY(writeJsonObject(path(), *object, &problem));
+        QCOMPARE(problem, FileProblem::None);
+        QVERIFY(QFileInfo(path()).size() > largestJsonFile);
+        QCOMPARE(readJsonObject(path(), &problem), object);
+        QCOMPARE(problem, FileProblem::None);
+        QCOMPARE(sizeWithoutLayout(readJsonText(path()).value_or(""_ba)), compact.size());
+    }
+
+    void whatIsTooLargeIsSaidToBe()
+    {
+        FileProblem problem = FileProblem::None;
+        QFile file(path());
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(largestJsonFile + 1));
+        QVERIFY(!readJsonObject(path(), &problem).has_value());
+        QCOMPARE(problem, FileProblem::TooLarge);
+        QVERIFY(!readJsonText(path(), &problem).has_value());
+        QCOMPARE(problem, FileProblem::TooLarge);
+        QVERIFY(
+            !writeJsonObject(path(), {{u"a"_s, QString(largestJsonFile / 6, QChar(1))}}, &problem));
+        QCOMPARE(problem, FileProblem::TooLarge);
+        QVERIFY(!readJsonObject(path(u"none"_s), &problem).has_value());
+        QCOMPARE(problem, FileProblem::Inaccessible);
+        QVERIFY(!writeJsonObject(path(u"none/file"_s), {}, &problem));
+        QCOMPARE(problem, FileProblem::Inaccessible);
+    }
+
+    void layoutIsLeftOutAndNothingElse_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QByteArray>("expected");
+        QTest::newRow("empty") << ""_ba
+                               << ""_ba;
+        QTest::newRow("blanks") << " \n\t\r "_ba
+                                << ""_ba;
+        QTest::newRow("indented") << "{\n    \"a b\": [\n        1,\r\n\t2 ]\n}\n"_ba
+                                  << "{\"a b\":[1,2]}"_ba;
+        QTest::newRow("string") << "{\"a \\\" b\" : \" \\\\ \" , \"c\":\"\\\\\"} "_ba
+                                << "{\"a \\\" b\":\" \\\\ \",\"c\":\"\\\\\"}"_ba;
+        QTest::newRow("two numbers") << "[1  2]"_ba
+                                     << "[1 2]"_ba;
+        QTest::newRow("cut word") << "[tr\nue]"_ba
+                                  << "[tr ue]"_ba;
+        QTest::newRow("two strings") << "[\"a\"  \"b\"]"_ba
+                                     << "[\"a\" \"b\"]"_ba;
+        QTest::newRow("string without an end") << "[ \"a  b"_ba
+                                               << "[\"a  b"_ba;
+    }
+    void layoutIsLeftOutAndNothingElse()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(QByteArray, expected);
+        // However the text is cut into pieces.
+        for (qsizetype first = 0; first <= text.size(); ++first) {
+            for (qsizetype second = first; second <= text.size(); ++second) {
+                JsonWithoutLayout compact;
+                compact.take(QByteArrayView(text).first(first));
+                QByteArray bytes = compact.bytes();
+                compact.take(QByteArrayView(text).sliced(first, second - first));
+                compact.take(QByteArrayView(text).sliced(second));
+                bytes += compact.bytes();
+                QCOMPARE(bytes, expected);
+            }
+        }
+        QCOMPARE(sizeWithoutLayout(text), expected.size());
+        QJsonParseError whole;
+        QJsonParseError left;
+        const QJsonDocument document = QJsonDocument::fromJson(text, &whole);
+        QCOMPARE(QJsonDocument::fromJson(expected, &left), document);
+        QCOMPARE(left.error == QJsonParseError::NoError, whole.error == QJsonParseError::NoError);
     }
 
 private:

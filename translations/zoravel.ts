@@ -497,6 +497,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>It is larger than %1 MB, without the blanks and line ends between its values.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Open Spectrum JSON File</source>
         <translation type="unfinished"></translation>
     </message>
