@@ -48,6 +48,16 @@ inline constexpr std::array profileChecks{
         .mend = QLatin1String("Write the elements' symbols."),
         .example = QLatin1String("\"CuCi<sub>2</sub>\"")},
     CheckInfo{
+        .check = Check::FormulaUnicode,
+        .id = QLatin1String("formula-unicode"),
+        .severity = Severity::Warning,
+        .summary = QLatin1String("subscripts of the sum formula are characters of their own"),
+        .why = QLatin1String("Unicode has small digits as characters. They look like subscripts, "
+                             "but other programs and searches do not find the formula by them: "
+                             "everywhere else in the collection a subscript is markup."),
+        .mend = QLatin1String("Write plain digits and make them subscripts."),
+        .example = QLatin1String("H\\u2082O instead of H<sub>2</sub>O")},
+    CheckInfo{
         .check = Check::MassFormula,
         .id = QLatin1String("mass-formula"),
         .severity = Severity::Error,
@@ -67,10 +77,10 @@ inline constexpr std::array profileChecks{
         .severity = Severity::Error,
         .summary = QLatin1String("the sum formula and the InChI name different compositions"),
         .why = QLatin1String("The InChI begins with the sum formula, to which its layers /p and /q "
-                             "add protons and charges. If they differ, one of the two belongs to "
-                             "another species."),
+                             "add protons and charges, and /i isotopes. If they differ, one of the "
+                             "two belongs to another species."),
         .mend = QLatin1String("Take both from one source."),
-        .example = QLatin1String("C6H6 with InChI=1S/C6H12/...")},
+        .example = QLatin1String("C6H6 with InChI=1S/C6H12/..., D2O with InChI=1S/H2O/h1H2")},
     CheckInfo{
         .check = Check::InchiForm,
         .id = QLatin1String("inchi-form"),
@@ -79,7 +89,8 @@ inline constexpr std::array profileChecks{
         .why =
             QLatin1String("The layers of an InChI depend on each other: every atom of the formula"
                           " stands in the connections, and the hydrogen layers hold as many "
-                          "hydrogen atoms as the formula. A slip in copying breaks that."),
+                          "hydrogen atoms as the formula. A slip in copying breaks that. A "
+                          "standard InChI, 1S, has no layer /f or /r."),
         .mend = QLatin1String("Copy the InChI again, as a whole."),
         .example = QLatin1String("InChI=1S/CH4O/c1-2/h2H,1H2 (three of four hydrogen atoms)")},
     CheckInfo{
@@ -91,18 +102,18 @@ inline constexpr std::array profileChecks{
                              "it."),
         .mend = QLatin1String("Write the digits only."),
         .example = QLatin1String("\"PubChem\": \"CID 241\"")},
-    CheckInfo{
-        .check = Check::EnergyNumber,
-        .id = QLatin1String("energy-number"),
-        .severity = Severity::Error,
-        .summary = QLatin1String("an ionisation energy is not a number"),
-        .why =
-            QLatin1String("Programs that use the collection read AIE and VIE as numbers in eV, with "
-                          "the uncertainty of the last digits in brackets, if there is one: "
-                          "9.24(3). A number with more around it, such as a unit, is a warning."),
-        .mend = QLatin1String("Write the number, and its uncertainty in brackets; sources belong "
-                              "into the comment beside it."),
-        .example = QLatin1String("\"AIE\": \"9.24 eV\"")},
+    CheckInfo{.check = Check::EnergyNumber,
+              .id = QLatin1String("energy-number"),
+              .severity = Severity::Error,
+              .summary = QLatin1String("an ionisation energy is not a number"),
+              .why = QLatin1String(
+                  "Programs that use the collection read AIE and VIE as numbers in eV, with "
+                  "the uncertainty of the last digits in brackets, if there is one: "
+                  "9.24(3). A number with more around it, such as a unit, is a warning."),
+              .mend =
+                  QLatin1String("Write the number, and its uncertainty in brackets; sources belong "
+                                "into the comment beside it."),
+              .example = QLatin1String("\"AIE\": \"9.24 eV\"")},
     CheckInfo{
         .check = Check::EnergyRange,
         .id = QLatin1String("energy-range"),

@@ -61,6 +61,16 @@ inline constexpr std::array spectrumChecks{
         .mend = QLatin1String("Enter the intensities."),
         .example = QLatin1String("\"I\": [0, 0, 0]")},
     CheckInfo{
+        .check = Check::IntensitySpike,
+        .id = QLatin1String("intensity-spike"),
+        .severity = Severity::Warning,
+        .summary = QLatin1String("one intensity is far above all others of a curve"),
+        .why = QLatin1String("It is 100,000 times its neighbours or more, and a thousand times any "
+                             "other: a slip of the exponent or of the decimal point. Normalised to "
+                             "it, the rest of the spectrum is a flat line."),
+        .mend = QLatin1String("Compare the point with the source, or delete it."),
+        .example = QLatin1String("\"I\": [2.1, 2.4, 2.5e6, 2.2]")},
+    CheckInfo{
         .check = Check::EnergyUnit,
         .id = QLatin1String("energy-unit"),
         .severity = Severity::Warning,
@@ -134,6 +144,16 @@ inline constexpr std::array spectrumChecks{
                               "data are from."),
         .example =
             QLatin1String("\"DOI\": \"\", \"FurtherRefs\": \"\", \"FurtherComments\": \"\"")},
+    CheckInfo{.check = Check::TemperatureNumber,
+              .id = QLatin1String("temperature-number"),
+              .severity = Severity::Warning,
+              .summary = QLatin1String("a temperature does not begin with a number"),
+              .why = QLatin1String(
+                  "The temperature is read as a number in K. Words before it, or a letter "
+                  "in place of a digit, leave it out of tables. A sign such as ~ or < may "
+                  "stand before it, an uncertainty, a range or a unit behind it."),
+              .mend = QLatin1String("Write the number first, and words into the comments."),
+              .example = QLatin1String("\"T\": \"room temperature\"")},
     CheckInfo{.check = Check::DoiForm,
               .id = QLatin1String("doi-form"),
               .severity = Severity::Warning,

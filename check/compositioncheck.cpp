@@ -34,6 +34,11 @@ std::vector<Formula> readFormula(const JsonValue &value, FindingList &findings)
 {
     if (plainText(value).isEmpty())
         return {};
+    if (hasRaisedCharacters(value.string()))
+        findings.add(Check::FormulaUnicode, value,
+                     QStringLiteral("Formula %1 has subscripts that are no markup")
+                         .arg(quoted(plainText(value))),
+                     QStringLiteral("Write plain digits with <sub> or <sup> around them."));
     const auto result = parseFormula(value.string());
     if (const auto *readings = std::get_if<std::vector<Formula>>(&result))
         return *readings;
@@ -116,6 +121,31 @@ QString formulaText(const std::map<int, double> &counts)
     return text;
 }
 
+// The isotopes that are named, by atomic and mass number. The most abundant one of an element is
+// named by some and left out by others.
+template <typename Atoms>
+std::map<std::pair<int, int>, double> labelsOf(const Atoms &atoms)
+{
+    std::map<std::pair<int, int>, double> labels;
+    for (const auto &[atom, count] : atoms) {
+        if (atom.second != 0 && atom.second != elementOf(atom.first).mainIsotope && count != 0)
+            labels[atom] += count;
+    }
+    return labels;
+}
+
+QString labelText(const std::map<std::pair<int, int>, double> &labels)
+{
+    QString text;
+    for (const auto &[atom, count] : labels) {
+        text += QLatin1Char('[') + QString::number(atom.second)
+                + QLatin1String(elementOf(atom.first).symbol) + QLatin1Char(']');
+        if (count != 1)
+            text += QString::number(count);
+    }
+    return text.isEmpty() ? QStringLiteral("none") : text;
+}
+
 void checkAgainstInchi(const JsonValue &value, const std::vector<Formula> &readings,
                        const Inchi &inchi, FindingList &findings)
 {
@@ -136,6 +166,14 @@ void checkAgainstInchi(const JsonValue &value, const std::vector<Formula> &readi
             QStringLiteral("The InChI names %1, the formula %2")
                 .arg(formulaText(named), formulaText(elementCounts(readings.front().atoms))),
             QStringLiteral("Take both from one source."));
+        return;
+    }
+    const auto labels = labelsOf(inchi.isotopes);
+    if (const auto own = labelsOf(same->atoms); own != labels) {
+        findings.add(Check::FormulaInchi, value,
+                     QStringLiteral("The isotopes of the InChI are %1, those of the formula %2")
+                         .arg(labelText(labels), labelText(own)),
+                     QStringLiteral("Take both from one source."));
         return;
     }
     const bool sameCharge = std::any_of(same, readings.end(), [&](const Formula &reading) {

@@ -308,6 +308,13 @@ std::variant<std::vector<Formula>, FormulaError> parseFormula(const QString &mar
     return FormulaParser(markup).parse();
 }
 
+bool hasRaisedCharacters(const QString &markup)
+{
+    return std::any_of(markup.begin(), markup.end(), [](QChar c) {
+        return plain(c.unicode(), Level::Normal).level != Level::Normal;
+    });
+}
+
 std::map<int, double> elementCounts(const Composition &atoms)
 {
     std::map<int, double> counts;

@@ -18,37 +18,51 @@ constexpr int hydrogen = 1;
     throw InchiLayerError{message};
 }
 
-// The layers by their letters, without the isotopic and later ones, which repeat these letters.
-std::map<QChar, QString> mainLayers(const QStringList &layers)
+// The layers by their letters.
+struct Layers {
+    std::map<QChar, QString> main; // without the isotopic and later ones, which repeat letters
+    QString isotopes;              // the layer /i
+    QString isotopicHydrogens;     // the layer /h behind it
+};
+
+Layers layersOf(const QStringList &layers, bool isStandard)
 {
     static const QString order(QStringLiteral("chqpbtms"));
     static const QString later(QStringLiteral("ifr"));
-    std::map<QChar, QString> found;
+    Layers found;
     qsizetype last = -1;
-    bool inLater = false;
+    QChar part; // the later part that the layer belongs to
     for (const QString &layer : layers) {
         const QChar letter = layer.isEmpty() ? QChar() : layer.front();
-        if (later.contains(letter) && !letter.isNull()) {
-            inLater = true;
-            continue;
-        }
+        const bool startsPart = !letter.isNull() && later.contains(letter);
+        const bool isMoved = !part.isNull() && letter == QLatin1Char('o');
         const qsizetype place = letter.isNull() ? -1 : order.indexOf(letter);
-        if (place < 0 && !(inLater && letter == QLatin1Char('o')))
+        if (place < 0 && !startsPart && !isMoved)
             fail(letter.isNull() ? QStringLiteral("it has an empty layer")
                                  : QStringLiteral("there is no layer /%1").arg(letter));
-        if (inLater)
-            continue;
-        if (place <= last)
-            fail(QStringLiteral("the layer /%1 is out of order").arg(letter));
-        last = place;
-        found.emplace(letter, layer.sliced(1));
+        if (isStandard && (isMoved || (startsPart && letter != QLatin1Char('i'))))
+            fail(QStringLiteral("a standard InChI has no layer /%1").arg(letter));
+        if (startsPart) {
+            // Those behind /f and /r are of the same atoms again.
+            if (letter == QLatin1Char('i') && part.isNull())
+                found.isotopes = layer.sliced(1);
+            part = letter;
+        } else if (part.isNull()) {
+            if (place <= last)
+                fail(QStringLiteral("the layer /%1 is out of order").arg(letter));
+            last = place;
+            found.main.emplace(letter, layer.sliced(1));
+        } else if (part == QLatin1Char('i') && letter == QLatin1Char('h')
+                   && found.isotopicHydrogens.isEmpty()) {
+            found.isotopicHydrogens = layer.sliced(1);
+        }
     }
     return found;
 }
 
 int signedNumber(const QString &text, QChar layer)
 {
-    static const QRegularExpression form(QStringLiteral("^[+-]\\d{1,4}$"));
+    static const QRegularExpression form(QStringLiteral("^[+-][1-9]\\d{0,3}$"));
     if (!form.match(text).hasMatch())
         fail(QStringLiteral("\"%1\" is no number of charges in the layer /%2").arg(text, layer));
     return text.toInt();
@@ -70,8 +84,8 @@ public:
         const bool hasFormula = !layers.first().isEmpty() && !layers.first().front().isLower();
         if (hasFormula)
             m_components = inchiFormula(layers.takeFirst());
-        m_layers = mainLayers(layers);
-        if (!hasFormula && !m_layers.contains(QLatin1Char('p')))
+        m_layers = layersOf(layers, match.capturedView().contains(QLatin1Char('S')));
+        if (!hasFormula && !m_layers.main.contains(QLatin1Char('p')))
             fail(QStringLiteral("it has no formula"));
     }
 
@@ -89,7 +103,8 @@ public:
             if (!part.isEmpty())
                 inchi.charge += signedNumber(part, QLatin1Char('q'));
         }
-        if (const auto protons = m_layers.find(QLatin1Char('p')); protons != m_layers.end()) {
+        if (const auto protons = m_layers.main.find(QLatin1Char('p'));
+            protons != m_layers.main.end()) {
             const int number = signedNumber(protons->second, QLatin1Char('p'));
             inchi.charge += number;
             inchi.atoms[hydrogen] += number;
@@ -97,6 +112,7 @@ public:
                 fail(QStringLiteral("the layer /p takes more protons than there are"));
         }
         std::erase_if(inchi.atoms, [](const auto &atom) { return atom.second == 0; });
+        takeIsotopes(inchi);
         return inchi;
     }
 
@@ -104,9 +120,9 @@ private:
     // The layer's texts, one a component; empty ones if there is no such layer.
     QStringList partsOf(char letter) const
     {
-        const auto layer = m_layers.find(QLatin1Char(letter));
+        const auto layer = m_layers.main.find(QLatin1Char(letter));
         const auto count = static_cast<qsizetype>(m_components.size());
-        if (layer == m_layers.end())
+        if (layer == m_layers.main.end())
             return QStringList(count);
         QStringList parts = inchiParts(layer->second);
         if (parts.size() != count)
@@ -152,16 +168,29 @@ private:
         checkForm('s', kind);
     }
 
+    void takeIsotopes(Inchi &inchi) const
+    {
+        const QStringList parts = inchiParts(m_layers.isotopes);
+        if (parts.size() > qsizetype(m_components.size()) && parts.size() > 1)
+            fail(QStringLiteral("the layer /i has %1 parts for %2 components")
+                     .arg(parts.size())
+                     .arg(m_components.size()));
+        for (qsizetype i = 0; i < parts.size() && i < qsizetype(m_components.size()); ++i)
+            addIsotopes(m_components[static_cast<std::size_t>(i)], parts[i], inchi.isotopes);
+        for (const QString &part : inchiParts(m_layers.isotopicHydrogens))
+            addIsotopicHydrogens(part, inchi.isotopes);
+    }
+
     void checkForm(char letter, const QRegularExpression &form) const
     {
-        const auto layer = m_layers.find(QLatin1Char(letter));
-        if (layer != m_layers.end() && !form.match(layer->second).hasMatch())
+        const auto layer = m_layers.main.find(QLatin1Char(letter));
+        if (layer != m_layers.main.end() && !form.match(layer->second).hasMatch())
             fail(QStringLiteral("\"%1\" cannot stand in the layer /%2")
                      .arg(layer->second, QString(QLatin1Char(letter))));
     }
 
     std::vector<InchiComponent> m_components;
-    std::map<QChar, QString> m_layers;
+    Layers m_layers;
 };
 
 } // namespace

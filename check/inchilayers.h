@@ -37,6 +37,14 @@ void takeConnections(InchiComponent &component, const QString &text);
 // The hydrogen atoms in a component's part of the layer /h, such as "1,3H2,(H,4,5)".
 [[nodiscard]] int hydrogensOf(const InchiComponent &component, const QString &text);
 
+// Adds the isotopes in a component's part of the layer /i, such as "1+1D3,2D": atom 1 is one mass
+// number above the usual one and binds three deuterium atoms, atom 2 binds one.
+using InchiIsotopes = std::map<std::pair<int, int>, int>;
+void addIsotopes(const InchiComponent &component, const QString &text, InchiIsotopes &isotopes);
+
+// The same for its part of the layer /h behind that, of hydrogen without a place: "D2".
+void addIsotopicHydrogens(const QString &text, InchiIsotopes &isotopes);
+
 // Checks a component's part of the layers /b and /t.
 void checkStereoBonds(const InchiComponent &component, const QString &text);
 void checkStereoAtoms(const InchiComponent &component, const QString &text);

@@ -16,13 +16,19 @@ QString eV(double energy)
     return QString::number(energy, 'g', 8) + QStringLiteral(" eV");
 }
 
-// The element of the list of energies at index, where findings about it stand.
-JsonValue elementAt(const PointArrays &points, std::size_t index)
+// The element of a list at index; the list itself if there is none.
+JsonValue elementOfList(const JsonValue &list, std::size_t index)
 {
-    JsonValue element = points.energies.firstChild();
+    JsonValue element = list.firstChild();
     for (std::size_t i = 0; i < index && element; ++i)
         element = element.nextSibling();
-    return element ? element : points.energies;
+    return element ? element : list;
+}
+
+// The energy at index, where findings about it stand.
+JsonValue elementAt(const PointArrays &points, std::size_t index)
+{
+    return elementOfList(points.energies, index);
 }
 
 QString others(qsizetype count)
@@ -131,6 +137,36 @@ void checkGap(const PointArrays &points, FindingList &findings)
         });
 }
 
+void checkSpike(const PointArrays &points, FindingList &findings)
+{
+    constexpr std::size_t fewest = 5;
+    constexpr double aboveNeighbours = 1e5;
+    constexpr double aboveOthers = 1e3;
+    std::vector<double> sizes;
+    sizes.reserve(points.intensities.size());
+    for (const double intensity : points.intensities)
+        sizes.push_back(std::abs(intensity));
+    if (sizes.size() < fewest)
+        return;
+    const auto top = std::max_element(sizes.begin(), sizes.end());
+    const double highest = *top;
+    *top = 0;
+    const double second = *std::max_element(sizes.begin(), sizes.end());
+    double beside = top + 1 != sizes.end() ? top[1] : 0;
+    if (top != sizes.begin())
+        beside = std::max(beside, top[-1]);
+    if (beside == 0) // as between the lines of a simulation
+        beside = second;
+    if (beside == 0 || highest < aboveNeighbours * beside || highest < aboveOthers * second)
+        return;
+    const auto index = static_cast<std::size_t>(top - sizes.begin());
+    findings.add(Check::IntensitySpike, elementOfList(points.intensitiesList, index),
+                 QStringLiteral("Intensity %1 at %2 is %3 times its neighbours")
+                     .arg(QString::number(points.intensities[index], 'g', 6),
+                          eV(points.energiesEv[index]), QString::number(highest / beside, 'g', 2)),
+                 QStringLiteral("Has its exponent or decimal point slipped?"));
+}
+
 // A unit in which energies may have been entered by mistake.
 struct Unit {
     const char *name;
@@ -213,6 +249,7 @@ void checkPoints(const PointArrays &points, const PointContext &context, Finding
     if (isCurve) {
         checkRepetition(points, findings);
         checkGap(points, findings);
+        checkSpike(points, findings);
     }
     checkThreshold(points, context.energies, findings);
 }

@@ -13,8 +13,9 @@
 struct PointArrays {
     std::vector<double> energiesEv;
     std::vector<double> intensities;
-    JsonValue energies;  // the list that they come from
-    bool isWhole = true; // false if the editor loads no point, or others than these
+    JsonValue energies;        // the list that they come from
+    JsonValue intensitiesList; // the same one where each point is an object
+    bool isWhole = true;       // false if the editor loads no point, or others than these
     bool hasTooManyDigits = false;
 };
 

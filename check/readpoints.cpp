@@ -97,6 +97,7 @@ PointArrays readObjects(const JsonValue &list, FindingList &findings)
 {
     PointArrays points;
     points.energies = list;
+    points.intensitiesList = list;
     NumberReader energies;
     NumberReader intensities;
     Tally mistyped;
@@ -147,18 +148,19 @@ PointArrays readPoints(const JsonValue &spectrum, FindingList &findings)
     }
     PointArrays points;
     points.energies = spectrum.member(energiesKey);
-    const JsonValue intensityList = spectrum.member(intensitiesKey);
+    points.intensitiesList = spectrum.member(intensitiesKey);
     NumberReader energies;
     NumberReader intensities;
     points.energiesEv = readList(points.energies, energies);
-    points.intensities = readList(intensityList, intensities);
+    points.intensities = readList(points.intensitiesList, intensities);
     energies.report(findings);
     intensities.report(findings);
     points.isWhole = energies.isFinite() && intensities.isFinite();
     points.hasTooManyDigits = energies.isRounded();
     if (points.energiesEv.size() != points.intensities.size()) {
         points.isWhole = false;
-        findings.add(Check::UnequalArrays, points.energies ? points.energies : intensityList,
+        findings.add(Check::UnequalArrays,
+                     points.energies ? points.energies : points.intensitiesList,
                      QStringLiteral("%1 energies, but %2 intensities: the editor loads no point")
                          .arg(points.energiesEv.size())
                          .arg(points.intensities.size()),

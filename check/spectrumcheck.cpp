@@ -59,6 +59,20 @@ TextUse useOf(SpectrumColumn column)
     }
 }
 
+// The label of the field says K. What is a number in K may have signs before it, and an
+// uncertainty, a range or words behind it.
+void checkTemperature(const JsonValue &value, FindingList &findings)
+{
+    static const QRegularExpression form(
+        QStringLiteral("^[\\s<>~(\u2248\u2264\u2265]*(?:ca\\.?\\s*)?[+-]?(?:\\d+\\.?\\d*|\\.\\d+)"
+                       "(?:[eE][+-]?\\d+)?(?=$|K|,\\s|[^\\w.,])"));
+    const QString text = plainText(value);
+    if (!text.isEmpty() && !form.match(text).hasMatch() && !hasDecimalComma(text))
+        findings.add(Check::TemperatureNumber, value,
+                     QStringLiteral("The temperature %1 is not a number").arg(quoted(text)),
+                     QStringLiteral("Write it in K, such as 298."));
+}
+
 // The index of the type as the editor reads it; -1 for one that is not in the list.
 int checkType(const JsonValue &value, FindingList &findings)
 {
@@ -87,6 +101,8 @@ void checkFields(const JsonValue &spectrum, int type, FindingList &findings)
     for (const SpectrumTextField &field : spectrumTextFields) {
         const JsonValue value = spectrum.member(field.key);
         checkText(value, useOf(field.column), findings);
+        if (field.column == SpectrumColumn::Temperature)
+            checkTemperature(value, findings);
         if (value && field.kind != SpectrumKind::Any && field.kind != own
             && !plainText(value).isEmpty())
             findings.add(

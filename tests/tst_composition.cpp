@@ -195,6 +195,19 @@ private slots:
         row("double bond", u"InChI=1S/C4H8/c1-3-4-2/h3-4H,1-2H3/b4-3+"_s, true);
         row("isotopes", u"InChI=1S/CH4/h1H4/i1D4"_s, true);
         row("bridges", u"InChI=1S/B2H6/c1-3-2-4-1/h1-2H2"_s, true);
+        row("isotopes without a place", u"InChI=1S/H2O/h1H2/i/hD2"_s, true);
+        row("isotope of an atom", u"InChI=1S/CH4O/c1-2/h2H,1H3/i1+1D3,2D"_s, true);
+        row("usual isotope", u"InChI=1S/ClH/h1H/i1+0"_s, true);
+        row("fixed hydrogen", u"InChI=1/CH2O2/c2-1-3/h1H,(H,2,3)/f/h2H"_s, true);
+        row("fixed hydrogen, standard", u"InChI=1S/CH2O2/c2-1-3/h1H,(H,2,3)/f/h2H"_s, false);
+        row("reconnected, standard", u"InChI=1S/ClH.Na/h1H;/q;+1/p-1/rClNa/c1-2"_s, false);
+        row("atom 0", u"InChI=1S/C2H6/c0-1-2/h1-2H3"_s, false);
+        row("atom 0 last", u"InChI=1S/C2H6/c1-2-0/h1-2H3"_s, false);
+        row("leading zero", u"InChI=1S/C2H6/c01-2/h1-2H3"_s, false);
+        row("leading zero of hydrogen", u"InChI=1S/C2H6/c1-2/h1-02H3"_s, false);
+        row("ten", u"InChI=1S/C10H22/c1-3-5-7-9-10-8-6-4-2/h3-10H2,1-2H3"_s, true);
+        row("isotope of no atom", u"InChI=1S/CH4/h1H4/i2D4"_s, false);
+        row("no isotope", u"InChI=1S/CH4/h1H4/i1X"_s, false);
         row("version", u"InChI=2S/H2O/h1H2"_s, false);
         row("prefix", u"1S/H2O/h1H2"_s, false);
         row("no formula", u"InChI=1S//h1H2"_s, false);
@@ -240,6 +253,37 @@ private slots:
         const auto &hydronium = std::get<Inchi>(ofHydronium);
         QCOMPARE(hydronium.charge, 1);
         QCOMPARE(hydronium.atoms, (std::map<int, int>{{1, 3}, {8, 1}}));
+    }
+
+    void anInchiKnowsItsIsotopes_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("expected");
+        const auto row = [](const QString &text, const QString &expected) {
+            QTest::newRow(qPrintable(text)) << text << expected;
+        };
+        row(u"InChI=1S/H2O/h1H2"_s, u""_s);
+        row(u"InChI=1S/H2O/h1H2/i/hD2"_s, u"2H 2"_s);
+        row(u"InChI=1S/H2/h1H/i1+1D"_s, u"2H 2"_s);
+        row(u"InChI=1S/CH4O/c1-2/h2H,1H3/i1+1D3,2D"_s, u"2H 4 13C 1"_s);
+        row(u"InChI=1S/CO2/c2-1-3/i2+2,3+1"_s, u"17O 1 18O 1"_s);
+        row(u"InChI=1S/BrH/h1H/i1-1T"_s, u"3H 1 79Br 1"_s);
+        row(u"InChI=1S/2H2O/h2*1H2/i2*1+2/hD2;"_s, u"2H 2 18O 2"_s);
+        row(u"InChI=1S/H2O/h1H2/i/hHD"_s, u"1H 1 2H 1"_s);
+    }
+
+    void anInchiKnowsItsIsotopes()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, expected);
+        const auto result = parseInchi(text);
+        const auto *error = std::get_if<InchiError>(&result);
+        QVERIFY2(!error, error ? qPrintable(error->message) : "");
+        QStringList parts;
+        for (const auto &[atom, count] : std::get<Inchi>(result).isotopes)
+            parts.append(QString::number(atom.second) + QLatin1String(elementOf(atom.first).symbol)
+                         + u' ' + QString::number(count));
+        QCOMPARE(parts.join(u' '), expected);
     }
 };
 
