@@ -13,7 +13,7 @@ inline constexpr std::array fileChecks{
         .summary = QLatin1String("the file cannot be read"),
         .why = QLatin1String("The file does not exist, is no regular file, may not be read, breaks "
                              "off while it is read, or is larger than the 256 MB that the editor "
-                             "reads."),
+                             "reads. A database may be larger, but none of its entries."),
         .mend = QLatin1String("Look at the path, at the file's rights and at the disk. A link may "
                               "lead to a file that is gone."),
         .example = QLatin1String("error: Cannot be read: no such file [unreadable]")},

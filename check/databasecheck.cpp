@@ -1,27 +1,140 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "check/databasecheck.h"
 
+#include "check/comparison.h"
+#include "check/memberreader.h"
 #include "check/recordcheck.h"
 #include "database/databasecompiler.h"
 #include "species/jsonfile.h"
 #include "species/speciesfile.h"
 
 #include <QCryptographicHash>
+#include <QFile>
 #include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QRegularExpression>
 
 #include <array>
+#include <functional>
 
 namespace
 {
 
-bool isEntryKey(const QString &key)
+class DatabaseChecker
 {
-    static const QRegularExpression form(QStringLiteral("^Entry[1-9][0-9]*$"));
-    return !key.endsWith(QLatin1Char('\n')) && form.match(key).hasMatch();
-}
+public:
+    DatabaseChecker(const QString &name, QIODevice &device, const FileCheckOptions &options)
+        : m_name(name), m_reader(device), m_options(options), m_comparison(options.enabled, {name})
+    {
+    }
+
+    std::optional<FileResult> check()
+    {
+        bool isReadable = true;
+        while (isReadable && m_reader.next())
+            isReadable = checkMember();
+        FindingList around(m_name, m_none, m_options.enabled);
+        const auto &error = m_reader.error();
+        if (m_reader.hasFailed())
+            reportUnreadable(QStringLiteral("The file cannot be read: reading it failed"), {},
+                             around);
+        else if (error)
+            around.addUnread(Check::JsonSyntax, {{}, error->position.line, error->position.column},
+                             error->message);
+        else if (isReadable && m_type != databaseFileType)
+            return std::nullopt;
+        const bool isWhole = isReadable && !error && !m_reader.hasFailed();
+        m_findings.append(around.take());
+        sortByPlace(m_findings);
+        return FileResult{std::move(m_findings),
+                          {isWhole ? FileFacts::Database : FileFacts::Other, {}}};
+    }
+
+private:
+    // Returns whether there is any sense in reading on.
+    bool checkMember()
+    {
+        const QString key = m_reader.key();
+        const TextPosition position = m_reader.keyPosition();
+        const Place place{QLatin1Char('/') + key, position.line, position.column};
+        const std::optional<QByteArray> bytes = m_reader.take(largestJsonFile);
+        // The text begins with a brace of its own.
+        FindingList findings(m_name, bytes ? *bytes : m_none, m_options.enabled,
+                             {position.line, position.column - 1});
+        const bool isReadable =
+            bytes ? checkText(*bytes, key, findings) : reportSize(place, findings);
+        const auto before = m_keys.constFind(key);
+        if (before != m_keys.cend())
+            reportDuplicateKey(key, {place.pointer, before->line, before->column}, findings);
+        m_keys.insert(key, position);
+        m_findings.append(findings.take());
+        return isReadable;
+    }
+
+    bool reportSize(const Place &place, FindingList &findings)
+    {
+        reportUnreadable(
+            QStringLiteral("The entry is larger than %1 MB").arg(largestJsonFile >> 20), place,
+            findings);
+        return true;
+    }
+
+    bool checkText(const QByteArray &bytes, const QString &key, FindingList &findings)
+    {
+        const auto text = parsedText(bytes, findings);
+        if (!text) // behind a wrong byte or number there may be a next entry
+            return !findings.has(Check::JsonSyntax);
+        checkDuplicateKeys(text->root(), findings);
+        const JsonValue member = text->root().firstChild();
+        if (key == typeKey)
+            m_type = member.string();
+        else if (key == headerKey)
+            checkHeader(member, findings);
+        else if (isEntryKey(key))
+            checkEntry(member, findings);
+        else
+            reportUnknownKey(member, findings);
+        return true;
+    }
+
+    static void checkHeader(const JsonValue &header, FindingList &findings)
+    {
+        static constexpr std::array known{KnownKey{QLatin1String("Version"), JsonKind::String},
+                                          KnownKey{QLatin1String("Database"), JsonKind::String},
+                                          KnownKey{QLatin1String("Title"), JsonKind::String},
+                                          KnownKey{QLatin1String("Date"), JsonKind::String}};
+        if (checkKind(header, JsonKind::Object, findings))
+            checkMembers(header, known, findings);
+    }
+
+    void checkEntry(const JsonValue &entry, FindingList &findings)
+    {
+        if (!checkKind(entry, JsonKind::Object, findings))
+            return;
+        std::vector<Fact> facts;
+        checkSpeciesObject(entry, Envelope::Entry, m_options.today, findings, facts);
+        m_findings.append(m_comparison.add(0, facts));
+    }
+
+    static void reportUnknownKey(const JsonValue &member, FindingList &findings)
+    {
+        static constexpr std::array known{KnownKey{typeKey, JsonKind::String},
+                                          KnownKey{headerKey, JsonKind::Object},
+                                          KnownKey{QLatin1String("Entry1"), JsonKind::Object}};
+        findings.addAtKey(Check::UnknownKey, member,
+                          QStringLiteral("A database has no key %1").arg(quoted(member.key())),
+                          meantHint(similarKey(member.key(), known)));
+    }
+
+    QString m_name;
+    const QByteArray m_none;
+    MemberReader m_reader;
+    const FileCheckOptions &m_options;
+    Comparison m_comparison;
+    QHash<QString, TextPosition> m_keys;
+    QString m_type;
+    QList<Finding> m_findings;
+};
 
 QByteArray digestOf(const QJsonObject &object)
 {
@@ -34,45 +147,41 @@ QString nameOf(const QJsonObject &entry)
     return quoted(entry.value(speciesKey).toObject().value(QLatin1String("Name")).toString());
 }
 
+// Gives each entry of the database to take. False if the file cannot be read.
+bool takeEntries(const QString &database,
+                 const std::function<void(const QString &key, const QJsonObject &entry)> &take)
+{
+    QFile file(database);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    MemberReader reader(file);
+    while (reader.next()) {
+        const QString key = reader.key();
+        if (!isEntryKey(key))
+            continue;
+        const QByteArray text = reader.take(largestJsonFile).value_or(QByteArray());
+        take(key, QJsonDocument::fromJson(text).object().value(key).toObject());
+    }
+    return !reader.hasFailed();
+}
+
 } // namespace
 
-void checkDatabaseFile(const JsonValue &root, FindingList &findings)
+std::optional<FileResult> checkDatabase(const QString &name, QIODevice &device,
+                                        const FileCheckOptions &options)
 {
-    static constexpr std::array known{KnownKey{typeKey, JsonKind::String},
-                                      KnownKey{headerKey, JsonKind::Object},
-                                      KnownKey{QLatin1String("Entry1"), JsonKind::Object}};
-    static constexpr std::array inHeader{KnownKey{QLatin1String("Version"), JsonKind::String},
-                                         KnownKey{QLatin1String("Database"), JsonKind::String},
-                                         KnownKey{QLatin1String("Title"), JsonKind::String},
-                                         KnownKey{QLatin1String("Date"), JsonKind::String}};
-    for (JsonValue member = root.firstChild(); member; member = member.nextSibling()) {
-        const QString key = member.key();
-        if (key == typeKey)
-            continue;
-        if (isEntryKey(key) || key == headerKey) {
-            if (checkKind(member, JsonKind::Object, findings) && key == headerKey)
-                checkMembers(member, inHeader, findings);
-            continue;
-        }
-        const QString meant = similarKey(key, known);
-        findings.addAtKey(Check::UnknownKey, member,
-                          QStringLiteral("A database has no key %1").arg(quoted(key)),
-                          meantHint(meant));
-    }
+    return DatabaseChecker(name, device, options).check();
 }
 
 std::optional<QString> databaseDifference(const QString &database,
                                           const QList<SpeciesSource> &species)
 {
-    const std::optional<QJsonObject> file = readJsonObject(database);
-    if (!file)
-        return std::nullopt;
     // How many entries are still without their file.
     QHash<QByteArray, int> unmatched;
-    for (auto member = file->begin(); member != file->end(); ++member) {
-        if (isEntryKey(member.key()))
-            ++unmatched[digestOf(member.value().toObject())];
-    }
+    const bool isRead = takeEntries(
+        database, [&](const QString &, const QJsonObject &entry) { ++unmatched[digestOf(entry)]; });
+    if (!isRead)
+        return std::nullopt;
     QStringList missing;
     for (const SpeciesSource &source : species) {
         std::optional<QJsonObject> object = readJsonObject(source.path);
@@ -86,11 +195,12 @@ std::optional<QString> databaseDifference(const QString &database,
             unmatched.remove(digest);
     }
     QStringList surplus;
-    for (auto member = file->begin(); member != file->end(); ++member) {
-        const QJsonObject entry = member.value().toObject();
-        if (isEntryKey(member.key()) && unmatched.contains(digestOf(entry)))
-            surplus.append(member.key() + QLatin1Char(' ') + nameOf(entry));
-    }
+    const auto noteSurplus = [&](const QString &key, const QJsonObject &entry) {
+        if (unmatched.contains(digestOf(entry)))
+            surplus.append(key + QLatin1Char(' ') + nameOf(entry));
+    };
+    if (!unmatched.isEmpty() && !takeEntries(database, noteSurplus))
+        return std::nullopt;
     const auto listed = [](const QStringList &names) {
         return names.size() == 1 ? names.first()
                                  : QStringLiteral("%1 and %2 more")

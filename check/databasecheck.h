@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "check/findinglist.h"
-#include "check/jsontext.h"
+#include "check/filecheck.h"
 
+#include <QIODevice>
+#include <QList>
 #include <QString>
-#include <QStringList>
 
 #include <optional>
 
-// Checks the layout of a database file.
-void checkDatabaseFile(const JsonValue &root, FindingList &findings);
+// Checks a database from the device's present place on: its layout, each entry as a species file is
+// checked, and the entries against each other. Memory is that of the largest entry, which may have
+// largestJsonFile bytes. Nothing if the text is read to its end and its "Type" is another one.
+[[nodiscard]] std::optional<FileResult> checkDatabase(const QString &name, QIODevice &device,
+                                                      const FileCheckOptions &options);
 
 // A species file as the collection is compared with a database.
 struct SpeciesSource {
@@ -20,6 +23,7 @@ struct SpeciesSource {
 
 // What of a database file differs from these species files, in one sentence: entries that none of
 // them holds, and those that no entry holds. Nothing if the database is up to date. Order and
-// header do not count. Files that cannot be read are passed over.
+// header do not count. Files that cannot be read are passed over. Memory is that of the largest
+// entry.
 [[nodiscard]] std::optional<QString> databaseDifference(const QString &database,
                                                         const QList<SpeciesSource> &species);

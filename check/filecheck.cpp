@@ -2,21 +2,21 @@
 #include "check/filecheck.h"
 
 #include "check/databasecheck.h"
-#include "check/profilecheck.h"
+#include "check/memberreader.h"
 #include "check/recordcheck.h"
 #include "check/savecheck.h"
-#include "check/spectrumcheck.h"
-#include "check/textcheck.h"
-#include "check/utf8text.h"
 #include "database/databasecompiler.h"
 #include "species/filebytes.h"
 #include "species/jsonfile.h"
 #include "species/speciesfile.h"
 #include "spectrum/spectrumfile.h"
 
+#include <QBuffer>
+#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <tuple>
 
 namespace
 {
@@ -38,174 +38,107 @@ QString unreadableReason(const QString &path, FileProblem problem)
     return QStringLiteral("reading it failed");
 }
 
-class FileChecker
+void reportType(const JsonValue &root, FindingList &findings)
 {
-public:
-    FileChecker(const QString &path, const QByteArray &bytes, const FileCheckOptions &options)
-        : m_bytes(bytes), m_options(options), m_findings(path, bytes, options.enabled)
-    {
-    }
+    const QString hint = QStringLiteral("It must be \"%1\", \"%2\" or \"%3\".")
+                             .arg(speciesFileType, spectrumFileType, databaseFileType);
+    const JsonValue type = root.member(typeKey);
+    if (!root.isObject())
+        findings.add(
+            Check::WrongType, root,
+            QStringLiteral("The file holds %1 instead of an object").arg(kindName(root.kind())));
+    else if (!type)
+        findings.add(Check::WrongType, root, QStringLiteral("The file has no \"Type\""), hint);
+    else
+        findings.add(Check::WrongType, type,
+                     type.isString()
+                         ? QStringLiteral("The file's \"Type\" is %1").arg(quoted(type.string()))
+                         : QStringLiteral("The file's \"Type\" is %1").arg(kindName(type.kind())),
+                     hint);
+}
 
-    FileResult check()
-    {
-        checkText();
-        FileResult result{m_findings.take(), std::move(m_facts)};
-        std::stable_sort(
-            result.findings.begin(), result.findings.end(), [](const Finding &a, const Finding &b) {
-                return std::make_pair(a.line, a.column) < std::make_pair(b.line, b.column);
-            });
-        return result;
+// Checks the text of a species or spectrum file, and reports the type of any other. Returns its
+// kind; a database is left to checkDatabase().
+FileFacts::Kind checkDocument(const JsonText &text, QDate today, FindingList &findings,
+                              std::vector<Fact> &facts)
+{
+    const JsonValue root = text.root();
+    const JsonValue type = root.member(typeKey);
+    const QString name = type && type.isString() ? type.string() : QString();
+    if (name == databaseFileType)
+        return FileFacts::Database;
+    checkDuplicateKeys(root, findings);
+    if (name == speciesFileType) {
+        checkSpeciesObject(root, Envelope::File, today, findings, facts);
+        checkSaving(text, true, findings);
+        return FileFacts::Species;
     }
-
-private:
-    void checkText()
-    {
-        if (const auto bad = firstInvalidUtf8(m_bytes)) {
-            const auto byte = static_cast<unsigned char>(m_bytes[*bad]);
-            m_findings.addAtByte(Check::NotUtf8, *bad,
-                                 QStringLiteral("The byte 0x%1 is not UTF-8")
-                                     .arg(QString::number(byte, 16).toUpper()),
-                                 QStringLiteral("Convert the file to UTF-8."));
-            return;
-        }
-        const JsonText text(m_bytes);
-        if (const auto &error = text.error()) {
-            const bool isRange = error->kind == JsonError::NumberTooLarge;
-            QString message = error->message;
-            if (message.endsWith(QLatin1Char('.')))
-                message.chop(1);
-            m_findings.addAtByte(isRange ? Check::NumberRange : Check::JsonSyntax, error->offset,
-                                 isRange
-                                     ? QStringLiteral("A number that is too large for a double; "
-                                                      "the editor cannot read the file")
-                                     : message);
-            return;
-        }
-        checkDocument(text);
+    if (name == spectrumFileType) {
+        checkDataset(root, true, {}, today, findings, facts);
+        checkSaving(text, false, findings);
+        return FileFacts::Spectrum;
     }
+    reportType(root, findings);
+    return FileFacts::Other;
+}
 
-    void checkDocument(const JsonText &text)
-    {
-        const JsonValue root = text.root();
-        checkDuplicateKeys(root, m_findings);
-        const JsonValue type = root.member(typeKey);
-        const QString name = type && type.isString() ? type.string() : QString();
-        if (name == speciesFileType) {
-            checkSpeciesFile(root);
-            checkSaving(text, true, m_findings);
-        } else if (name == spectrumFileType) {
-            m_facts.kind = FileFacts::Spectrum;
-            checkDataset(root, true, {});
-            checkSaving(text, false, m_findings);
-        } else if (name == databaseFileType) {
-            m_facts.kind = FileFacts::Database;
-            checkDatabaseFile(root, m_findings);
-        } else {
-            reportType(root, type, name);
-        }
-    }
+FileResult unreadableResult(const QString &name, const QString &reason,
+                            const FileCheckOptions &options)
+{
+    const QByteArray none;
+    FindingList findings(name, none, options.enabled);
+    reportUnreadable(QStringLiteral("The file cannot be read: %1").arg(reason), {}, findings);
+    return {findings.take(), {}};
+}
 
-    void reportType(const JsonValue &root, const JsonValue &type, const QString &name)
-    {
-        const QString hint = QStringLiteral("It must be \"%1\", \"%2\" or \"%3\".")
-                                 .arg(speciesFileType, spectrumFileType, databaseFileType);
-        if (!root.isObject())
-            m_findings.add(Check::WrongType, root,
-                           QStringLiteral("The file holds %1 instead of an object")
-                               .arg(kindName(root.kind())));
-        else if (!type)
-            m_findings.add(Check::WrongType, root, QStringLiteral("The file has no \"Type\""),
-                           hint);
-        else
-            m_findings.add(
-                Check::WrongType, type,
-                type.isString()
-                    ? QStringLiteral("The file's \"Type\" is %1").arg(quoted(name))
-                    : QStringLiteral("The file's \"Type\" is %1").arg(kindName(type.kind())),
-                hint);
-    }
-
-    void checkSpeciesFile(const JsonValue &root)
-    {
-        m_facts.kind = FileFacts::Species;
-        static constexpr std::array known{KnownKey{typeKey, JsonKind::String},
-                                          KnownKey{speciesKey, JsonKind::Object},
-                                          KnownKey{QLatin1String("Dataset1"), JsonKind::Object}};
-        const JsonValue species = root.member(speciesKey);
-        ProfileEnergies energies;
-        if (species && checkKind(species, JsonKind::Object, m_findings)) {
-            energies = checkProfile(species, m_findings);
-            noteIdentities(species);
-        }
-        for (JsonValue member = root.firstChild(); member; member = member.nextSibling()) {
-            const QString key = member.key();
-            if (isDatasetKey(key)) {
-                if (checkKind(member, JsonKind::Object, m_findings))
-                    checkDataset(member, false, energies);
-            } else if (key != typeKey && key != speciesKey) {
-                const QString meant = similarKey(key, known);
-                m_findings.addAtKey(
-                    Check::UnknownKey, member,
-                    QStringLiteral("The editor does not know the key %1 and drops it")
-                        .arg(quoted(key)),
-                    meantHint(meant));
-            }
-        }
-    }
-
-    void checkDataset(const JsonValue &spectrum, bool isFile, const ProfileEnergies &energies)
-    {
-        const SpectrumFacts facts =
-            checkSpectrum(spectrum, isFile, energies, m_options.today, m_findings);
-        if (facts.fingerprint)
-            m_facts.points.push_back({*facts.fingerprint, m_findings.placeOf(spectrum)});
-    }
-
-    void noteIdentities(const JsonValue &species)
-    {
-        struct Source {
-            Check check;
-            QLatin1String key;
-        };
-        static constexpr std::array sources{
-            Source{Check::SameCas, QLatin1String("CAS")},
-            Source{Check::SameInchi, QLatin1String("InChI")},
-            Source{Check::SameCid, QLatin1String("PubChem")},
-            Source{Check::SameName, QLatin1String("Name")},
-        };
-        for (const Source &source : sources) {
-            const JsonValue value = species.member(source.key);
-            const QString text = plainText(value);
-            if (text.isEmpty())
-                continue;
-            const QString identity =
-                source.check == Check::SameName ? text.simplified().toCaseFolded() : text;
-            m_facts.identities.push_back({source.check, identity, text, m_findings.placeOf(value)});
-        }
-    }
-
-    const QByteArray &m_bytes;
-    const FileCheckOptions &m_options;
-    FindingList m_findings;
-    FileFacts m_facts;
-};
+// The result of a file that begins as a database and is one; nothing for others.
+std::optional<FileResult> databaseResult(const QString &name, QIODevice &device,
+                                         const FileCheckOptions &options)
+{
+    if (kindByFirstKeys(device) != FileKind::Database || !device.seek(0))
+        return std::nullopt;
+    return checkDatabase(name, device, options);
+}
 
 } // namespace
 
 FileResult checkFile(const QString &name, const QString &path, const FileCheckOptions &options)
 {
+    if (QFile file(path); QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly)) {
+        if (auto result = databaseResult(name, file, options))
+            return *std::move(result);
+    }
     FileProblem problem = FileProblem::None;
     if (const auto bytes = readJsonText(path, &problem))
         return checkBytes(name, *bytes, options);
-    const QByteArray none;
-    FindingList findings(name, none, options.enabled);
-    findings.addForFile(
-        Check::Unreadable,
-        QStringLiteral("The file cannot be read: %1").arg(unreadableReason(path, problem)));
-    return {findings.take(), {}};
+    return unreadableResult(name, unreadableReason(path, problem), options);
 }
 
 FileResult checkBytes(const QString &name, const QByteArray &bytes, const FileCheckOptions &options)
 {
-    return FileChecker(name, bytes, options).check();
+    QBuffer device;
+    device.setData(bytes);
+    device.open(QIODevice::ReadOnly);
+    if (auto result = databaseResult(name, device, options))
+        return *std::move(result);
+    FindingList findings(name, bytes, options.enabled);
+    FileFacts facts;
+    if (const auto text = parsedText(bytes, findings))
+        facts.kind = checkDocument(*text, options.today, findings, facts.facts);
+    device.seek(0);
+    if (facts.kind == FileFacts::Database) {
+        // Its first keys are those of another file.
+        if (auto result = checkDatabase(name, device, options))
+            return *std::move(result);
+    }
+    FileResult result{findings.take(), std::move(facts)};
+    sortByPlace(result.findings);
+    return result;
+}
+
+void sortByPlace(QList<Finding> &findings)
+{
+    std::stable_sort(findings.begin(), findings.end(), [](const Finding &a, const Finding &b) {
+        return std::tie(a.line, a.column) < std::tie(b.line, b.column);
+    });
 }

@@ -29,8 +29,9 @@ QString sourceAt(const QByteArray &bytes, qsizetype offset)
 
 } // namespace
 
-FindingList::FindingList(QString path, const QByteArray &bytes, const CheckSet &enabled)
-    : m_path(std::move(path)), m_bytes(bytes), m_positions(bytes), m_enabled(enabled)
+FindingList::FindingList(QString path, const QByteArray &bytes, const CheckSet &enabled,
+                         TextPosition start)
+    : m_path(std::move(path)), m_bytes(bytes), m_positions(bytes, start), m_enabled(enabled)
 {
 }
 
@@ -43,8 +44,7 @@ void FindingList::add(Check check, const JsonValue &value, const QString &messag
 void FindingList::addAtKey(Check check, const JsonValue &member, const QString &message,
                            const QString &hint)
 {
-    const TextPosition position = m_positions.at(member.keyBegin());
-    append(check, {member.pointer(), position.line, position.column}, message, hint, {});
+    append(check, placeOfKey(member), message, hint, {});
 }
 
 void FindingList::addAt(Check check, qsizetype offset, const QString &message, const QString &hint)
@@ -61,15 +61,27 @@ void FindingList::addAtByte(Check check, qsizetype offset, const QString &messag
            sourceAt(m_bytes, offset), true);
 }
 
-void FindingList::addForFile(Check check, const QString &message, const QString &hint)
+void FindingList::addUnread(Check check, const Place &place, const QString &message)
 {
-    append(check, {}, message, hint, {}, {}, true);
+    append(check, place, message, {}, {}, {}, true);
+}
+
+void FindingList::addAtPlace(Check check, const Place &place, const QString &message,
+                             const QString &hint)
+{
+    append(check, place, message, hint, {});
 }
 
 Place FindingList::placeOf(const JsonValue &value)
 {
     const TextPosition position = m_positions.at(value.begin());
     return {value.pointer(), position.line, position.column};
+}
+
+Place FindingList::placeOfKey(const JsonValue &member)
+{
+    const TextPosition position = m_positions.at(member.keyBegin());
+    return {member.pointer(), position.line, position.column};
 }
 
 void FindingList::append(Check check, const Place &place, const QString &message,

@@ -22,8 +22,9 @@ class FindingList
     Q_DISABLE_COPY_MOVE(FindingList)
 
 public:
-    // bytes, the file's text, must outlive it.
-    FindingList(QString path, const QByteArray &bytes, const CheckSet &enabled);
+    // bytes, the file's text or a part of it that starts at start, must outlive it.
+    FindingList(QString path, const QByteArray &bytes, const CheckSet &enabled,
+                TextPosition start = {});
 
     // At a value, or at the key of an object's member. A milder severity than the check's own may
     // be given.
@@ -35,8 +36,11 @@ public:
     void addAt(Check check, qsizetype offset, const QString &message, const QString &hint = {});
     // At a byte where reading ends, as the text is no document; shows the line and a caret.
     void addAtByte(Check check, qsizetype offset, const QString &message, const QString &hint = {});
-    // About a file that cannot be read.
-    void addForFile(Check check, const QString &message, const QString &hint = {});
+    // At a place where reading ends, which the bytes need not hold.
+    void addUnread(Check check, const Place &place, const QString &message);
+    // At a place that the bytes need not hold.
+    void addAtPlace(Check check, const Place &place, const QString &message,
+                    const QString &hint = {});
 
     // Whether the check has found something, asked for or not.
     [[nodiscard]] bool has(Check check) const
@@ -45,6 +49,7 @@ public:
     }
 
     [[nodiscard]] Place placeOf(const JsonValue &value);
+    [[nodiscard]] Place placeOfKey(const JsonValue &member);
     [[nodiscard]] QList<Finding> take() { return std::move(m_findings); }
 
 private:

@@ -32,10 +32,7 @@ void checkKeysOf(const JsonValue &object, FindingList &findings)
     for (JsonValue member = object.firstChild(); member; member = member.nextSibling())
         members.push_back(member);
     const auto report = [&](const JsonValue &lost) {
-        findings.addAtKey(Check::DuplicateKey, lost,
-                          QStringLiteral("The key %1 is written again below; this value is lost")
-                              .arg(quoted(lost.key())),
-                          QStringLiteral("Keep one of the two; the editor reads the last one."));
+        reportDuplicateKey(lost.key(), findings.placeOfKey(lost), findings);
     };
     if (object.count() <= few) {
         for (std::size_t i = 0; i < members.size(); ++i) {
@@ -57,6 +54,14 @@ void checkKeysOf(const JsonValue &object, FindingList &findings)
 }
 
 } // namespace
+
+void reportDuplicateKey(const QString &key, const Place &place, FindingList &findings)
+{
+    findings.addAtPlace(
+        Check::DuplicateKey, place,
+        QStringLiteral("The key %1 is written again below; this value is lost").arg(quoted(key)),
+        QStringLiteral("Keep one of the two; the editor reads the last one."));
+}
 
 void checkDuplicateKeys(const JsonValue &root, FindingList &findings)
 {

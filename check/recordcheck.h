@@ -18,6 +18,9 @@ struct KnownKey {
 // Keys that are written twice, in an object and in all that it holds.
 void checkDuplicateKeys(const JsonValue &root, FindingList &findings);
 
+// Reports a key at place that is written again in the same object.
+void reportDuplicateKey(const QString &key, const Place &place, FindingList &findings);
+
 // The members of an object that the reader does not know, and those whose value is not of the kind
 // that it reads: it takes them for empty.
 void checkMembers(const JsonValue &object, std::span<const KnownKey> known, FindingList &findings);

@@ -42,12 +42,8 @@ bool startsCharacter(char c)
 // The place behind the bytes, which follow that of start.
 TextPosition advanced(TextPosition start, QByteArrayView bytes)
 {
-    for (const char c : bytes) {
-        if (c == '\n')
-            start = {start.line + 1, 1};
-        else if (startsCharacter(c))
-            ++start.column;
-    }
+    for (const char c : bytes)
+        start.advance(c);
     return start;
 }
 
@@ -95,8 +91,11 @@ TextPosition positionAt(QByteArrayView utf8, qsizetype offset)
 TextPosition PositionFinder::at(qsizetype offset)
 {
     constexpr int fewCalls = 16;
-    if (m_marks.empty() && ++m_calls <= fewCalls)
-        return positionAt(m_text, offset);
+    if (m_marks.empty() && ++m_calls <= fewCalls) {
+        const TextPosition within = positionAt(m_text, offset);
+        return {m_start.line + within.line - 1,
+                within.line > 1 ? within.column : m_start.column + within.column - 1};
+    }
     if (m_marks.empty())
         setMarks();
     const qsizetype end = std::clamp<qsizetype>(offset, 0, m_text.size());
@@ -107,7 +106,7 @@ TextPosition PositionFinder::at(qsizetype offset)
 
 void PositionFinder::setMarks()
 {
-    m_marks.push_back({});
+    m_marks.push_back(m_start);
     for (qsizetype end = markDistance; end <= m_text.size(); end += markDistance)
         m_marks.push_back(
             advanced(m_marks.back(), m_text.sliced(end - markDistance, markDistance)));

@@ -3,6 +3,7 @@
 
 #include <QByteArrayView>
 
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -10,6 +11,16 @@
 struct TextPosition {
     int line = 1;
     int column = 1;
+
+    // Goes on behind the next byte of the text. Lines end with LF.
+    void advance(char byte)
+    {
+        if (byte == '\n')
+            *this = {line + 1, 1};
+        else if ((static_cast<unsigned char>(byte) & 0xc0) != 0x80
+                 && column < std::numeric_limits<int>::max())
+            ++column;
+    }
 };
 
 // The offset of the first byte that is no part of well-formed UTF-8; nothing if all bytes are.
@@ -22,11 +33,15 @@ struct TextPosition {
 [[nodiscard]] QByteArrayView lineAt(QByteArrayView utf8, qsizetype offset);
 
 // Says positionAt() of one text, which must outlive it. Each call of that walks over the text; once
-// there are many of them, marks at even distances save nearly all of the way.
+// there are many of them, marks at even distances save nearly all of the way. The text may be a
+// part of a longer one, in which it starts at start.
 class PositionFinder
 {
 public:
-    explicit PositionFinder(QByteArrayView utf8) : m_text(utf8) {}
+    explicit PositionFinder(QByteArrayView utf8, TextPosition start = {})
+        : m_text(utf8), m_start(start)
+    {
+    }
 
     [[nodiscard]] TextPosition at(qsizetype offset);
 
@@ -34,6 +49,7 @@ private:
     void setMarks();
 
     QByteArrayView m_text;
+    TextPosition m_start;
     int m_calls = 0;
     std::vector<TextPosition> m_marks;
 };

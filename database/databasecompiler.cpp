@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <numeric>
@@ -144,6 +145,12 @@ private:
 };
 
 } // namespace
+
+bool isEntryKey(const QString &key)
+{
+    static const QRegularExpression form(QStringLiteral("^Entry[1-9][0-9]*\\z"));
+    return form.match(key).hasMatch();
+}
 
 std::optional<CompileError> compileDatabase(const QStringList &files, const QString &output,
                                             const DatabaseHeader &header,

@@ -14,6 +14,9 @@
 inline constexpr QLatin1String databaseFileType("Database v1");
 inline constexpr QLatin1String headerKey("Header");
 
+// Whether key is that of an entry: "Entry" and a number from 1 on, without leading zeros.
+[[nodiscard]] bool isEntryKey(const QString &key);
+
 // The values of a database file's "Header".
 struct DatabaseHeader {
     QString version;

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # The library of checks.
-foreach(test IN ITEMS tst_checks tst_jsontext tst_composition tst_markup tst_molecules tst_checktexts)
+foreach(test IN ITEMS
+        tst_checks tst_checktexts tst_composition tst_jsontext tst_markup tst_memberreader tst_molecules)
     zoravel_test(${test} zoravel_check zoravel_widgets)
 endforeach()
 

@@ -129,6 +129,85 @@ private slots:
         QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
     }
 
+    // What is found in a file is found in the entry that is compiled of it, at its own place; but
+    // how the file is laid out, and what stands twice.
+    void entriesOfADatabaseAreCheckedAsFilesAre()
+    {
+        static const QRegularExpression type(u",\\s*\"Type\": \"Species v1\"\\s*\\}\\s*$"_s);
+        int compared = 0;
+        for (const CheckInput &input : filesIn(dataFolder)) {
+            QString text = QString::fromUtf8(readFileBytes(input.path).value_or(QByteArray()));
+            if (!text.contains(type))
+                continue;
+            const auto foundIn = [](const QByteArray &bytes, int lines, const QString &prefix) {
+                QStringList found;
+                for (const Finding &finding : checkFiles({{u"a"_s, {}, bytes}}, optionsOf())) {
+                    if (finding.check != Check::WouldChange && finding.check < Check::SameCas)
+                        found.append(idOf(finding.check) + u' ' + finding.message + u' '
+                                     + QString::number(finding.line - lines) + u' '
+                                     + QString::number(finding.column) + u' '
+                                     + finding.pointer.mid(prefix.size()));
+                }
+                return found;
+            };
+            const QStringList ofFile = foundIn(text.toUtf8(), 0, {});
+            const QByteArray entry = text.replace(type, u"\n}"_s).toUtf8();
+            QCOMPARE(foundIn("{\n\"Entry7\":\n" + entry + ",\"Type\": \"Database v1\"}", 2,
+                             u"/Entry7"_s),
+                     ofFile);
+            compared += int(!ofFile.isEmpty());
+        }
+        QVERIFY(compared > 50);
+    }
+
+    void entriesOfADatabaseAreComparedWithEachOtherOnly()
+    {
+        const QByteArray entry = R"({"Species": {"Name": "Water"}})";
+        const QByteArray database =
+            "{\"Entry1\": " + entry + ",\n\"Entry2\": " + entry + ",\n\"Type\": \"Database v1\"}";
+        const QByteArray file = R"({"Species": {"Name": "Water"}, "Type": "Species v1"})";
+        CheckSet enabled;
+        enabled.set(std::size_t(Check::SameName));
+        const QList<Finding> findings =
+            checkFiles({{u"a.json"_s, {}, file}, {u"db.json"_s, {}, database}}, optionsOf(enabled));
+        QCOMPARE(findings.size(), 1);
+        QCOMPARE(findings[0].pointer, u"/Entry2/Species/Name"_s);
+        QCOMPARE(findings[0].message, u"Name Water stands in db.json:1:33, too"_s);
+        QCOMPARE(findings[0].line, 2);
+    }
+
+    void anEntryHasNoType()
+    {
+        const QByteArray database = R"({"Entry1": {"Type": "Species v1"}, "Type": "Database v1"})";
+        const QList<Finding> findings = checkFiles({{u"db.json"_s, {}, database}}, optionsOf());
+        QCOMPARE(idsOf(findings), QStringList{u"unknown-key"_s});
+        QCOMPARE(findings[0].pointer, u"/Entry1/Type"_s);
+    }
+
+    void aDatabaseWhoseFirstKeysAreOfAnotherFileIsADatabase()
+    {
+        const QByteArray database =
+            R"({"Species": 1, "Entry1": {"Species": {"CAS": "1"}}, "Type": "Database v1"})";
+        QCOMPARE(idsOf(checkFiles({{u"db.json"_s, {}, database}}, optionsOf())),
+                 (QStringList{u"unknown-key"_s, u"cas-form"_s}));
+        // And a species file whose first keys are those of a database is none.
+        const QByteArray species =
+            R"({"Header": 1, "Species": {"CAS": "1"}, "Type": "Species v1"})";
+        QVERIFY(
+            idsOf(checkFiles({{u"a.json"_s, {}, species}}, optionsOf())).contains(u"cas-form"_s));
+    }
+
+    void aDatabaseThatIsCutOffSaysWhere()
+    {
+        const QByteArray database = "{\n\"Entry1\": {\"Species\": {\"CAS\": \"1\"}},\n"
+                                    "\"Entry2\": {\"Species\": {\"CAS\": \"2";
+        const QList<Finding> findings = checkFiles({{u"db.json"_s, {}, database}}, optionsOf());
+        QCOMPARE(idsOf(findings), (QStringList{u"cas-form"_s, u"json-syntax"_s}));
+        QCOMPARE(findings[1].message, u"The file ends inside a text"_s);
+        QCOMPARE(findings[1].line, 3);
+        QCOMPARE(findings[1].column, 32);
+    }
+
     // The test above would see it: it fails for a check that does nothing.
     void theTableFailsForEveryCheckThatIsOff()
     {
