@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "check/checker.h"
+#include "check/memberreader.h"
+#include "check/report.h"
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/filenames.h"
@@ -10,11 +13,16 @@
 #include "species/speciesfile.h"
 
 #include <QDate>
+#include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
+#include <QSet>
 
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <thread>
+#include <vector>
 
 namespace
 {
@@ -31,6 +39,7 @@ constexpr std::array options{
     Option{"db-version", 0, "V", "the database's version, 1.0 if not given"},
     Option{"release", 0, "R", "the data release, 3.0 if not given"},
     Option{"title", 0, "T", "the title, the editor's own if not given"},
+    Option{"strict", 0, nullptr, "refuse files in which \"zoravel check\" finds errors"},
     Option{"check", 0, nullptr, "write nothing; say whether DB.json is up to date"},
 };
 
@@ -40,6 +49,9 @@ for all its files *.json and then those of its subfolders, each in natural order
 DB.json itself is left out where it lies in such a folder. The file is, byte for
 byte, what the editor writes of the same files on the same day. If there is
 anything wrong with a file, all such files are named and nothing is written.
+
+Errors that "zoravel check" finds in the files are counted in one line; with --strict
+they are named, nothing is written and the status is 1.
 
 With --check the status is 1 if DB.json is missing or is not what would be written
 with the same options, apart from its date.
@@ -93,6 +105,47 @@ int fail(const Job &job, const CompileError &error, Console &console)
     return exitFailure;
 }
 
+// What the check finds in the inputs that is certainly wrong.
+Report errorsIn(const Job &job, Console &console)
+{
+    std::vector<CheckInput> inputs;
+    for (const InputFile &input : job.inputs)
+        inputs.push_back({QString::fromUtf8(input.name), input.path, std::nullopt});
+    Progress progress(console, "Checking", job.inputs.size());
+    CheckOptions checking;
+    checking.jobs = std::max(static_cast<int>(std::thread::hardware_concurrency()), 1);
+    checking.progress = [&](qsizetype done) {
+        progress.advance(done);
+        return true;
+    };
+    Report report{checkFiles(inputs, checking), job.inputs.size(), {}};
+    report.findings.removeIf(
+        [](const Finding &finding) { return finding.severity != Severity::Error; });
+    return report;
+}
+
+QByteArray counted(qsizetype count, const char *what)
+{
+    return QByteArray::number(count) + ' ' + what + (count == 1 ? "" : "s");
+}
+
+void sayHowManyErrors(const Report &errors, Console &console)
+{
+    QSet<QString> files;
+    for (const Finding &finding : errors.findings)
+        files.insert(finding.path);
+    if (!files.isEmpty())
+        console.error(counted(errors.findings.size(), "error") + " in "
+                      + counted(files.size(), "file") + ", which \"zoravel check\" names");
+}
+
+int refuse(const Job &job, const Report &errors, Console &console)
+{
+    console.err(textReport(errors, false));
+    console.error(shownName(job.output) + ": not written");
+    return nameBadInputs(job, console) ? exitFailure : exitFindings;
+}
+
 int compile(const Job &job, Console &console)
 {
     const InterruptionHold hold;
@@ -112,7 +165,7 @@ int compile(const Job &job, Console &console)
     return exitFine;
 }
 
-int check(const Job &job, Console &console)
+int compare(const Job &job, Console &console)
 {
     Progress progress(console, "Comparing", job.inputs.size());
     const auto advance = [&](int done, int) {
@@ -133,8 +186,12 @@ int check(const Job &job, Console &console)
 // Why the output must not be written; nothing if it may.
 QByteArray whyNotOverwritten(const Job &job)
 {
-    const QString path = libraryPath(job.output);
-    return isSpeciesFile(path) ? "is a species file, which is not overwritten" : "";
+    // Its first keys tell, also of a file that is broken further down. A database may be large.
+    QFile file(libraryPath(job.output));
+    const bool isRead = QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly);
+    return isRead && kindByFirstKeys(file) == FileKind::Species
+               ? "is a species file, which is not overwritten"
+               : "";
 }
 
 int run(const Arguments &arguments, Console &console)
@@ -164,11 +221,19 @@ int run(const Arguments &arguments, Console &console)
         nameBadInputs(job, console);
         return exitFailure;
     }
-    if (arguments.has("check"))
-        return check(job, console);
-    if (const QByteArray reason = whyNotOverwritten(job); !reason.isEmpty())
+    const bool isComparison = arguments.has("check");
+    const bool isStrict = arguments.has("strict");
+    if (const QByteArray reason = whyNotOverwritten(job); !isComparison && !reason.isEmpty())
         return usageError(console, compileCommand(), {job.output + ' ' + reason, {}});
-    return compile(job, console);
+    const Report errors = isStrict || !isComparison ? errorsIn(job, console) : Report();
+    if (isStrict && !errors.findings.isEmpty())
+        return refuse(job, errors, console);
+    if (isComparison)
+        return compare(job, console);
+    const int status = compile(job, console);
+    if (status == exitFine)
+        sayHowManyErrors(errors, console);
+    return status;
 }
 
 } // namespace

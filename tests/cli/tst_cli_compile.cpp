@@ -120,6 +120,68 @@ private slots:
         QCOMPARE(fileBytes(victim), before);
     }
 
+    void aBrokenSpeciesFileIsNotOverwrittenEither()
+    {
+        const QString victim = path(QStringLiteral("water.json"));
+        const QByteArray half = fileBytes(victim).first(1000);
+        writeFile(victim, half);
+        TestConsole console;
+        QCOMPARE(console.run({"compile", "-o", victim.toUtf8(), root() + "/benzene.json"}), 2);
+        QVERIFY(console.errors.contains("is a species file, which is not overwritten"));
+        QCOMPARE(fileBytes(victim), half);
+    }
+
+    void whatBeginsAsADatabaseIsWrittenAgain()
+    {
+        // Nothing behind its first keys is read.
+        writeFile(path(QStringLiteral("db.json")), "{\"Entry1\": {\"Species\": \"Species v1");
+        TestConsole console;
+        QCOMPARE(console.run({"compile", "-o", root() + "/db.json", root()}), 0);
+        QVERIFY(fileBytes(path(QStringLiteral("db.json"))).endsWith("\"Database v1\"\n}\n"));
+    }
+
+    void strictRefusesFilesWithErrorsAndNamesThemAll()
+    {
+        const QByteArray wrong = R"({"Species": {"CAS": "106-97-3"}, "Type": "Species v1"})";
+        writeFile(path(QStringLiteral("a.json")), wrong);
+        writeFile(path(QStringLiteral("z.json")), wrong);
+        writeFile(path(QStringLiteral("old.db")), "old");
+        const QByteArrayList words{"compile", "--strict", "-o", root() + "/old.db", root()};
+        TestConsole console;
+        QCOMPARE(console.run(words), 1);
+        const QByteArray line = ":1:21: error: CAS number 106-97-3 has check digit 3, expected 8 "
+                                "[cas-check-digit]\n";
+        for (const QByteArray name : {"/a.json", "/z.json"})
+            QVERIFY(console.errors.contains(QByteArray(root() + name + line)));
+        QVERIFY(console.errors.contains("2 errors, 0 warnings and 0 notes in "));
+        QVERIFY(console.errors.endsWith("/old.db: not written\n"));
+        QCOMPARE(fileBytes(path(QStringLiteral("old.db"))), "old");
+        QCOMPARE(console.run(words + QByteArrayList{"--check"}), 1);
+        QVERIFY(console.errors.contains("cas-check-digit"));
+        writeFile(path(QStringLiteral("b.json")), "no JSON");
+        QCOMPARE(console.run(words), 3);
+        QVERIFY(console.errors.contains("/b.json:1:"));
+        for (const char *name : {"a.json", "b.json", "z.json"})
+            QVERIFY(QFile::remove(path(QLatin1String(name))));
+        QCOMPARE(console.run(words), 0);
+        QCOMPARE(console.errors, "");
+    }
+
+    void withoutStrictOneLineSaysHowManyErrorsThereAre()
+    {
+        const QByteArray wrong =
+            R"({"Species": {"CAS": "106-97-3", "Formula": "Xx"}, "Type": "Species v1"})";
+        writeFile(path(QStringLiteral("a.json")), wrong);
+        TestConsole console;
+        const QByteArrayList words{"compile", "-o", root() + "/db.json", root()};
+        QCOMPARE(console.run(words), 0);
+        QCOMPARE(console.errors, "zoravel: 2 errors in 1 file, which \"zoravel check\" names\n");
+        QCOMPARE(console.output, "");
+        QVERIFY(fileBytes(path(QStringLiteral("db.json"))).contains("106-97-3"));
+        QCOMPARE(console.run(words + QByteArrayList{"--check"}), 0);
+        QCOMPARE(console.errors, "");
+    }
+
     void anOutputThatCannotBeWrittenIsSaid()
     {
         TestConsole console;
