@@ -45,9 +45,9 @@ void DownloadNotice::follow()
 {
     // Not finished(): the window's box about a failure would keep it back.
     for (const QNetworkReply *reply : running())
-        connect(reply, &QNetworkReply::readChannelFinished, this, &DownloadNotice::update,
+        connect(reply, &QNetworkReply::readChannelFinished, this, &DownloadNotice::showRunning,
                 Qt::UniqueConnection);
-    update();
+    showRunning();
 }
 
 void DownloadNotice::cancel()
@@ -56,7 +56,7 @@ void DownloadNotice::cancel()
         cancelDownload(reply);
 }
 
-void DownloadNotice::update()
+void DownloadNotice::showRunning()
 {
     const qsizetype count = running().size();
     if (count == 1)

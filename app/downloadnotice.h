@@ -25,7 +25,7 @@ private:
     [[nodiscard]] QList<QNetworkReply *> running() const;
     void follow();
     void cancel();
-    void update();
+    void showRunning();
 
     QNetworkAccessManager *m_manager;
     QAbstractButton *m_starter;

@@ -34,6 +34,23 @@ if(ZORAVEL_FUZZ)
     target_link_options(zoravel_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+# A processor may lack what a defence needs: then its compiler has no such option. _FORTIFY_SOURCE wants optimised
+# code, which the build type sees to. The programs tell with what they were compiled, without any path. For
+# everything that is built, generated files included.
+option(ZORAVEL_HARDENED "Build with the defences that packages of distributions have" OFF)
+if(ZORAVEL_HARDENED)
+    include(CheckCXXCompilerFlag)
+    foreach(defence IN ITEMS stack-protector-strong stack-clash-protection cf-protection
+            record-gcc-switches)
+        check_cxx_compiler_flag(-f${defence} ZORAVEL_HAS_${defence})
+        if(ZORAVEL_HAS_${defence})
+            add_compile_options(-f${defence})
+        endif()
+    endforeach()
+    add_compile_definitions(_FORTIFY_SOURCE=2 _GLIBCXX_ASSERTIONS)
+    add_link_options(-pie -Wl,-z,relro,-z,now)
+endif()
+
 # The headers that most files include are parsed once, not once a file. GCC and Clang alone: they take them into
 # programs with other macros than they were parsed with, as long as the headers use none of those.
 option(ZORAVEL_PRECOMPILE "Parse the most used headers once a build" OFF)

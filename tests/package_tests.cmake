@@ -26,5 +26,9 @@ zoravel_package_test(file_type ${PROJECT_BINARY_DIR})
 zoravel_package_test(versions_agree ${PROJECT_BINARY_DIR} ${PROJECT_VERSION})
 zoravel_package_test(debian_package ${PROJECT_BINARY_DIR} ${zoravel_packages})
 zoravel_package_test(installed_package ${zoravel_packages})
+# Builds the programs once more, as packages are built.
+add_test(NAME hardened CONFIGURATIONS thorough
+    COMMAND ${CMAKE_CURRENT_LIST_DIR}/package/hardened --build ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/hardened)
+set_tests_properties(hardened PROPERTIES TIMEOUT 3600 LABELS package)
 set_tests_properties(debian_package PROPERTIES FIXTURES_SETUP zoravel_packages)
 set_tests_properties(installed_package PROPERTIES FIXTURES_REQUIRED zoravel_packages RUN_SERIAL TRUE TIMEOUT 600)
