@@ -200,6 +200,25 @@ int write(const Job &job, const QByteArray &bytes, Console &console)
     return exitFine;
 }
 
+// The option that helps, as the end of a message.
+QByteArray optionFor(Remedy remedy)
+{
+    switch (remedy) {
+    case Remedy::None:
+        return "";
+    case Remedy::NameUnit:
+        return "; say the unit by --energy-unit";
+    case Remedy::ConfirmPhotons:
+        return "; if they are meant, say --energy photon";
+    case Remedy::NameUnitConfirmPhotons:
+        return "; say their unit by --energy-unit, and --energy photon if they are those of "
+               "photons";
+    case Remedy::PassOverChecks:
+        return "; --lenient takes the file nevertheless";
+    }
+    Q_UNREACHABLE();
+}
+
 int convert(const Job &job, Console &console)
 {
     const std::optional<QByteArray> bytes = readBytes(job, console);
@@ -211,7 +230,7 @@ int convert(const Job &job, Console &console)
     if (const auto *error = std::get_if<ExchangeError>(&read)) {
         const QByteArray line =
             error->line > 0 ? QByteArray(':' + QByteArray::number(error->line)) : QByteArray();
-        console.error(name + line + ": " + shownName(error->reason));
+        console.error(name + line + ": " + shownName(error->reason) + optionFor(error->remedy));
         return exitFailure;
     }
     auto &spectrum = std::get<ExchangedSpectrum>(read);

@@ -252,23 +252,24 @@ bool mayTellOfEnergies(const EnergyAxis &axis, const EnergyChoice &choice)
     return !choice.unit && (isOther || (axis.unit && *axis.unit != EnergyUnit::ElectronVolt));
 }
 
-std::variant<std::optional<EnergyUnit>, QByteArray>
+std::variant<std::optional<EnergyUnit>, EnergyDoubt>
 unitToRead(const EnergyAxis &axis, const QByteArray &text, const EnergyChoice &choice)
 {
     const QByteArray quoted = '"' + text + '"';
     const bool isNone = axis.quantity == EnergyAxis::NoPhotonEnergy;
     if (isNone && !choice.arePhotonEnergies)
-        return quoted + " names " + axis.plural + ", not photon energies; if they are meant, say "
-               + "--energy photon";
+        return EnergyDoubt{quoted + " names " + axis.plural + ", not photon energies",
+                           Remedy::ConfirmPhotons};
     if (choice.unit)
         return choice.unit;
     const bool needsUnit =
         axis.quantity == EnergyAxis::Wavelength || axis.quantity == EnergyAxis::WaveNumber;
     if (axis.unitText.isEmpty() && needsUnit)
-        return quoted + " names " + axis.plural + " without a unit: say it by --energy-unit";
+        return EnergyDoubt{quoted + " names " + axis.plural + " without a unit", Remedy::NameUnit};
     if (!axis.unitText.isEmpty() && (!axis.unit || !fits(axis.quantity, *axis.unit)))
-        return quoted + " does not name a unit that can be converted to eV: " + axis.unitText
-               + "; --energy-unit settles it";
+        return EnergyDoubt{
+            quoted + " does not name a unit that can be converted to eV: " + axis.unitText,
+            Remedy::NameUnit};
     return axis.unit;
 }
 

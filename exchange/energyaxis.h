@@ -2,6 +2,7 @@
 #pragma once
 
 #include "exchange/energyunits.h"
+#include "exchange/exchanged.h"
 
 #include <QByteArray>
 #include <QList>
@@ -41,9 +42,15 @@ struct EnergyAxis {
 // read without a word from the user.
 [[nodiscard]] bool mayTellOfEnergies(const EnergyAxis &axis, const EnergyChoice &choice);
 
+// Why energies cannot be read without a word from the user.
+struct EnergyDoubt {
+    QByteArray reason;
+    Remedy remedy;
+};
+
 // The unit in which to read energies that the text describes so: the chosen one, else the one that
-// is named, else nothing. Or why they cannot be read without a word from the user.
-[[nodiscard]] std::variant<std::optional<EnergyUnit>, QByteArray>
+// is named, else nothing.
+[[nodiscard]] std::variant<std::optional<EnergyUnit>, EnergyDoubt>
 unitToRead(const EnergyAxis &axis, const QByteArray &text, const EnergyChoice &choice);
 
 // Makes energies in eV of those in another unit, and sorts the points by them. Returns the index of

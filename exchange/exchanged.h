@@ -14,8 +14,18 @@ struct ExchangedSpectrum {
     QByteArrayList warnings; // what of the file is not kept, or was read with doubts
 };
 
+// What the user can say so that a file that is refused is read.
+enum class Remedy {
+    None,
+    NameUnit,               // of the energies
+    ConfirmPhotons,         // that the energies are those of photons
+    NameUnitConfirmPhotons, // one of them, or both
+    PassOverChecks,         // read it without comparing check values
+};
+
 // Why a file is refused.
 struct ExchangeError {
     qsizetype line; // from 1; 0 if it is about the file as a whole
     QByteArray reason;
+    Remedy remedy = Remedy::None;
 };

@@ -121,10 +121,11 @@ private:
                 const QByteArray due = shortestText(values.last());
                 if (rest.isEmpty() || rest.first() != values.last()) {
                     const QByteArray wrong = "the check value is " + shortestText(rest.value(0))
-                                             + " where " + due + " is due; ";
+                                             + " where " + due + " is due";
                     if (!m_reading.isLenient)
-                        return ExchangeError{number, wrong + "--lenient takes " + due};
-                    warn("line " + QByteArray::number(number) + ": " + wrong + due + " is taken");
+                        return ExchangeError{number, wrong, Remedy::PassOverChecks};
+                    warn("line " + QByteArray::number(number) + ": " + wrong + "; " + due
+                         + " is taken");
                 }
                 rest.remove(0, std::min<qsizetype>(rest.size(), 1));
             }
@@ -236,13 +237,14 @@ private:
         }
         const QByteArray text = texts.join(' ');
         const auto read = unitToRead(energyAxisOfHeading(text), text, m_reading.energies);
-        if (const auto *reason = std::get_if<QByteArray>(&read))
-            return ExchangeError{line, *reason};
+        if (const auto *doubt = std::get_if<EnergyDoubt>(&read))
+            return ExchangeError{line, doubt->reason, doubt->remedy};
         const auto unit = std::get<std::optional<EnergyUnit>>(read);
         if (!unit)
-            return ExchangeError{line, (text.isEmpty() ? QByteArray("XUNITS is missing")
-                                                       : '"' + text + "\" is no unit of energies")
-                                           + ": say the unit by --energy-unit"};
+            return ExchangeError{line,
+                                 text.isEmpty() ? QByteArray("XUNITS is missing")
+                                                : '"' + text + "\" is no unit of energies",
+                                 Remedy::NameUnit};
         if (*unit == EnergyUnit::ElectronVolt)
             return std::nullopt;
         if (const auto bad = convertEnergies(m_spectrum.points, *unit))

@@ -96,16 +96,13 @@ std::variant<TableEnergies, ExchangeError> tableEnergies(const TableLayout &layo
     const Reader reader(layout, column, comments);
     const Described described = reader.described();
     const auto unit = unitToRead(described.axis, described.text, choice);
-    if (const auto *reason = std::get_if<QByteArray>(&unit))
-        return ExchangeError{described.line, *reason};
+    if (const auto *doubt = std::get_if<EnergyDoubt>(&unit))
+        return ExchangeError{described.line, doubt->reason, doubt->remedy};
     const std::optional<EnergyUnit> named = described.axis.unit;
     if (!named) {
         if (const auto line = reader.doubt(choice))
-            return ExchangeError{line->number,
-                                 '"' + line->text
-                                     + "\" may be about the energies: say their unit by "
-                                       "--energy-unit, and --energy photon if they are those of "
-                                       "photons"};
+            return ExchangeError{line->number, '"' + line->text + "\" may be about the energies",
+                                 Remedy::NameUnitConfirmPhotons};
     }
     TableEnergies energies;
     energies.unit = std::get<std::optional<EnergyUnit>>(unit);

@@ -95,11 +95,9 @@ private slots:
         row("1,234\t5,678\n", 1,
             "the commas could be decimal ones or between thousands: say "
             "--decimal comma, or take them out");
-        row("wavelength,I\n120,5\n", 1,
-            "\"wavelength\" names wavelengths without a unit: say it by --energy-unit");
+        row("wavelength,I\n120,5\n", 1, "\"wavelength\" names wavelengths without a unit");
         row("E / J;I\n80000;5\n", 1,
-            "\"E / J\" does not name a unit that can be converted to eV: J; --energy-unit settles "
-            "it");
+            "\"E / J\" does not name a unit that can be converted to eV: J");
     }
     void doubtfulTablesAreRefused()
     {
