@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/command.h"
 #include "cli/console.h"
+#include "cli/convertjob.h"
 #include "cli/filenames.h"
 #include "cli/jsonlosses.h"
 #include "cli/pickspectrum.h"
@@ -13,7 +14,6 @@
 #include "exchange/tablewriter.h"
 #include "species/filebytes.h"
 #include "species/jsonfile.h"
-#include "species/speciesfile.h"
 #include "spectrum/spectrumfile.h"
 #include "spectrum/spectrummodel.h"
 #include "spectrum/spectrumobject.h"
@@ -22,7 +22,6 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
-#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -60,46 +59,6 @@ Examples:
   zoravel convert --energy-unit nm -o lamp.json lamp.txt
 )";
 
-QByteArrayList outputFormats()
-{
-    return {"csv", "tsv", "jcamp", "json"};
-}
-
-QByteArrayList inputFormats()
-{
-    return {"table", "jcamp", "json"};
-}
-
-struct Job {
-    InputFile input;
-    QByteArray output; // empty for standard output
-    QByteArray to;
-    QByteArray from; // empty to find out
-    QByteArray spectrum;
-    char decimal = 0;
-    QByteArrayList columns;
-    EnergyChoice energies;
-    bool isLenient = false;
-    QList<std::pair<QByteArray, QByteArray>> fields;
-};
-
-// What stands behind the last point of the file's own name; empty if there is none.
-QByteArray endingOf(const QByteArray &name)
-{
-    const qsizetype point = name.lastIndexOf('.');
-    return point > name.lastIndexOf('/') ? name.sliced(point + 1) : QByteArray();
-}
-
-QByteArray formatOfName(const QByteArray &name)
-{
-    const QByteArray ending = endingOf(name).toLower();
-    if (ending == "jdx" || ending == "dx" || ending == "jcm")
-        return "jcamp";
-    if (ending == "txt" || ending == "tab")
-        return "tsv";
-    return outputFormats().contains(ending) ? ending : QByteArray();
-}
-
 QByteArray formatOfContents(const QByteArray &bytes)
 {
     QByteArray start = bytes.left(4096);
@@ -111,7 +70,8 @@ QByteArray formatOfContents(const QByteArray &bytes)
     return start.startsWith("##") || start.startsWith("$$") ? "jcamp" : "table";
 }
 
-std::variant<ExchangedSpectrum, ExchangeError> readJson(const QByteArray &bytes, const Job &job)
+std::variant<ExchangedSpectrum, ExchangeError> readJson(const QByteArray &bytes,
+                                                        const ConvertJob &job)
 {
     if (job.energies.unit)
         return ExchangeError{0, "energies in JSON are in eV: --energy-unit is for other files"};
@@ -137,7 +97,8 @@ std::variant<ExchangedSpectrum, ExchangeError> readJson(const QByteArray &bytes,
     return spectrum;
 }
 
-std::variant<ExchangedSpectrum, ExchangeError> readSpectrum(const QByteArray &bytes, const Job &job)
+std::variant<ExchangedSpectrum, ExchangeError> readSpectrum(const QByteArray &bytes,
+                                                            const ConvertJob &job)
 {
     const QByteArray from = job.from.isEmpty() ? formatOfContents(bytes) : job.from;
     if (from == "json")
@@ -168,7 +129,7 @@ QJsonObject completed(const ExchangedSpectrum &spectrum, const QByteArray &name,
     return object;
 }
 
-QByteArray written(const QJsonObject &object, const Job &job, bool inputIsTable)
+QByteArray written(const QJsonObject &object, const ConvertJob &job, bool inputIsTable)
 {
     // Of two tables it is the one to read whose decimal sign is given.
     const char decimal = job.decimal == ',' && !inputIsTable ? ',' : '.';
@@ -181,7 +142,7 @@ QByteArray written(const QJsonObject &object, const Job &job, bool inputIsTable)
     return QJsonDocument(spectrumFileObject(object)).toJson(QJsonDocument::Indented);
 }
 
-std::optional<QByteArray> readBytes(const Job &job, Console &console)
+std::optional<QByteArray> readBytes(const ConvertJob &job, Console &console)
 {
     const bool isInput = job.input.name == "-";
     std::optional<QByteArray> bytes = isInput ? console.readInput() : readFileBytes(job.input.path);
@@ -192,7 +153,7 @@ std::optional<QByteArray> readBytes(const Job &job, Console &console)
     return bytes;
 }
 
-int write(const Job &job, const QByteArray &bytes, Console &console)
+int write(const ConvertJob &job, const QByteArray &bytes, Console &console)
 {
     if (!job.output.isEmpty())
         return writeFile(job.output, bytes, console) ? exitFine : exitFailure;
@@ -219,7 +180,7 @@ QByteArray optionFor(Remedy remedy)
     Q_UNREACHABLE();
 }
 
-int convert(const Job &job, Console &console)
+int convert(const ConvertJob &job, Console &console)
 {
     const std::optional<QByteArray> bytes = readBytes(job, console);
     if (!bytes)
@@ -246,105 +207,12 @@ int convert(const Job &job, Console &console)
     return write(job, written(completed(spectrum, name, console), job, isTable), console);
 }
 
-// What the command line says of the energies. Returns what is wrong with it.
-std::optional<UsageError> readEnergies(const Arguments &arguments, Job &job)
-{
-    const QByteArray kind = arguments.value("energy", "photon");
-    if (kind != "photon")
-        return UsageError{"--energy takes photon, not " + kind, {}};
-    job.energies.arePhotonEnergies = arguments.has("energy");
-    job.isLenient = arguments.has("lenient");
-    if (!arguments.has("energy-unit"))
-        return std::nullopt;
-    const QByteArray name = arguments.value("energy-unit");
-    job.energies.unit = energyUnitNamed(name);
-    if (!job.energies.unit)
-        return UsageError{"the unit " + name + " is none of " + energyUnitNames().join(", "),
-                          closestTo(name, energyUnitNames())};
-    return std::nullopt;
-}
-
-// Fills the fields to set. Returns what is wrong with them.
-std::optional<UsageError> readFields(const QByteArrayList &texts, Job &job)
-{
-    for (const QByteArray &text : texts) {
-        const qsizetype equals = text.indexOf('=');
-        const QByteArray name = text.left(qMax<qsizetype>(equals, 0));
-        const QByteArray key = metadataKey(name);
-        if (equals < 0)
-            return UsageError{"--meta " + text + " is not of the form KEY=VALUE", {}};
-        if (key.isEmpty())
-            return UsageError{"a spectrum has no field " + name, closestTo(name, metadataKeys())};
-        QJsonObject trial;
-        if (!setMetadata(trial, key, text.sliced(equals + 1)))
-            return UsageError{text.sliced(equals + 1) + " is no value of " + key, {}};
-        job.fields.append({key, text.sliced(equals + 1)});
-    }
-    return std::nullopt;
-}
-
-// Why it is not known what to write.
-QByteArray whyNoFormat(const Job &job)
-{
-    QByteArray missing = "--to FORMAT is missing";
-    const QByteArray ending = endingOf(job.output);
-    if (job.output.isEmpty())
-        return missing;
-    if (ending.isEmpty())
-        return job.output + " has no ending that tells the format, and " + missing;
-    return "the ending ." + ending + " tells no format, and " + missing;
-}
-
-// The job that the command line asks for, without a format if that is not known; or what is wrong
-// with it.
-std::variant<Job, UsageError> jobOf(const Arguments &arguments)
-{
-    if (arguments.operands().size() != 1)
-        return UsageError{"one file has to be named", {}};
-    const QByteArray &name = arguments.operands().first();
-    Job job;
-    job.input = {name, libraryPath(name)};
-    job.output = arguments.value("output");
-    if (job.output == "-")
-        job.output.clear();
-    job.to = arguments.value("to", formatOfName(job.output));
-    job.from = arguments.value("from");
-    job.spectrum = arguments.value("spectrum");
-    if (arguments.has("to") && !outputFormats().contains(job.to))
-        return UsageError{"the format " + job.to + " is none of " + outputFormats().join(", "),
-                          closestTo(job.to, outputFormats())};
-    if (!job.from.isEmpty() && !inputFormats().contains(job.from))
-        return UsageError{"the format " + job.from + " is none of " + inputFormats().join(", "),
-                          closestTo(job.from, inputFormats())};
-    if (!isSpectrumChoice(job.spectrum, false))
-        return UsageError{"--spectrum " + job.spectrum + " is not a number", {}};
-    const QByteArray decimal = arguments.value("decimal");
-    if (!decimal.isEmpty() && decimal != "point" && decimal != "comma")
-        return UsageError{"the decimal sign is point or comma, not " + decimal, {}};
-    job.decimal = decimal == "comma" ? ',' : decimal == "point" ? '.' : '\0';
-    if (const auto error = readEnergies(arguments, job))
-        return *error;
-    if (arguments.has("columns")) {
-        job.columns = arguments.value("columns").split(',');
-        if (job.columns.size() != 2)
-            return UsageError{"--columns needs two columns, as 1,2", {}};
-    }
-    if (const auto error = readFields(arguments.values("meta"), job))
-        return *error;
-    const QFileInfo output(libraryPath(job.output));
-    if (!job.output.isEmpty() && output.exists() && output == QFileInfo(job.input.path))
-        return UsageError{"OUT is FILE itself", {}};
-    if (!job.output.isEmpty() && isSpeciesFile(output.filePath()))
-        return UsageError{job.output + " is a species file, which is not overwritten", {}};
-    return job;
-}
-
 int run(const Arguments &arguments, Console &console)
 {
-    const auto read = jobOf(arguments);
+    const auto read = convertJob(arguments);
     if (const auto *error = std::get_if<UsageError>(&read))
         return usageError(console, convertCommand(), *error);
-    const auto &job = std::get<Job>(read);
+    const auto &job = std::get<ConvertJob>(read);
     if (!job.to.isEmpty())
         return convert(job, console);
     // Who mistyped the only name is not helped by a word about formats.

@@ -82,7 +82,7 @@ QByteArray TableLayout::heading(qsizetype column) const
 {
     QByteArrayList parts;
     for (const TableLine &line : headings)
-        parts.append(fieldsOf(line.text, dialect)[column]);
+        parts.append(fieldsOf(line.text, dialect).at(column));
     return parts.join(' ').trimmed();
 }
 
