@@ -127,6 +127,8 @@ QJsonObject ExpectedSpectrum::toJson() const
 
 void ExpectedSpectrum::read()
 {
+    if (!isPending)
+        return;
     lines = linesOf(editorText);
     isPending = false;
 }

@@ -172,7 +172,7 @@ void Monkey::syncReadings()
     const QList<SpectrumWindow *> windows = spectrumWindows();
     for (qsizetype i = 0; i < std::min(windows.size(), m_document.spectra.size()); ++i) {
         const auto *timer = windows[i]->findChild<SpectrumModel *>()->findChild<QTimer *>();
-        if (m_document.spectra[i].isPending && !timer->isActive())
+        if (!timer->isActive())
             m_document.spectra[i].read();
     }
 }
