@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "spectrum/spectrumchart.h"
 
+#include "spectrum/chartaxes.h"
 #include "spectrum/points.h"
 
 #include <QCoreApplication>
 #include <QGraphicsLayout>
 #include <QLegend>
 #include <QLineSeries>
-#include <QMargins>
 #include <QValueAxis>
 
 namespace
@@ -26,8 +26,6 @@ QValueAxis *makeAxis(const QString &title)
 void setUpSpectrumChart(QChart *chart)
 {
     chart->legend()->hide();
-    // The window has little height to give: as much of it as possible is for the plot.
-    chart->setMargins(QMargins(4, 4, 4, 4));
     chart->layout()->setContentsMargins(0, 0, 0, 0);
     QValueAxis *axisX = makeAxis(QCoreApplication::translate("SpectrumWindow", "hν / eV"));
     QValueAxis *axisY =
@@ -38,6 +36,7 @@ void setUpSpectrumChart(QChart *chart)
     chart->addSeries(series);
     series->attachAxis(axisX);
     series->attachAxis(axisY);
+    new ChartAxes(chart);
 }
 
 void drawSpectrum(QChart *chart, const QList<QPointF> &points, bool isLineSpectrum)

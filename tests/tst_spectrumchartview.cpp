@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "spectrum/spectrumchartview.h"
 
+#include "spectrum/axisticks.h"
 #include "spectrum/spectrummodel.h"
 #include "spectrum/spectrumwindow.h"
 #include "support/warnings.h"
@@ -9,19 +10,23 @@
 #include <QCheckBox>
 #include <QElapsedTimer>
 #include <QGraphicsItem>
+#include <QGraphicsTextItem>
 #include <QJsonArray>
 #include <QLabel>
 #include <QLineSeries>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QSet>
 #include <QSignalSpy>
 #include <QTest>
 #include <QValueAxis>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <limits>
+#include <memory>
 
 using namespace std::chrono_literals;
 
@@ -93,6 +98,19 @@ QJsonObject threePoints(bool line = false)
 QLabel *readOut(const SpectrumChartView &view)
 {
     return view.findChild<QLabel *>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+// The texts that can be seen in the chart, but the titles of its axes.
+QStringList labelsOf(const Fixture &f)
+{
+    QStringList labels;
+    for (const QGraphicsItem *item : f.view->scene()->items(Qt::AscendingOrder)) {
+        const auto *text = qgraphicsitem_cast<const QGraphicsTextItem *>(item);
+        const QString label = text && text->isVisible() ? text->toPlainText() : QString();
+        if (!label.isEmpty() && label != f.axisX->titleText() && label != f.axisY->titleText())
+            labels.append(label);
+    }
+    return labels;
 }
 
 // Paints the view; whether that left more than one colour.
@@ -333,6 +351,91 @@ private slots:
                  {f.axisX->min(), f.axisX->max(), f.axisY->min(), f.axisY->max()})
                 QVERIFY(std::isfinite(bound));
         }
+    }
+
+    void labelsAreRoundValuesWithinTheExactRanges()
+    {
+        Fixture f;
+        QVERIFY(f.show());
+        f.setPoints(QStringLiteral("9.1 0.1\n10.03 0.9"));
+        QCOMPARE(f.ranges(), QRectF(QPointF(9.1, 0.1), QPointF(10.03, 0.9)));
+        const QStringList labels = labelsOf(f);
+        for (const char *label : {"9.20", "9.40", "9.60", "9.80", "10.00", "0.20", "0.40", "0.60"})
+            QVERIFY2(labels.contains(QLatin1String(label)), qPrintable(labels.join(u' ')));
+        f.setPoints(QStringLiteral("9.1 1e-5\n10.03 4e-5"));
+        QVERIFY(labelsOf(f).contains(QStringLiteral("2.0×10⁻⁵")));
+        f.setPoints(QStringLiteral("10.5 7"));
+        QStringList single = labelsOf(f);
+        single.sort();
+        QCOMPARE(single, (QStringList{QStringLiteral("10.50"), QStringLiteral("7.00")}));
+    }
+
+    // The labels are the ticks of the range that is shown, and no two of them are alike.
+    void labelsFollowEveryZoom()
+    {
+        Fixture f;
+        QVERIFY(f.show());
+        f.setPoints(QStringLiteral("9.12 1e-5\n9.145 2000\n9.16 30"));
+        for (int zoom = 0; zoom < 60; ++zoom) {
+            const QStringList labels = labelsOf(f);
+            QVERIFY(QSet<QString>(labels.cbegin(), labels.cend()).size() > labels.size() - 2);
+            for (const QValueAxis *axis : {f.axisX, f.axisY}) {
+                int shown = 0;
+                for (int most = leastTicks; most <= mostTicks; ++most) {
+                    const AxisTicks ticks = axisTicks(axis->min(), axis->max(), most);
+                    const bool all =
+                        std::all_of(ticks.labels.begin(), ticks.labels.end(),
+                                    [&](const QString &label) { return labels.contains(label); });
+                    shown = std::max(shown, all ? int(ticks.labels.size()) : 0);
+                }
+                const bool isTooNarrow = axis->max() - axis->min() < 1e-12 * std::abs(axis->max());
+                QVERIFY2((shown >= 3 && shown <= 9) || isTooNarrow, qPrintable(labels.join(u' ')));
+            }
+            QTest::keyClick(f.view, Qt::Key_Plus);
+        }
+        QTest::keyClick(f.view, Qt::Key_0);
+        QVERIFY(labelsOf(f).contains(QStringLiteral("9.125")));
+    }
+
+    void labelsLeaveEachOtherAndTheEdgesRoom_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QString>("text");
+        for (const QSize &size : {QSize(300, 200), QSize(900, 200), QSize(1500, 900)}) {
+            int row = 0;
+            for (const char *text : {"9.1 0\n10.3 1000", "9.12345 1e-5\n9.12346 2e-5",
+                                     "9 -1e9\n10 1e9", "-1e-12 1e12\n1e-12 1.001e12"})
+                QTest::addRow("%dx%d %d", size.width(), size.height(), ++row)
+                    << size << QString::fromLatin1(text);
+        }
+    }
+    void labelsLeaveEachOtherAndTheEdgesRoom()
+    {
+        QFETCH(QSize, size);
+        QFETCH(QString, text);
+        Fixture f;
+        f.setPoints(text);
+        const std::unique_ptr<SpectrumChartView> alone(f.view);
+        f.view->setParent(nullptr);
+        f.view->setMinimumSize(0, 0);
+        f.view->resize(size);
+        f.view->show();
+        QVERIFY(QTest::qWaitForWindowExposed(f.view));
+        QList<QRectF> places;
+        for (const QGraphicsItem *item : f.view->scene()->items()) {
+            const auto *label = qgraphicsitem_cast<const QGraphicsTextItem *>(item);
+            if (!label || !label->isVisible() || label->toPlainText().isEmpty())
+                continue;
+            const QRectF place = label->sceneBoundingRect();
+            QVERIFY2(f.chart->rect().contains(place), qPrintable(label->toPlainText()));
+            QVERIFY(!place.intersects(f.chart->plotArea()));
+            // The lines of a text have some room above and below its letters.
+            for (const QRectF &other : std::as_const(places))
+                QVERIFY2(!place.adjusted(0, 3, 0, -3).intersects(other),
+                         qPrintable(label->toPlainText()));
+            places.append(place);
+        }
+        QVERIFY(places.size() >= 2 + 3 + 3);
     }
 
     void everyNumberIsPaintedWithoutACrashOrAWarning_data()
