@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "spectrum/pointeditor.h"
 
+#include "widgets/contrast.h"
 #include "widgets/waitcursor.h"
 
 #include <QAction>
@@ -24,6 +25,11 @@ bool mayTakeLong(const QKeyEvent *event, const QTextCursor &cursor)
 }
 
 } // namespace
+
+PointEditor::PointEditor(QWidget *parent) : QPlainTextEdit(parent)
+{
+    keepTextDark(this);
+}
 
 void PointEditor::keyPressEvent(QKeyEvent *event)
 {

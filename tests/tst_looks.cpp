@@ -63,24 +63,36 @@ double contrastOf(QRgb one, QRgb other)
     return (lighter + 0.05) / (darker + 0.05);
 }
 
-// The contrast of what is drawn in a picture with its background, which is the most frequent
-// colour. Only the middle of a stroke has the colour that it was meant to have: that of the
-// strongest few pixels counts.
-double readContrast(const QImage &picture)
+QHash<QRgb, int> coloursIn(const QImage &picture)
 {
     QHash<QRgb, int> counts;
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x)
             ++counts[picture.pixel(x, y) | 0xff000000];
     }
-    QRgb background = 0;
+    return counts;
+}
+
+QRgb mostFrequent(const QHash<QRgb, int> &counts)
+{
+    QRgb colour = 0;
     int most = 0;
     for (auto it = counts.cbegin(); it != counts.cend(); ++it) {
         if (it.value() > most) {
             most = it.value();
-            background = it.key();
+            colour = it.key();
         }
     }
+    return colour;
+}
+
+// The contrast of what is drawn in a picture with its background, which is the most frequent
+// colour. Only the middle of a stroke has the colour that it was meant to have: that of the
+// strongest few pixels counts.
+double readContrast(const QImage &picture)
+{
+    const QHash<QRgb, int> counts = coloursIn(picture);
+    const QRgb background = mostFrequent(counts);
     QList<std::pair<double, int>> contrasts;
     for (auto it = counts.cbegin(); it != counts.cend(); ++it)
         contrasts.append({contrastOf(it.key(), background), it.value()});
@@ -166,6 +178,8 @@ private slots:
 
     void textsCanBeRead_data() { themes(); }
     void textsCanBeRead();
+    void fieldsOfTheFormsLookAlike_data() { themes(); }
+    void fieldsOfTheFormsLookAlike();
     void selectedTextCanBeRead_data() { themes(); }
     void selectedTextCanBeRead();
     void menusOfFieldsCanBeRead_data() { themes(); }
@@ -262,6 +276,24 @@ void TestLooks::textsCanBeRead()
     QVERIFY2(count >= 55, qPrintable(QString::number(count)));
     checkText(pictureOf(f.find<QWidget>(QStringLiteral("speciesDock")), QRect(4, 3, 120, 18)),
               QStringLiteral("title of the dock"));
+}
+
+void TestLooks::fieldsOfTheFormsLookAlike()
+{
+    QFETCH(bool, dark);
+    useTheme(dark);
+    MainWindowFixture f;
+    f.window.createNewSpectrumWindow(fullSpectrum());
+    QCoreApplication::processEvents();
+    int fields = 0;
+    for (QWidget *widget : f.window.findChildren<QWidget *>()) {
+        if (!qobject_cast<CleanTextEdit *>(widget) && !qobject_cast<QPlainTextEdit *>(widget))
+            continue;
+        ++fields;
+        const QRgb paper = mostFrequent(coloursIn(insideOf(widget)));
+        QVERIFY2(paper == qRgb(255, 255, 255), qPrintable(widget->objectName()));
+    }
+    QCOMPARE(fields, 11 + 11);
 }
 
 void TestLooks::selectedTextCanBeRead()

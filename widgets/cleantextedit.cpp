@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/cleantextedit.h"
 
+#include "widgets/contrast.h"
 #include "widgets/typedalignment.h"
 
 #include <QImage>
@@ -101,6 +102,7 @@ CleanTextEdit::CleanTextEdit(QWidget *parent) : QTextEdit(parent)
     setTabChangesFocus(true);
     setAcceptRichText(false);
     new TypedAlignment(this);
+    keepTextDark(this);
     connect(this, &QTextEdit::textChanged, this, &CleanTextEdit::onTextChanged);
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/singlelinetextedit.h"
 
-#include "widgets/contrast.h"
 #include "widgets/typedalignment.h"
 
 #include <QEvent>
@@ -21,7 +20,6 @@ SingleLineTextEdit::SingleLineTextEdit(QWidget *parent) : CleanTextEdit(parent)
     setFrameStyle(QFrame::NoFrame);
     setLineWrapMode(QTextEdit::NoWrap);
     setStyleSheet(QStringLiteral("background-color: white; border: 1px solid gray; padding: 2px;"));
-    keepTextDark(this);
     connect(findChild<TypedAlignment *>(), &TypedAlignment::typedInPlaceOfEditor, this,
             &SingleLineTextEdit::adjustHeight);
     adjustHeight();
