@@ -15,9 +15,10 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QSvgGenerator>
-#include <QValueAxis>
 
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 
 namespace
 {
@@ -26,22 +27,38 @@ constexpr double pixelsPerInch = 96;
 constexpr double pointsPerInch = 72;
 constexpr double inchesPerMetre = 1 / 0.0254;
 
-// The intensities within the range have all of the height, as in a chart of these points alone.
-void showRange(QChart &chart, const QList<QPointF> &points, const EnergyRange &range)
+// A range with a twentieth of its width before and behind it. Around a single value there is some
+// room, too, without which nothing would be drawn.
+void addRoom(double &least, double &most)
 {
-    auto *axisX = qobject_cast<QValueAxis *>(chart.axes(Qt::Horizontal).value(0));
-    auto *axisY = qobject_cast<QValueAxis *>(chart.axes(Qt::Vertical).value(0));
-    axisX->setRange(range.fromEv, range.toEv);
-    std::optional<double> least;
-    std::optional<double> most;
-    for (const QPointF &point : points) {
-        if (point.x() < range.fromEv || point.x() > range.toEv)
-            continue;
-        least = std::min(least.value_or(point.y()), point.y());
-        most = std::max(most.value_or(point.y()), point.y());
+    constexpr double share = 0.05;
+    double width = most - least;
+    if (width == 0)
+        width = most == 0 ? 1 : std::abs(most);
+    if (!std::isfinite((1 + 2 * share) * width))
+        return;
+    least -= share * width;
+    most += share * width;
+}
+
+// The intensities within a range of energies have all of the height, as in a chart of these points
+// alone.
+PointRange shownRange(const QList<QPointF> &points, const PictureFormat &format)
+{
+    PointRange shown = finiteRange(points).value_or(PointRange{0, 1, 0, 1});
+    if (format.range) {
+        const auto [fromEv, toEv] = *format.range;
+        QList<QPointF> within;
+        std::copy_if(points.begin(), points.end(), std::back_inserter(within),
+                     [&](const QPointF &p) { return p.x() >= fromEv && p.x() <= toEv; });
+        shown = finiteRange(within).value_or(shown);
+        shown.minX = fromEv;
+        shown.maxX = toEv;
+    } else {
+        addRoom(shown.minX, shown.maxX);
     }
-    if (least)
-        axisY->setRange(*least, *most);
+    addRoom(shown.minY, shown.maxY);
+    return shown;
 }
 
 // The scene of the chart alone; it owns the chart.
@@ -54,16 +71,10 @@ public:
         m_scene.addItem(m_chart);
         m_chart->resize(format.size);
         setUpSpectrumChart(m_chart);
-        // The axes and their labels find their places in events that a window would wait for. Each
-        // change of theirs lays all points out anew, so there are only the corners until then.
-        if (const std::optional<PointRange> range = finiteRange(points))
-            drawSpectrum(m_chart, {{range->minX, range->minY}, {range->maxX, range->maxY}}, false);
+        m_chart->setTitle(format.title);
         settle();
-        drawSpectrum(m_chart, points, isLineSpectrum);
-        if (format.range) {
-            showRange(*m_chart, points, *format.range);
-            settle();
-        }
+        drawSpectrum(m_chart, points, isLineSpectrum, shownRange(points, format));
+        settle();
         m_scene.setSceneRect(QRectF(QPointF(), QSizeF(format.size)));
     }
 
@@ -76,6 +87,7 @@ public:
     }
 
 private:
+    // The chart finds its place in events that a window would wait for.
     void settle()
     {
         QCoreApplication::sendPostedEvents();

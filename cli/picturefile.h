@@ -5,6 +5,7 @@
 #include <QList>
 #include <QPointF>
 #include <QSize>
+#include <QString>
 
 #include <optional>
 
@@ -18,7 +19,8 @@ struct PictureFormat {
     Kind kind = Png;
     QSize size{800, 500};             // in pixels of 96 to the inch
     int dpi = 96;                     // of a PNG: it has size times dpi / 96 pixels
-    std::optional<EnergyRange> range; // all of the points if there is none
+    std::optional<EnergyRange> range; // all of the points, with room around, if there is none
+    QString title;                    // above the chart, restricted markup; none if empty
 };
 
 // Whether a picture of the format fits into memory.

@@ -9,6 +9,7 @@
 #include "exchange/numbers.h"
 #include "species/filebytes.h"
 #include "species/speciesfile.h"
+#include "species/speciesmodel.h"
 #include "spectrum/points.h"
 #include "spectrum/spectrummodel.h"
 #include "spectrum/spectrumobject.h"
@@ -27,6 +28,7 @@ constexpr std::array options{
     Option{"size", 0, "WxH", "its size in pixels of 96 to the inch, 800x500 if not given"},
     Option{"dpi", 0, "N", "the pixels of a png to the inch, 96 if not given"},
     Option{"range", 0, "A:B", "the photon energies to show, in eV"},
+    Option{"title", 0, "TEXT", "a title above the chart; %t is that of the spectrum"},
 };
 
 constexpr char details[] =
@@ -35,10 +37,11 @@ line spectrum. Where there are several pictures, OUT contains %n, which stands f
 the number of the picture: p%n.png gives p1.png, p2.png and so on, in the order of
 the files and, in a file, of the editor. %% stands for a percent sign. A folder
 stands for all its files *.json and those of its subfolders. No display is needed.
+Around what is drawn there is 5 % of room; --range gives the energies exactly.
 
 Examples:
   zoravel plot -o benzene.png --spectrum 1 benzene.json
-  zoravel plot -o p%n.svg --spectrum all species/
+  zoravel plot -o p%n.svg --spectrum all --title "%t" species/
 )";
 
 struct Job {
@@ -46,6 +49,7 @@ struct Job {
     PictureFormat format;
     QByteArray spectrum;
     QByteArray range; // as it was given
+    QByteArray title; // with "%t"
 };
 
 // The name of the picture of this number; nothing if there is no place for the number.
@@ -65,6 +69,17 @@ std::optional<QByteArray> pictureName(const QByteArray &pattern, qsizetype numbe
         }
     }
     return hasNumber || number == 1 ? std::optional(name) : std::nullopt;
+}
+
+// The title of a picture as restricted markup, in which %t is the spectrum's own.
+QString pictureTitle(const QByteArray &pattern, const QString &spectrumTitle)
+{
+    constexpr qsizetype most = 1000; // characters; far fewer fit
+    const QStringList parts = QString::fromUtf8(pattern).split(QStringLiteral("%%"));
+    QStringList titles;
+    for (QString part : parts)
+        titles.append(part.replace(QStringLiteral("%t"), spectrumTitle.left(most)));
+    return cleanHtmlContent(titles.join(u'%'));
 }
 
 // Whether a chart of the points shows some of them in the range. A curve has a part there if it has
@@ -140,7 +155,9 @@ private:
                             + shownEnergy(extent->maxX) + " eV");
             return;
         }
-        const QByteArray picture = pictureOf(points, isLine, m_job.format);
+        PictureFormat format = m_job.format;
+        format.title = pictureTitle(m_job.title, model.value(SpectrumColumn::Title).toString());
+        const QByteArray picture = pictureOf(points, isLine, format);
         if (picture.isEmpty()) {
             fail(input, place + "the picture cannot be made, it is too large");
             return;
@@ -195,7 +212,8 @@ std::optional<QSize> sizeIn(const QByteArray &text)
 
 std::variant<Job, UsageError> jobOf(const Arguments &arguments)
 {
-    Job job{arguments.value("output"), {}, arguments.value("spectrum"), {}};
+    Job job{
+        arguments.value("output"), {}, arguments.value("spectrum"), {}, arguments.value("title")};
     if (job.output.isEmpty())
         return UsageError{"-o OUT is missing", {}};
     const QByteArray ending = job.output.sliced(job.output.lastIndexOf('.') + 1).toLower();

@@ -2,7 +2,6 @@
 #include "spectrum/spectrumchart.h"
 
 #include "spectrum/chartaxes.h"
-#include "spectrum/points.h"
 
 #include <QCoreApplication>
 #include <QGraphicsLayout>
@@ -41,6 +40,12 @@ void setUpSpectrumChart(QChart *chart)
 
 void drawSpectrum(QChart *chart, const QList<QPointF> &points, bool isLineSpectrum)
 {
+    drawSpectrum(chart, points, isLineSpectrum, finiteRange(points));
+}
+
+void drawSpectrum(QChart *chart, const QList<QPointF> &points, bool isLineSpectrum,
+                  const std::optional<PointRange> &range)
+{
     auto *series = qobject_cast<QLineSeries *>(chart->series().value(0));
     if (!series)
         return;
@@ -48,7 +53,6 @@ void drawSpectrum(QChart *chart, const QList<QPointF> &points, bool isLineSpectr
     series->clear();
     auto *axisX = qobject_cast<QValueAxis *>(chart->axes(Qt::Horizontal).value(0));
     auto *axisY = qobject_cast<QValueAxis *>(chart->axes(Qt::Vertical).value(0));
-    const std::optional<PointRange> range = finiteRange(points);
     if (axisX && axisY && range) {
         // Else the chart would go back to the range from before the zoom later.
         chart->zoomReset();

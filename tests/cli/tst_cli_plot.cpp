@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cmath>
+
 namespace
 {
 
@@ -24,6 +26,20 @@ int curvePixels(const QImage &image, int row)
         count += colour.blue() > colour.red() + 60 ? 1 : 0;
     }
     return count;
+}
+
+// The least rectangle with all pixels of a kind.
+template <typename Kind>
+QRect extentOf(const QImage &image, Kind &&kind)
+{
+    QRect extent;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (kind(image.pixelColor(x, y)))
+                extent |= QRect(x, y, 1, 1);
+        }
+    }
+    return extent;
 }
 
 } // namespace
@@ -73,6 +89,66 @@ private slots:
         QVERIFY(plots({"-o", "all.png", "-s", "1", furan}));
         QVERIFY(plots({"-o", "part.png", "-s", "1", "--range", "8.8:9", furan}));
         QVERIFY(QImage(QStringLiteral("all.png")) != QImage(QStringLiteral("part.png")));
+    }
+
+    void aTwentiethOfRoomIsAroundTheCurve()
+    {
+        writeFile(QStringLiteral("a.json"),
+                  R"({"Type": "Spectrum v1", "E": [9, 9.5, 10], "I": [0, 1000, 200]})");
+        QVERIFY(plots({"-o", "a.png", "--size", "1600x1000", "a.json"}));
+        const auto extent = [](const QString &name) {
+            const QImage image(name);
+            return extentOf(image.copy(0, 0, image.width(), image.height() - 45),
+                            [](const QColor &c) { return c.blue() > c.red() + 60; });
+        };
+        const QRect curve = extent(QStringLiteral("a.png"));
+        // A range of energies is exact.
+        QVERIFY(plots({"-o", "b.png", "--size", "1600x1000", "--range", "9:10", "a.json"}));
+        const double wider = double(extent(QStringLiteral("b.png")).width()) / curve.width();
+        QVERIFY2(wider > 1.09 && wider < 1.11, qPrintable(QString::number(wider)));
+        // The plot is about 950 pixels high.
+        QVERIFY2(std::abs(curve.top() - 55) < 12, qPrintable(QString::number(curve.top())));
+        QVERIFY2(std::abs(curve.height() - 950 / 1.1) < 15,
+                 qPrintable(QString::number(curve.height())));
+    }
+
+    void aCurveOfOneIntensityIsDrawn()
+    {
+        writeFile(QStringLiteral("a.json"),
+                  R"({"Type": "Spectrum v1", "E": [9, 10], "I": [5, 5]})");
+        QVERIFY(plots({"-o", "a.png", "a.json"}));
+        const QImage image(QStringLiteral("a.png"));
+        int coloured = 0;
+        for (int row = 0; row < image.height(); ++row)
+            coloured += curvePixels(image, row);
+        QVERIFY(coloured > 300);
+    }
+
+    void labelsAreThoseOfTheEditor()
+    {
+        writeFile(QStringLiteral("a.json"),
+                  R"({"Type": "Spectrum v1", "E": [9.12, 9.13, 9.145], "I": [1e-5, 3e-5, 2e-5]})");
+        QVERIFY(plots({"-o", "a.svg", "--range", "9.12:9.145", "a.json"}));
+        const QByteArray svg = fileBytes(QStringLiteral("a.svg"));
+        for (const char *label : {"9.125", "9.130", "9.145", "1.25×10⁻⁵", "2.00×10⁻⁵"})
+            QVERIFY2(svg.contains(label), label);
+    }
+
+    void aTitleStandsAboveTheChartOnRequest()
+    {
+        writeFile(QStringLiteral("a.json"), R"({"Type": "Spectrum v1", "E": [9, 10], "I": [1, 5],
+            "Title": "Water <i>vapour</i>, H<sub>2</sub>O"})");
+        QVERIFY(plots({"-o", "a.svg", "a.json"}));
+        QVERIFY(!fileBytes(QStringLiteral("a.svg")).contains("vapour"));
+        QVERIFY(plots({"-o", "a.svg", "--title", "%t at 300 K, 5 %%t", "a.json"}));
+        const QByteArray svg = fileBytes(QStringLiteral("a.svg"));
+        QVERIFY(svg.contains("vapour") && svg.contains(" at 300 K, 5 %t"));
+        QVERIFY(!svg.contains("sub&gt;") && !svg.contains("i&gt;"));
+        // It takes its room from the chart.
+        QVERIFY(plots({"-o", "without.png", "a.json"}));
+        QVERIFY(plots({"-o", "with.png", "--title", "%t", "a.json"}));
+        QVERIFY(!hasDark(QImage(QStringLiteral("without.png")), QRect(300, 2, 200, 18)));
+        QVERIFY(hasDark(QImage(QStringLiteral("with.png")), QRect(300, 2, 200, 18)));
     }
 
     void aRangeWithoutAnythingToShowIsSaid()
