@@ -62,7 +62,7 @@ int main(int argc, char *argv[])
                         + QByteArray(1024, 0),
                     good)
            && kept;
-    for (const char *format : {"bmp", "ppm", "jpeg", "tiff", "webp"}) {
+    for (const char *format : {"jpeg", "webp"}) {
         if (!QImageWriter::supportedImageFormats().contains(format))
             continue;
         // Writing WebP takes long.
@@ -82,10 +82,6 @@ int main(int argc, char *argv[])
     kept =
         refusing("refusing gif of 5500 squared, cut off", gif + QByteArray(5'000'000, '\x44'), good)
         && kept;
-    QByteArray text = "P2 2800 2800 255\n";
-    for (int i = 1; i < 2800 * 2800; ++i)
-        text += "7 ";
-    kept = refusing("refusing pgm in 16 MB of text, a number short", text, good) && kept;
     kept = refusing("refusing text", QByteArray(10'000'000, 'x'), good) && kept;
     return kept ? 0 : 1;
 }

@@ -243,8 +243,8 @@ int run(const Arguments &arguments, Console &console)
     const auto has = [&](auto predicate) {
         return std::any_of(report.findings.cbegin(), report.findings.cend(), predicate);
     };
-    // Where a file is no JSON, that is a finding for who asked for it. Who asked for other checks did
-    // not get them.
+    // Where a file is no JSON, that is a finding for who asked for it. Who asked for other checks
+    // did not get them.
     const auto isUnread = [&](const Finding &finding) {
         return finding.endsReading
                && (finding.check == Check::Unreadable || !isAsked(settings, finding));
@@ -269,7 +269,7 @@ QByteArrayList checkIds()
 
 const Command &checkCommand()
 {
-    static const Command command{"check", "PATH...", "Say everything that is wrong in files",
-                                 details, options,   run};
+    static const Command command{
+        "check", "PATH...", "Say everything that is wrong in files", details, options, run, true};
     return command;
 }

@@ -19,7 +19,7 @@ struct Command {
     const char *details;  // what the help says behind the options; lines of up to 80 characters
     std::span<const Option> options;
     int (*run)(const Arguments &arguments, Console &console); // returns an ExitStatus
-    bool draws = false; // needs the toolkit's widgets, if no display
+    bool draws = false; // pictures or widgets: needs fonts, if no display
 };
 
 const Command &checkCommand();

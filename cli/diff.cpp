@@ -180,7 +180,7 @@ int run(const Arguments &arguments, Console &console)
 
 const Command &diffCommand()
 {
-    static constexpr Command command{"diff",  "A B",   "Compare two files, folders or databases",
-                                     details, options, run};
+    static constexpr Command command{
+        "diff", "A B", "Compare two files, folders or databases", details, options, run, true};
     return command;
 }

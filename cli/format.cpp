@@ -123,7 +123,7 @@ int run(const Arguments &arguments, Console &console)
 
 const Command &formatCommand()
 {
-    static constexpr Command command{"format", "PATH...", "Write files as the editor saves them",
-                                     details,  options,   run};
+    static constexpr Command command{
+        "format", "PATH...", "Write files as the editor saves them", details, options, run, true};
     return command;
 }

@@ -89,7 +89,7 @@ void dropDecoderRemarks()
 void dropDecoderRemarks() {}
 #endif
 
-// Widgets are drawn in memory, whatever the desktop is like.
+// Pictures and widgets are drawn in memory, whatever the desktop is like.
 std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv, bool draws)
 {
     if (!draws)

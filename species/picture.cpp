@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "species/picture.h"
 
+#include "species/drawing.h"
 #include "species/pictureformat.h"
 
 #include <QBuffer>
@@ -112,6 +113,30 @@ QImage encodable(const QImage &image)
     return result;
 }
 
+// The picture in the bytes of a file of a format; an empty one is detected.
+QImage decodedAs(const QByteArray &bytes, const QByteArray &format)
+{
+    QBuffer buffer;
+    buffer.setData(bytes);
+    // Named, so that no plugin that would take any file is asked to.
+    QImageReader reader(&buffer, format);
+    reader.setAutoDetectImageFormat(format.isEmpty());
+    QImage image;
+    const QSize size = sizeIn(reader);
+    // Some decoders do not tell it; Qt then keeps to the limit of memory.
+    if (!size.isEmpty()) {
+        const QImage::Format pixels = formatIn(reader);
+        if (!isWithinLimits(size, pixels))
+            return {};
+        image = clearedImage(size, pixels);
+    }
+    // One that is too large would be shown, but be gone after the next save.
+    if (!reader.read(&image) || !isWithinLimits(image.size(), image.format()))
+        return {};
+    completePalette(image);
+    return image;
+}
+
 } // namespace
 
 bool isSamePicture(const QImage &left, const QImage &right)
@@ -140,27 +165,18 @@ bool canBeReloaded(const QImage &image)
 
 QImage decodePicture(const QByteArray &bytes)
 {
-    const char *format = pictureFormat(bytes);
-    if (!format)
-        return {};
-    QBuffer buffer;
-    buffer.setData(bytes);
-    // Named, so that no plugin that would take any file is asked to.
-    QImageReader reader(&buffer, format);
-    reader.setAutoDetectImageFormat(false);
-    const QSize size = sizeIn(reader);
-    // Without one the header is damaged; each of the formats has it there.
-    if (size.isEmpty())
-        return {};
-    const QImage::Format pixels = formatIn(reader);
-    if (!isWithinLimits(size, pixels))
-        return {};
-    QImage image = clearedImage(size, pixels);
-    // One that is too large would be shown, but be gone after the next save.
-    if (!reader.read(&image) || !canBeReloaded(image))
-        return {};
-    completePalette(image);
-    return image;
+    const QByteArrayList formats = pictureFormats(bytes);
+    // Qt's decoder of drawings fetches what they refer to.
+    if (formats.contains(QByteArray()) && isDrawing(bytes))
+        return decodeDrawing(bytes, [](QSize size) {
+            return isWithinLimits(size, QImage::Format_ARGB32_Premultiplied);
+        });
+    for (const QByteArray &format : formats) {
+        QImage image = decodedAs(bytes, format);
+        if (!image.isNull())
+            return image;
+    }
+    return {};
 }
 
 QByteArray encodePng(const QImage &image)

@@ -13,9 +13,10 @@
 // large would be lost with the next load.
 [[nodiscard]] bool canBeReloaded(const QImage &image);
 
-// The image in the bytes of an image file, whose format is recognised by its content; a null image
-// if there is none, if it is of a format that is not taken (pictureFormat()), cut off or damaged so
-// that it shows, or too large to decode safely. The same bytes always give the same pixels.
+// The image in the bytes of an image file, whose format is recognised by its content: any that Qt
+// decodes here; an SVG file is drawn at its own size (decodeDrawing()). A null image if there is
+// none, if it is too large to decode safely, if a PNG, JPEG, GIF or WebP file is cut off or damaged
+// so that it shows, or if its decoder refuses it. The same bytes always give the same pixels.
 [[nodiscard]] QImage decodePicture(const QByteArray &bytes);
 
 // The bytes of a PNG file of image; empty for a null image.

@@ -8,8 +8,8 @@ namespace
 
 struct Format {
     const char *name;
-    QByteArrayView start; // a dot stands for any byte
-    bool (*isWhole)(QByteArrayView bytes);
+    QByteArrayView start;                            // a dot stands for any byte
+    bool (*isWhole)(QByteArrayView bytes) = nullptr; // where the decoder has to be kept from it
 };
 
 const Format formats[]{
@@ -17,19 +17,26 @@ const Format formats[]{
     {"jpeg", "\xff\xd8\xff", isWholeJpeg},
     {"gif", "GIF87a", isWholeGif},
     {"gif", "GIF89a", isWholeGif},
-    {"bmp", "BM", isWholeBmp},
-    {"pbm", "P1", isWholeAnymap},
-    {"pgm", "P2", isWholeAnymap},
-    {"ppm", "P3", isWholeAnymap},
-    {"pbm", "P4", isWholeAnymap},
-    {"pgm", "P5", isWholeAnymap},
-    {"ppm", "P6", isWholeAnymap},
     {"webp", "RIFF....WEBP", isWholeWebp},
-    {"tiff", QByteArrayView("II*\0", 4), isWholeTiff},
-    {"tiff", QByteArrayView("II+\0", 4), isWholeTiff},
-    {"tiff", QByteArrayView("MM\0*", 4), isWholeTiff},
-    {"tiff", QByteArrayView("MM\0+", 4), isWholeTiff},
-    {"ico", QByteArrayView("\0\0\1\0", 4), isWholeIcon},
+    {"icns", "icns", isWholeIcns},
+    {"mng", "\x8aMNG\r\n\x1a\n", isMngWithoutLoops},
+    {"xpm", "/* XPM"},
+    {"xbm", "#define"},
+    {"bmp", "BM"},
+    {"pbm", "P1"},
+    {"pgm", "P2"},
+    {"ppm", "P3"},
+    {"pbm", "P4"},
+    {"pgm", "P5"},
+    {"ppm", "P6"},
+    {"tiff", QByteArrayView("II*\0", 4)},
+    {"tiff", QByteArrayView("II+\0", 4)},
+    {"tiff", QByteArrayView("MM\0*", 4)},
+    {"tiff", QByteArrayView("MM\0+", 4)},
+    {"ico", QByteArrayView("\0\0\1\0", 4)},
+    // A cursor, and a picture that may be taken for one.
+    {"ico", QByteArrayView("\0\0\2\0", 4)},
+    {"tga", QByteArrayView("\0\0\2\0", 4)},
 };
 
 bool startsAs(QByteArrayView bytes, QByteArrayView start)
@@ -45,11 +52,15 @@ bool startsAs(QByteArrayView bytes, QByteArrayView start)
 
 } // namespace
 
-const char *pictureFormat(QByteArrayView bytes)
+QByteArrayList pictureFormats(QByteArrayView bytes)
 {
+    QByteArrayList names;
     for (const Format &format : formats) {
-        if (startsAs(bytes, format.start))
-            return format.isWhole(bytes) ? format.name : nullptr;
+        if (!startsAs(bytes, format.start))
+            continue;
+        if (format.isWhole && !format.isWhole(bytes))
+            return {};
+        names.append(format.name);
     }
-    return nullptr;
+    return names.isEmpty() ? QByteArrayList{QByteArray()} : names;
 }

@@ -134,3 +134,8 @@ bool isWholeWebp(QByteArrayView bytes)
     }
     return true;
 }
+
+bool isMngWithoutLoops(QByteArrayView bytes)
+{
+    return !bytes.contains("LOOP");
+}

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "species/picture.h"
 #include "species/speciesfile.h"
 #include "spectrum/spectrumwindow.h"
 #include "support/dialogs.h"
@@ -71,6 +72,7 @@ public:
 
     QString picture() const { return m_picture; }
     QString sheet() const { return m_sheet; }
+    quint16 port() const { return m_server.serverPort(); }
 
     QString markup() const
     {
@@ -150,6 +152,40 @@ private slots:
         QVERIFY(!pictures.any());
         QVERIFY(!sheets.any());
         QVERIFY(!bait.wasVisited());
+    }
+
+    // Qt's own decoder takes the bait.
+    void nothingThatADrawingRefersToIsFetched()
+    {
+        Bait bait;
+        QByteArray drawing =
+            "<?xml version='1.0'?><?xml-stylesheet type='text/css' href='" + bait.sheet().toUtf8()
+            + "'?><!DOCTYPE svg [<!ENTITY e SYSTEM '" + bait.sheet().toUtf8()
+            + "'>]><svg xmlns='http://www.w3.org/2000/svg' width='60' height='60' "
+              "xmlns:xlink='http://www.w3.org/1999/xlink'><rect width='9' height='9'/>";
+        const QString web = u"http://127.0.0.1:%1/red.png"_s.arg(bait.port());
+        for (const QString &at : QStringList{bait.picture(), u"file://"_s + bait.picture(), web})
+            drawing +=
+                u"<image width='50' height='50' xlink:href='%1'/>"
+                "<image width='50' height='50' href='%1'/><use xlink:href='%1#a'/>"
+                "<style>@import url(%1); @font-face { font-family: a; src: url(%1) }</style>"
+                "<font-face><font-face-src><font-face-uri xlink:href='%1'/>"
+                "</font-face-src></font-face><text fill='url(%1#a)'>t</text>"
+                "<script xlink:href='%1'/><script>document.location = '%1'</script>"_s.arg(at)
+                    .toUtf8();
+        drawing += "</svg>";
+        const OpenedFiles pictures(bait.picture());
+        const OpenedFiles sheets(bait.sheet());
+        // What Qt says of what it does not find is no concern here.
+        const auto before =
+            qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+        const QImage image = decodePicture(drawing);
+        const bool wasFetched = pictures.any() || sheets.any() || bait.wasVisited();
+        const bool isBait = !QImage::fromData(drawing).isNull() && pictures.any();
+        qInstallMessageHandler(before);
+        QCOMPARE(image.size(), QSize(60, 60));
+        QVERIFY(!wasFetched);
+        QVERIFY(isBait);
     }
 
     void nothingThatPastedOrDroppedMarkupRefersToIsFetched()

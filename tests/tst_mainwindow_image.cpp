@@ -269,9 +269,6 @@ private slots:
         QTest::newRow("more than 16 MB")
             << Answers{HttpsService::response(ok, png + QByteArray(17 << 20, 'x'))} << image
             << imageText;
-        QTest::newRow("drawing in XML that refers to files") << Answers{HttpsService::response(
-            ok, "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>")}
-                                                             << image << imageText;
         QImage large(10000, 10000, QImage::Format_Mono);
         large.fill(1);
         QTest::newRow("more than 64 megapixels")

@@ -178,6 +178,34 @@ private slots:
                      QByteArray("\xff\xda\0\x8\1\1\0\0\x3f\0\x55", 11).repeated(100));
         row("JPEG of very many scans", scans);
         row("compressed drawing", QByteArray("\x1f\x8b\x08\0\0\0\0\0\0\3", 10) + zeros);
+        const QByteArray start =
+            "<svg xmlns='http://www.w3.org/2000/svg' width='900' height='900'>";
+        QByteArray uses = start + "<g id='a0'><rect width='9' height='9'/></g>";
+        for (int i = 1; i < 60; ++i) {
+            const QByteArray use = "<use href='#a" + QByteArray::number(i - 1) + "'/>";
+            uses += "<g id='a" + QByteArray::number(i) + "'>" + use + use + "</g>";
+        }
+        row("drawing that uses things 2^60 times", uses + "</svg>");
+        row("drawing that uses itself", start + "<g id='a'><use href='#a'/></g></svg>");
+        row("drawing nested 100,000 deep", start + QByteArray("<g>").repeated(100'000)
+                                               + QByteArray("</g>").repeated(100'000) + "</svg>");
+        QByteArray chain = start + "<g id='a0'/>";
+        for (int i = 1; i < 50'000; ++i)
+            chain += "<g id='a" + QByteArray::number(i) + "'><use href='#a"
+                     + QByteArray::number(i - 1) + "'/></g>";
+        row("drawing with a chain of 50,000 uses", chain + "</svg>");
+        row("drawing that covers itself 100,000 times",
+            start + QByteArray("<rect width='900' height='900'/>").repeated(100'000) + "</svg>");
+        row("drawing with entities",
+            "<!DOCTYPE svg [<!ENTITY a 'aaaaaaaaaa'><!ENTITY b '&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;'>"
+            "<!ENTITY c '&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;'><!ENTITY d '&c;&c;&c;&c;&c;&c;&c;'>"
+            "<!ENTITY e '&d;&d;&d;&d;&d;&d;&d;&d;&d;&d;'>]>"
+                + start + "<text>&e;</text></svg>");
+        row("MNG that loops",
+            "\x8aMNG\r\n\x1a\n"
+                + pngChunk("MHDR", bigEndian(37) + bigEndian(23) + QByteArray(20, 0))
+                + pngChunk("LOOP", QByteArray(1, 0) + bigEndian(0x7fffffff))
+                + pngChunk("ENDL", QByteArray(1, 0)) + pngChunk("MEND", {}));
         row("drawing", "<svg xmlns='http://www.w3.org/2000/svg' width='60000' height='60000'/>");
     }
     void aBombIsRefusedWithLittleMemory()
@@ -197,25 +225,15 @@ private slots:
     {
         QTest::addColumn<QByteArray>("file");
         // 30 megapixels, which are within the limits; fewer where writing takes long.
-        for (const auto &[format, side] : QList<QPair<const char *, int>>{{"bmp", 5500},
-                                                                          {"ppm", 5500},
-                                                                          {"pgm", 5500},
-                                                                          {"jpeg", 5500},
-                                                                          {"tiff", 5500},
-                                                                          {"ico", 5500},
-                                                                          {"webp", 3000}}) {
+        for (const auto &[format, side] :
+             QList<QPair<const char *, int>>{{"jpeg", 5500}, {"webp", 3000}}) {
             if (!QImageWriter::supportedImageFormats().contains(format))
                 continue;
-            const bool isIcon = QByteArrayView(format) == "ico";
-            const QByteArray file = isIcon ? iconOf(side) : pictureFile(large(side), format);
+            const QByteArray file = pictureFile(large(side), format);
             for (const int percent : {10, 50, 90, 99})
                 QTest::addRow("%s at %d %%", format, percent)
                     << file.first(file.size() * percent / 100);
         }
-        QByteArray text = "P2 2500 2500 255\n";
-        for (int i = 0; i < 2500 * 2500 - 1; ++i)
-            text += "7 ";
-        QTest::newRow("pgm in text, a number short") << text;
         QTest::newRow("gif at 90 %") << QByteArray("GIF89a\x7c\x15\x7c\x15\xf0\0\0\0\0\0"
                                                    "\xff\xff\xff,\0\0\0\0\x7c\x15\x7c\x15\0\x2",
                                                    30)
@@ -339,16 +357,6 @@ private:
         return image;
     }
 
-    // An icon of 24 bits.
-    static QByteArray iconOf(int side)
-    {
-        const auto lines = quint32((side * 3 + 3) / 4 * 4 + (side + 31) / 32 * 4) * quint32(side);
-        return QByteArray("\0\0\1\0\1\0\0\0\0\0\1\0\x18\0", 14) + littleEndian(lines + 40, 4)
-               + littleEndian(22, 4) + littleEndian(40, 4) + littleEndian(quint32(side), 4)
-               + littleEndian(quint32(2 * side), 4) + littleEndian(1, 2) + littleEndian(24, 2)
-               + QByteArray(24 + qsizetype{lines}, 0);
-    }
-
     // A real one with another size in its frame header.
     static QByteArray jpeg(quint16 width, quint16 height)
     {
@@ -360,5 +368,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPictureLimits)
+QTEST_MAIN(TestPictureLimits)
 #include "tst_picturelimits.moc"

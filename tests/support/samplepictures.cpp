@@ -174,6 +174,29 @@ QByteArray tiffFile(const QImage &image, bool bigEndian, bool big)
            + tag(279, quint64(pixels.size())) + number(0, word) + pixels;
 }
 
+// What was usual before, and what other systems have.
+QList<SamplePicture> others()
+{
+    const QImage mono = coloured().convertToFormat(QImage::Format_Mono, Qt::ThresholdDither);
+    const QByteArray footer = QByteArray(8, 0) + QByteArray("TRUEVISION-XFILE.\0", 18);
+    QByteArray tga = QByteArray("\0\0\2\0\0\0\0\0\0\0\0\0\x0d\0\x09\0\x18\0", 18);
+    for (int i = 0; i < 13 * 9 * 3; ++i)
+        tga += char(i * 7);
+    QByteArray cursor = pictureFile(coloured(), "ico");
+    cursor.replace(2, 1, "\2");
+    // Three channels of 256 bytes in two runs each.
+    const QByteArray runs("\xff\x11\xfb\x22\xff\x33\xfb\x44\xff\x55\xfb\x66", 12);
+    const QByteArray icns = QByteArray("icns\0\0\0\x1cis32\0\0\0\x14", 16) + runs;
+    const QImage square = picturePattern(QImage::Format_ARGB32).scaled(16, 16);
+    return {{"XBM", "xbm", pictureFile(mono, "xbm"), {}},
+            {"XPM", "xpm", pictureFile(coloured(), "xpm"), {}},
+            {"WBMP", "wbmp", pictureFile(mono, "wbmp"), {}},
+            {"ICNS", "icns", pictureFile(square, "icns"), {}},
+            {"ICNS with runs", "icns", icns, {}},
+            {"CUR", "cur", cursor, {}},
+            {"TGA", "tga", tga + footer, {}}};
+}
+
 QList<SamplePicture> tiffs()
 {
     const QImage grey = coloured().convertToFormat(QImage::Format_Grayscale8);
@@ -225,7 +248,7 @@ QList<SamplePicture> samplePictures()
         {"BMP", "bmp", pictureFile(colours, "bmp"), colours},
         {"WebP", "webp", pictureFile(colours, "webp", 50), {}},
         {"WebP, lossless", "webp", pictureFile(colours, "webp", 100), colours}};
-    samples += sampleBitmaps() + jpegs() + gifs() + anymaps() + tiffs() + sampleIcons();
+    samples += sampleBitmaps() + jpegs() + gifs() + anymaps() + tiffs() + sampleIcons() + others();
     // Some of the formats are not installed everywhere.
     const QList<QByteArray> readable = QImageReader::supportedImageFormats();
     samples.removeIf([&](const SamplePicture &sample) {
