@@ -5,12 +5,16 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QElapsedTimer>
+#include <QHelpEvent>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMetaObject>
 #include <QMimeData>
+#include <QScrollBar>
 #include <QTest>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QToolTip>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -57,6 +61,51 @@ struct Fixture {
 int heightOf(const QTextEdit &edit)
 {
     return static_cast<int>(edit.document()->size().height()) + 5;
+}
+
+// A field that is narrower than the texts of the tests, and something else for the focus.
+struct NarrowFixture : Fixture {
+    QLineEdit *other = new QLineEdit(&window);
+
+    NarrowFixture()
+    {
+        window.layout()->addWidget(other);
+        edit->setFixedWidth(60);
+        QApplication::processEvents();
+    }
+};
+
+// Whether the first character, or the cursor, is within what can be seen.
+bool showsPosition(const QTextEdit &edit, int position)
+{
+    QTextCursor cursor(edit.document());
+    cursor.setPosition(position);
+    const QRect rect = edit.cursorRect(cursor);
+    return rect.right() >= 0 && rect.left() < edit.viewport()->width();
+}
+
+bool showsBeginning(const QTextEdit &edit)
+{
+    return showsPosition(edit, 0);
+}
+
+// What comes up when the mouse rests on the field.
+QString tipOf(QTextEdit *edit)
+{
+    QToolTip::hideText();
+    if (!QTest::qWaitFor([] { return !QToolTip::isVisible(); }))
+        QTest::qFail("the last tool tip stays", __FILE__, __LINE__);
+    const QPoint place(10, 5);
+    QHelpEvent event(QEvent::ToolTip, place, edit->viewport()->mapToGlobal(place));
+    QApplication::sendEvent(edit->viewport(), &event);
+    return QToolTip::isVisible() ? QToolTip::text() : QString();
+}
+
+QString plain(const QString &tip)
+{
+    QTextDocument document;
+    document.setHtml(tip);
+    return document.toPlainText().remove(QChar(0x200b));
 }
 
 void insert(Editor *edit, const QString &text)
@@ -365,6 +414,163 @@ private slots:
         QVERIFY(f.edit->minimumHeight() > oneLine);
         QCOMPARE(f.edit->minimumHeight(), heightOf(*f.edit));
         QCOMPARE(f.edit->maximumHeight(), heightOf(*f.edit));
+    }
+
+    // What is seen of a text that is too long.
+
+    void withoutTheFocusTheBeginningIsShown()
+    {
+        const NarrowFixture f;
+        QTest::keyClicks(f.edit, u"8.88267(12) and more"_s);
+        QVERIFY(!showsBeginning(*f.edit));
+        f.other->setFocus();
+        QVERIFY(showsBeginning(*f.edit));
+        QCOMPARE(f.edit->textCursor().position(), 20);
+        f.edit->setFocus(Qt::TabFocusReason);
+        QVERIFY(showsPosition(*f.edit, 20));
+        QTest::keyClick(f.edit, Qt::Key_Exclam);
+        QCOMPARE(f.edit->cleanedHtml(), u"8.88267(12) and more!"_s);
+        QVERIFY(f.edit->document()->isUndoAvailable());
+    }
+
+    void whateverChangesWithoutTheFocusTheBeginningIsShown_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<Qt::LayoutDirection>("direction");
+        QTest::newRow("Latin") << u"8.88267(12) and more"_s << Qt::LeftToRight;
+        QTest::newRow("Latin in a form from right to left")
+            << u"8.88267(12) and more"_s << Qt::RightToLeft;
+        QTest::newRow("Hebrew") << u"ספקטרום מים ספקטרום"_s << Qt::LeftToRight;
+        QTest::newRow("Hebrew in a form from right to left")
+            << u"ספקטרום מים ספקטרום"_s << Qt::RightToLeft;
+    }
+    void whateverChangesWithoutTheFocusTheBeginningIsShown()
+    {
+        QFETCH(QString, text);
+        QFETCH(Qt::LayoutDirection, direction);
+        const NarrowFixture f;
+        f.edit->setLayoutDirection(direction);
+        f.other->setFocus();
+        const auto check = [&f](const char *what) {
+            QApplication::processEvents();
+            QVERIFY2(!showsPosition(*f.edit, f.edit->document()->characterCount() - 1), what);
+            QVERIFY2(showsBeginning(*f.edit), what);
+        };
+        f.edit->setCleanedHtml(text);
+        check("filled");
+        f.edit->moveCursor(QTextCursor::End);
+        f.edit->insertPlainText(u" "_s + text);
+        f.edit->ensureCursorVisible();
+        check("changed");
+        for (const int width : {90, 40, 60}) {
+            f.edit->setFixedWidth(width);
+            check("resized");
+        }
+        QFont font = f.edit->font();
+        for (const int size : {20, 7, 12}) {
+            font.setPointSize(size);
+            f.edit->setFont(font);
+            check("in another font");
+        }
+        f.edit->setLayoutDirection(direction == Qt::LeftToRight ? Qt::RightToLeft
+                                                                : Qt::LeftToRight);
+        check("turned");
+    }
+
+    // The text must not slide away under the mouse between its being seen and its being clicked.
+    void aClickHitsTheCharacterThatWasSeen()
+    {
+        const NarrowFixture f;
+        QTest::keyClicks(f.edit, u"8.88267(12) and more"_s);
+        f.other->setFocus();
+        QVERIFY(showsBeginning(*f.edit));
+        QTextCursor second(f.edit->document());
+        second.setPosition(2);
+        QTest::mouseClick(f.edit->viewport(), Qt::LeftButton, {},
+                          f.edit->cursorRect(second).center());
+        QVERIFY(f.edit->hasFocus());
+        QCOMPARE(f.edit->textCursor().position(), 2);
+    }
+
+    void theToolTipHasTheWholeTextWheneverItDoesNotFit()
+    {
+        const NarrowFixture f;
+        const QString text = u"8.88267(12)"_s;
+        f.edit->setCleanedHtml(text);
+        QCOMPARE(plain(tipOf(f.edit)), text);
+        f.edit->setFixedWidth(300);
+        QCOMPARE(tipOf(f.edit), QString());
+        QFont large = f.edit->font();
+        large.setPointSize(60);
+        const QFont usual = f.edit->font();
+        f.edit->setFont(large);
+        QCOMPARE(plain(tipOf(f.edit)), text);
+        f.edit->setFont(usual);
+        QCOMPARE(tipOf(f.edit), QString());
+        f.edit->setFixedWidth(60);
+        QCOMPARE(plain(tipOf(f.edit)), text);
+        f.edit->setCleanedHtml(u"8.9"_s);
+        QCOMPARE(tipOf(f.edit), QString());
+        f.edit->setCleanedHtml(u"8<br>9"_s);
+        QCOMPARE(plain(tipOf(f.edit)), u"8\n9"_s);
+        // While it is being typed, too.
+        f.edit->selectAll();
+        QTest::keyClicks(f.edit, u"8.88267(13)"_s);
+        QCOMPARE(plain(tipOf(f.edit)), u"8.88267(13)"_s);
+    }
+
+    void theToolTipHasSubscriptsAndShowsMarkupAsText()
+    {
+        const NarrowFixture f;
+        f.edit->setCleanedHtml(
+            u"10<sup>3</sup> of C<sub>2</sub>H<sub>2</sub> &lt;img src=x&gt; a&amp;b"_s);
+        const QString tip = tipOf(f.edit);
+        QCOMPARE(plain(tip), u"103 of C2H2 <img src=x> a&b"_s);
+        QVERIFY(tip.contains(u"10<sup>3</sup>"_s));
+        QVERIFY(tip.contains(u"C<sub>2</sub>H<sub>2</sub>"_s));
+        QVERIFY(!tip.contains(u"<img"_s));
+    }
+
+    void theToolTipKeepsWhatElseIsSaidOfTheField()
+    {
+        const NarrowFixture f;
+        f.edit->setToolTip(u"Not < a number."_s);
+        f.edit->setCleanedHtml(u"8.88267(12)"_s);
+        QCOMPARE(plain(tipOf(f.edit)), u"Not < a number.\n8.88267(12)"_s);
+        f.edit->setToolTip(u"<b>Not</b> a number."_s);
+        QCOMPARE(plain(tipOf(f.edit)), u"Not a number.\n8.88267(12)"_s);
+        QCOMPARE(f.edit->toolTip(), u"<b>Not</b> a number."_s);
+        f.edit->setCleanedHtml(u"8"_s);
+        QCOMPARE(plain(tipOf(f.edit)), u"Not a number."_s);
+        f.edit->setToolTip({});
+        QCOMPARE(tipOf(f.edit), QString());
+    }
+
+    void theToolTipOfAHugeTextHasItsBeginning()
+    {
+        const NarrowFixture f;
+        f.edit->setCleanedHtml(u"word "_s.repeated(20'000));
+        QElapsedTimer clock;
+        clock.start();
+        const QString tip = plain(tipOf(f.edit));
+        QVERIFY(tip.startsWith(u"word word"_s));
+        QVERIFY(tip.endsWith(u'…'));
+        QVERIFY(tip.size() < 6'000);
+        QCOMPARE_LT(clock.elapsed(), 5'000);
+    }
+
+    void aToolTipOfOneLongWordIsNoWiderThanTheScreen()
+    {
+        const NarrowFixture f;
+        f.edit->setCleanedHtml(u"InChI=1S/C60/c1-2-5-6-3(1)8-12-10-4(1)9"_s
+                               + u"-11-7(2)17-21-13(5)23"_s.repeated(40));
+        QCOMPARE(plain(tipOf(f.edit)), f.edit->toPlainText());
+        const QWidgetList widgets = QApplication::topLevelWidgets();
+        const auto tip = std::find_if(widgets.begin(), widgets.end(), [](const QWidget *widget) {
+            return widget->inherits("QTipLabel") && widget->isVisible();
+        });
+        QVERIFY(tip != widgets.end());
+        QVERIFY((*tip)->width() <= (*tip)->screen()->availableSize().width());
     }
 
     void aLongLineIsNotWrapped()

@@ -2,6 +2,7 @@
 #include "widgets/mistakemark.h"
 
 #include "widgets/cleantextedit.h"
+#include "widgets/fieldtip.h"
 
 #include <QColor>
 #include <QPalette>
@@ -35,11 +36,6 @@ void MistakeMark::look()
         marks.append({cursor, mistakeFormat(m_field->palette().color(QPalette::Base))});
     }
     m_field->setExtraSelections(marks);
-    // A style sheet of the field that fixes its background does so for its tool tip, whose text
-    // would be white on white in a dark theme.
-    const QString tip =
-        QStringLiteral("<span style=\"color: %1\">%2</span>")
-            .arg(m_field->palette().color(QPalette::Text).name(), said.toHtmlEscaped());
-    m_field->setToolTip(said.isEmpty() ? QString() : tip);
+    m_field->setToolTip(said.isEmpty() ? QString() : fieldTip(m_field, said.toHtmlEscaped()));
     m_field->setAccessibleDescription(said);
 }

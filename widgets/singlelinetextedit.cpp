@@ -1,13 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/singlelinetextedit.h"
 
+#include "widgets/fieldtip.h"
 #include "widgets/typedalignment.h"
 
 #include <QEvent>
+#include <QFocusEvent>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QScrollBar>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QToolTip>
 
 SingleLineTextEdit::SingleLineTextEdit(QWidget *parent) : CleanTextEdit(parent)
 {
@@ -22,6 +28,11 @@ SingleLineTextEdit::SingleLineTextEdit(QWidget *parent) : CleanTextEdit(parent)
     setStyleSheet(QStringLiteral("background-color: white; border: 1px solid gray; padding: 2px;"));
     connect(findChild<TypedAlignment *>(), &TypedAlignment::typedInPlaceOfEditor, this,
             &SingleLineTextEdit::adjustHeight);
+    // Whatever moves the view: typing, a new text, size or font, the wheel.
+    for (const QScrollBar *bar : {horizontalScrollBar(), verticalScrollBar()}) {
+        connect(bar, &QScrollBar::valueChanged, this, &SingleLineTextEdit::showBeginning);
+        connect(bar, &QScrollBar::rangeChanged, this, &SingleLineTextEdit::showBeginning);
+    }
     adjustHeight();
 }
 
@@ -36,15 +47,71 @@ void SingleLineTextEdit::adjustHeight()
     setFixedHeight(static_cast<int>(document()->size().height()) + heightMargin);
 }
 
-// The style sheet paints the editor, and the part of it that shows the text is transparent. The
-// style has a background painted there all the same, of which nothing can be seen, and for which it
-// keeps a record by the part's address that it never frees.
 bool SingleLineTextEdit::event(QEvent *event)
 {
+    if (event->type() == QEvent::ToolTip) {
+        const QString tip = wholeTip();
+        if (!tip.isEmpty()) {
+            QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), tip, this);
+            return true;
+        }
+    }
     const bool done = CleanTextEdit::event(event);
-    if (event->type() == QEvent::Polish || event->type() == QEvent::StyleChange)
+    switch (event->type()) {
+    case QEvent::Polish:
+    case QEvent::StyleChange:
+        // The style sheet paints the editor, and the part of it that shows the text is transparent.
+        // The style has a background painted there all the same, of which nothing can be seen, and
+        // for which it keeps a record by the part's address that it never frees.
         viewport()->setAttribute(Qt::WA_StyledBackground, false);
+        break;
+    case QEvent::FocusIn:
+        showCursor(static_cast<QFocusEvent *>(event)->reason());
+        break;
+    case QEvent::FocusOut:
+    case QEvent::LayoutDirectionChange:
+        showBeginning();
+        break;
+    default:
+        break;
+    }
     return done;
+}
+
+// Its end alone would read as another number.
+void SingleLineTextEdit::showBeginning()
+{
+    if (hasFocus())
+        return;
+    const bool startsAtTheRight = document()->firstBlock().textDirection() == Qt::RightToLeft;
+    QScrollBar *bar = horizontalScrollBar();
+    // Its values count from the side at which the form begins.
+    bar->setValue(startsAtTheRight == isRightToLeft() ? bar->minimum() : bar->maximum());
+    verticalScrollBar()->setValue(verticalScrollBar()->minimum());
+}
+
+// Not where a click may follow, which must hit the character that was seen.
+void SingleLineTextEdit::showCursor(Qt::FocusReason reason)
+{
+    if (reason != Qt::MouseFocusReason && reason != Qt::ActiveWindowFocusReason)
+        ensureCursorVisible();
+}
+
+bool SingleLineTextEdit::showsAll() const
+{
+    return horizontalScrollBar()->maximum() <= document()->documentMargin()
+           && verticalScrollBar()->maximum() < fontMetrics().lineSpacing() / 2;
+}
+
+QString SingleLineTextEdit::wholeTip() const
+{
+    QString said = toolTip();
+    if (showsAll())
+        return said;
+    if (!Qt::mightBeRichText(said))
+        said = said.toHtmlEscaped();
+    const QString gap = said.isEmpty() ? QString() : QStringLiteral("<br>");
+    return said + gap + fieldTip(this, wholeTextTip(document()));
 }
 
 void SingleLineTextEdit::keyPressEvent(QKeyEvent *event)
