@@ -241,6 +241,7 @@ int run(const Arguments &arguments, Console &console)
 const Command &compileCommand()
 {
     static constexpr Command command{
-        "compile", "PATH...", "Compile species files into a database file", details, options, run};
+        "compile", "PATH...", "Compile species files into a database file", details, options,
+        run,       true};
     return command;
 }
