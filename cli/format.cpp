@@ -51,7 +51,7 @@ int replace(const InputFile &input, const QByteArray &after, bool mayLose, Conso
     };
     if (!mayLose)
         return refuse("--lossy writes it nevertheless");
-    if (after.size() > largestJsonFile)
+    if (!fitsIntoFile(after))
         return refuse("it would be too large to be read again");
     return writeFile(input.name, after, console) ? exitFine : exitFailure;
 }

@@ -64,10 +64,15 @@ std::optional<QJsonObject> readJsonObject(const QString &path, FileProblem *prob
     return QJsonDocument::fromJson(*text).object();
 }
 
+bool fitsIntoFile(QByteArrayView json)
+{
+    return json.size() <= largestJsonFile || sizeWithoutLayout(json) <= largestJsonFile;
+}
+
 bool writeJsonObject(const QString &path, const QJsonObject &object, FileProblem *problem)
 {
     const QByteArray text = QJsonDocument(object).toJson(QJsonDocument::Indented);
-    const bool fits = text.size() <= largestJsonFile || sizeWithoutLayout(text) <= largestJsonFile;
+    const bool fits = fitsIntoFile(text);
     const bool isWritten = fits && replaceFileBytes(path, text);
     if (problem)
         *problem = problemOf(isWritten, fits);

@@ -31,6 +31,9 @@ inline constexpr qint64 largestJsonText = 0xffff'ffff;
 [[nodiscard]] std::optional<QByteArray> readJsonText(const QString &path,
                                                      FileProblem *problem = nullptr);
 
+// Whether a file of this text, indented as the editor does it or not at all, can be read again.
+[[nodiscard]] bool fitsIntoFile(QByteArrayView json);
+
 // Writes object as indented JSON, as a whole or not at all. Returns false if the file does not hold
 // it, also because it would be too large to be read.
 [[nodiscard]] bool writeJsonObject(const QString &path, const QJsonObject &object,

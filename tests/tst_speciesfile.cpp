@@ -363,6 +363,13 @@ private slots:
         QCOMPARE(sizeWithoutLayout(readJsonText(path()).value_or(""_ba)), compact.size());
     }
 
+    void blanksBetweenValuesDoNotCount()
+    {
+        const QByteArray blanks(largestJsonFile, ' ');
+        QVERIFY(fitsIntoFile(QByteArray('[' + blanks + "1]")));
+        QVERIFY(!fitsIntoFile(QByteArray("[\"" + blanks + "\"]")));
+    }
+
     void whatIsTooLargeIsSaidToBe()
     {
         FileProblem problem = FileProblem::None;
