@@ -22,9 +22,9 @@ struct FileResult {
     FileFacts facts;
 };
 
-// Checks the file at path by itself; findings call it name. Runs in any thread, without an
-// application object. Memory is that of the file, up to largestJsonFile; of a database, which may
-// be of any size, that of its largest entry.
+// Checks the file at path by itself; findings call it name. Runs in any thread. Without a
+// QGuiApplication an SVG image counts as one that cannot be decoded. Memory is that of the file, up
+// to largestJsonFile; of a database, which may be of any size, that of its largest entry.
 [[nodiscard]] FileResult checkFile(const QString &name, const QString &path,
                                    const FileCheckOptions &options);
 

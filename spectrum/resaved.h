@@ -4,7 +4,7 @@
 #include <QJsonObject>
 
 // What becomes of objects that are loaded and saved again without an edit: the records read them
-// and write themselves. No application object is needed, and any thread will do.
+// and write themselves. Any thread will do. Without a QGuiApplication an SVG image is lost.
 
 // The species file's object, with "Type", as the editor writes it after loading file: spectra are
 // numbered anew in the order in which they are loaded, and what the records do not know is gone.
