@@ -5,6 +5,7 @@
 #include <QFontMetricsF>
 #include <QGraphicsLayout>
 #include <QGraphicsTextItem>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QTextDocument>
 #include <QValueAxis>
@@ -19,6 +20,10 @@ namespace
 constexpr double edge = 4; // the window has little height to give
 constexpr double markLength = 4;
 constexpr double gap = 3;
+
+// The view's read-out stands so far above the lower edge, and so much higher than its text.
+constexpr double readOutInset = 10;
+constexpr double readOutPadding = 4;
 
 // Above the background, below the curve.
 constexpr double depth = 2;
@@ -119,7 +124,10 @@ void ChartAxes::layOut()
 QMargins ChartAxes::neededMargins()
 {
     const double labelHeight = QFontMetricsF(valueAxis(Qt::Horizontal)->labelsFont()).height();
-    const double below = edge + m_x.title->boundingRect().height() + gap + labelHeight + markLength;
+    const double title = edge + m_x.title->boundingRect().height() + gap;
+    const double readOut =
+        readOutInset + readOutPadding + QFontMetricsF(QGuiApplication::font()).height();
+    const double below = std::max(title, readOut) + labelHeight + markLength;
     const double above = edge + labelHeight / 2;
     const QSizeF size = m_chart->size();
     const double left = edge + m_y.title->boundingRect().height() + gap

@@ -438,6 +438,31 @@ private slots:
         QVERIFY(places.size() >= 2 + 3 + 3);
     }
 
+    // Under it, 9.35 could be taken for 9.36.
+    void theReadOutLeavesTheLabelsOfTheTicksFree()
+    {
+        Fixture f;
+        QVERIFY(f.show());
+        f.setPoints(QStringLiteral("9.1 1\n9.35 3"));
+        for (const bool hasText : {false, true}) {
+            if (hasText)
+                f.view->updateMousePositionLabel({9.3123, 1000});
+            const QRect geometry = readOut(*f.view)->geometry();
+            QVERIFY(!geometry.isEmpty());
+            const QRectF covered = f.view->mapToScene(geometry).boundingRect();
+            int labels = 0;
+            for (const QGraphicsItem *item : f.view->scene()->items()) {
+                const auto *label = qgraphicsitem_cast<const QGraphicsTextItem *>(item);
+                const QString text = label && label->isVisible() ? label->toPlainText() : QString();
+                if (!text.startsWith(QLatin1String("9.")))
+                    continue;
+                ++labels;
+                QVERIFY2(!label->sceneBoundingRect().intersects(covered), qPrintable(text));
+            }
+            QVERIFY(labels >= leastTicks);
+        }
+    }
+
     void everyNumberIsPaintedWithoutACrashOrAWarning_data()
     {
         QTest::addColumn<QString>("text");
