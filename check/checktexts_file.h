@@ -114,7 +114,8 @@ inline constexpr std::array fileChecks{
         .why = QLatin1String("Opening and saving the file without any edit changes it, so that the "
                              "next curator's small correction is a large difference in the version "
                              "history."),
-        .mend = QLatin1String("zoravel format --in-place FILE writes it as the editor does."),
+        .mend = QLatin1String("zoravel format --in-place FILE writes it as the editor does, with "
+                              "--lossy also where something gets lost."),
         .example =
             QLatin1String("Another indentation, another order of keys, 10.0 instead of 10.")},
 };
