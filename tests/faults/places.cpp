@@ -248,7 +248,7 @@ QString mode(Editor &editor, const QString &folder)
     return {};
 }
 
-QString largestFile(Editor &editor, const QString &folder)
+QString limitedSize(Editor &editor, const QString &folder)
 {
     Trial trial(editor, Editor::Save, usualSize, folder);
     trial.prepare(1);
@@ -386,7 +386,7 @@ bool visitPlaces(const QString &folder)
     visit(u"Symbolic link"_s, symbolicLink, u"the link stays, its file is replaced"_s);
     visit(u"Hard link"_s, hardLink, u"the other name keeps the old contents"_s);
     visit(u"Modes"_s, mode, u"kept"_s);
-    visit(u"RLIMIT_FSIZE"_s, largestFile, u"a box; old file kept"_s);
+    visit(u"RLIMIT_FSIZE"_s, limitedSize, u"a box; old file kept"_s);
     visit(u"No file descriptor left"_s, noDescriptorsLeft, u"a box; old file kept"_s);
 
     Tally lengths(u"Names of 249 to 255 bytes, two saves"_s);
