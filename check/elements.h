@@ -15,11 +15,11 @@
 // since 1969. Masses of nuclides: Atomic Mass Evaluation AME2020, rounded to 0.00001.
 struct Element {
     const char *symbol;
-    double weight;   // 0 where there is none: no stable isotope
-    double lowest;   // official weight since 1961
+    double weight; // 0 where there is none: no stable isotope
+    double lowest; // official weight since 1961
     double highest;
     int mainIsotope; // mass number of the most abundant one; 0 where there is none
-    double mainMass;    // of that isotope
+    double mainMass; // of that isotope
 };
 
 // The atomic number of the element with this symbol; nothing if there is none. D and T are none.
