@@ -198,6 +198,8 @@ private slots:
     void buttonsOfAStyleWithColoursOfItsOwnCanBeRead();
     void imageLeavesItsBorder();
     void windowFitsOnASmallScreen();
+    void chartKeepsItsShareWithLargeLetters_data();
+    void chartKeepsItsShareWithLargeLetters();
     void selectionOfAnyThemeIsReadable_data();
     void selectionOfAnyThemeIsReadable();
 
@@ -512,6 +514,41 @@ void TestLooks::windowFitsOnASmallScreen()
     const QSize room = QSize(1280, 720 - 30) / 0.85;
     QVERIFY2(least.width() <= room.width() && least.height() <= room.height(),
              qPrintable(QStringLiteral("%1 x %2").arg(least.width()).arg(least.height())));
+}
+
+void TestLooks::chartKeepsItsShareWithLargeLetters_data()
+{
+    QTest::addColumn<int>("points");
+    QTest::addColumn<int>("height");
+    QTest::newRow("usual") << 10 << 900;
+    QTest::newRow("large") << 15 << 1100;
+}
+
+// The fields of several lines become lower first, down to two lines.
+void TestLooks::chartKeepsItsShareWithLargeLetters()
+{
+    QFETCH(int, points);
+    QFETCH(int, height);
+    const QFont usual = QApplication::font();
+    QFont font = usual;
+    font.setPointSize(points);
+    QApplication::setFont(font);
+    {
+        SpectrumWindow window(fullSpectrum());
+        window.resize(1000, height);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const auto *chart = window.findChild<SpectrumChartView *>();
+        const double share = 3.0 / 8;
+        QVERIFY2(chart->height() > 0.95 * share * window.height(),
+                 qPrintable(QString::number(chart->height())));
+        QVERIFY(chart->chart()->plotArea().height() > 0.6 * chart->height());
+        for (const char *name : {"textEditCitations", "textEditComments"}) {
+            const auto *memo = window.findChild<QWidget *>(QLatin1String(name));
+            QVERIFY(memo->height() >= 2 * memo->fontMetrics().lineSpacing());
+        }
+    }
+    QApplication::setFont(usual);
 }
 
 void TestLooks::selectionOfAnyThemeIsReadable_data()

@@ -138,6 +138,11 @@ QSize CleanTextEdit::minimumSizeHint() const
     return {QTextEdit::minimumSizeHint().width(), 2 * fontMetrics().lineSpacing() + margins};
 }
 
+QSize CleanTextEdit::sizeHint() const
+{
+    return {QTextEdit::sizeHint().width(), CleanTextEdit::minimumSizeHint().height()};
+}
+
 QVariant CleanTextEdit::loadResource(int type, const QUrl & /*name*/)
 {
     // Not nothing at all, for which the document would look by itself.

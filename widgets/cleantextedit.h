@@ -27,6 +27,8 @@ public:
 
     // Two lines high: a form of many fields has to fit on a small laptop's screen.
     [[nodiscard]] QSize minimumSizeHint() const override;
+    // As high as that: where labels are wrapped, a layout shrinks nothing below its size hint.
+    [[nodiscard]] QSize sizeHint() const override;
 
     // Nothing: an entry may come from a stranger, so what its markup refers to is not fetched.
     QVariant loadResource(int type, const QUrl &name) override;
