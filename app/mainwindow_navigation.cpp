@@ -36,11 +36,11 @@ void MainWindow::loadNextSpeciesFile()
         navigateSpeciesFiles(currentFile, 1);
 }
 
-bool MainWindow::navigateSpeciesFiles(const QString &requested, int step)
+bool MainWindow::navigateSpeciesFiles(const QString &path, int step)
 {
-    const QString path = withoutParentSteps(requested);
-    const bool isFolder = QFileInfo(path).isDir();
-    const QDir folder(isFolder ? path : QFileInfo(path).absolutePath());
+    const QString found = withoutParentSteps(path);
+    const bool isFolder = QFileInfo(found).isDir();
+    const QDir folder(isFolder ? found : QFileInfo(found).absolutePath());
     const QStringList files = jsonFilesIn(folder.absolutePath());
     if (files.isEmpty()) {
         showMessage(this, QMessageBox::Information, tr("No JSON Files"),
@@ -52,7 +52,7 @@ bool MainWindow::navigateSpeciesFiles(const QString &requested, int step)
                     tr("No current file loaded to step from."));
         return false;
     }
-    const qsizetype current = isFolder ? -1 : files.indexOf(QFileInfo(path).fileName());
+    const qsizetype current = isFolder ? -1 : files.indexOf(QFileInfo(found).fileName());
     if (!isFolder && current < 0) {
         showMessage(this, QMessageBox::Warning, tr("Error"),
                     tr("Current file is not in the directory."));
