@@ -47,13 +47,14 @@ PointRange shownRange(const QList<QPointF> &points, const PictureFormat &format)
 {
     PointRange shown = finiteRange(points).value_or(PointRange{0, 1, 0, 1});
     if (format.range) {
-        const auto [fromEv, toEv] = *format.range;
+        const EnergyRange range = *format.range;
         QList<QPointF> within;
-        std::copy_if(points.begin(), points.end(), std::back_inserter(within),
-                     [&](const QPointF &p) { return p.x() >= fromEv && p.x() <= toEv; });
+        std::copy_if(
+            points.begin(), points.end(), std::back_inserter(within),
+            [&](const QPointF &p) { return p.x() >= range.fromEv && p.x() <= range.toEv; });
         shown = finiteRange(within).value_or(shown);
-        shown.minX = fromEv;
-        shown.maxX = toEv;
+        shown.minX = range.fromEv;
+        shown.maxX = range.toEv;
     } else {
         addRoom(shown.minX, shown.maxX);
     }
