@@ -32,10 +32,13 @@ QString tabText(const QTabBar *tabs, const QString &title)
 } // namespace
 
 SpectrumTabs::SpectrumTabs(QMdiArea *area)
-    : QObject(area), m_area(area), m_tabs(area->findChild<QTabBar *>())
+    : QObject(area),
+      m_area(area),
+      m_viewport(area->viewport()),
+      m_tabs(area->findChild<QTabBar *>())
 {
     connect(m_area, &QMdiArea::subWindowActivated, this, &SpectrumTabs::settleFocus);
-    m_area->viewport()->installEventFilter(this);
+    area->viewport()->installEventFilter(this);
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget * /*before*/, QWidget *now) { noteFocus(now); });
     // They scroll the tabs; the keyboard does so by choosing one.
@@ -57,8 +60,9 @@ void SpectrumTabs::follow(QMdiSubWindow *subWindow)
 
 bool SpectrumTabs::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_area->viewport()) {
-        if (event->type() == QEvent::ChildRemoved)
+    if (watched == m_viewport) {
+        // An area that is being destroyed is none any more.
+        if (event->type() == QEvent::ChildRemoved && qobject_cast<QMdiArea *>(watched->parent()))
             showNeighbourOf(static_cast<QChildEvent *>(event)->child());
         return QObject::eventFilter(watched, event);
     }

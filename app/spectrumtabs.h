@@ -35,6 +35,7 @@ private:
     void enter(const QMdiSubWindow *subWindow) const;
 
     QMdiArea *m_area;
+    const QObject *m_viewport;
     QTabBar *m_tabs;
     QHash<const QObject *, QPointer<QWidget>> m_lastFocused; // by spectrum
     QPointer<QWidget> m_comingUp; // what had the keyboard when the spectrum that comes up was left

@@ -97,7 +97,8 @@ QString superscript(int number)
 {
     static constexpr QChar digits[] = {u'⁰', u'¹', u'²', u'³', u'⁴', u'⁵', u'⁶', u'⁷', u'⁸', u'⁹'};
     QString text;
-    for (const char c : QByteArray::number(number))
+    const QByteArray characters = QByteArray::number(number);
+    for (const char c : characters)
         text += c == '-' ? QChar(u'⁻') : digits[c - '0'];
     return text;
 }
@@ -146,11 +147,11 @@ QStringList labelsOf(const QList<Decimal> &decimals)
     constexpr int small = -4;
     if (decimals.isEmpty())
         return {};
-    const QStringList plain = plainLabels(decimals);
+    QStringList plain = plainLabels(decimals);
     const int power = magnitudeOf(decimals);
     if (power > small && power < large)
         return plain;
-    const QStringList powers = powerLabels(decimals, power);
+    QStringList powers = powerLabels(decimals, power);
     return power < 0 || longest(powers) < longest(plain) ? powers : plain;
 }
 

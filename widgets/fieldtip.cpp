@@ -33,7 +33,7 @@ QString tipOf(const QTextFragment &fragment, qsizetype mostCharacters)
     QStringList words = text.split(QLatin1Char(' '));
     for (QString &word : words)
         word = breakable(word).toHtmlEscaped();
-    const QString html =
+    QString html =
         words.join(QLatin1Char(' ')).replace(QChar::LineSeparator, QLatin1String("<br>"));
     switch (fragment.charFormat().verticalAlignment()) {
     case QTextCharFormat::AlignSuperScript:

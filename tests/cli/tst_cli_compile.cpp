@@ -151,7 +151,7 @@ private slots:
         QCOMPARE(console.run(words), 1);
         const QByteArray line = ":1:21: error: CAS number 106-97-3 has check digit 3, expected 8 "
                                 "[cas-check-digit]\n";
-        for (const QByteArray name : {"/a.json", "/z.json"})
+        for (const char *name : {"/a.json", "/z.json"})
             QVERIFY(console.errors.contains(QByteArray(root() + name + line)));
         QVERIFY(console.errors.contains("2 errors, 0 warnings and 0 notes in "));
         QVERIFY(console.errors.endsWith("/old.db: not written\n"));
