@@ -142,8 +142,8 @@ private slots:
         QTRY_COMPARE(m_service->requests.size(), 2);
         f.cancel()->click();
         QVERIFY(!f.notice->isVisible());
-        QVERIFY(f.window.findChildren<QNetworkReply *>().isEmpty()
-                || !f.window.findChildren<QNetworkReply *>().first()->isRunning());
+        const auto replies = f.window.findChildren<QNetworkReply *>();
+        QVERIFY(replies.isEmpty() || !replies.first()->isRunning());
     }
 
     void oneThatIsLeftIsStillShown()

@@ -33,7 +33,8 @@ def part_of_window(picture, part):
     columns = [grey[x::width] for x in range(width)]
     dock = [x for x, column in enumerate(columns) if longest_run(column, DOCK_GREY) > height * 0.3]
     dock_end = dock[-1] + 1 if dock else width * 2 // 5
-    editor = [x for x in range(dock_end, width) if longest_run(columns[x], WHITE) > height * 0.3]
+    # The chart is white, too, but lower than the editor of the points.
+    editor = [x for x in range(dock_end, width) if longest_run(columns[x], WHITE) > height * 0.4]
     editor_start = editor[0] if editor else width * 7 // 10
     return {"dock": (0, dock_end, 70), "form": (dock_end, editor_start - dock_end, 90),
             "points": (editor_start, width - editor_start, 90)}[part]
