@@ -33,11 +33,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     REQUIRE_EQUAL(once.contains(imageKey), !first.getImage().isNull());
 
     const QJsonObject file = QJsonDocument::fromJson(QJsonDocument(once).toJson()).object();
-    REQUIRE_EQUAL(file, once);
+    REQUIRE_EQUAL(withoutByteOrderMarks(file), withoutByteOrderMarks(once));
     SpeciesModel second(nullptr);
     second.loadFromJson(file);
     const QJsonObject twice = second.toJson();
-    REQUIRE_EQUAL(withoutImage(twice), expectedSpecies(once));
+    REQUIRE_EQUAL(withoutImage(twice), expectedSpecies(file));
     REQUIRE(isSamePicture(second.getImage(), first.getImage()));
     REQUIRE_EQUAL(twice[imageKey], once[imageKey]);
 

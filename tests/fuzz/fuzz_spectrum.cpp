@@ -25,12 +25,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     REQUIRE_EQUAL(first.toJson(), once);
 
     const QJsonObject file = QJsonDocument::fromJson(QJsonDocument(once).toJson()).object();
-    REQUIRE_EQUAL(file, once);
+    REQUIRE_EQUAL(withoutByteOrderMarks(file), withoutByteOrderMarks(once));
     SpectrumModel second(nullptr, &editor);
     second.loadFromJson(file);
     REQUIRE_EQUAL(editor.toPlainText(), lines.join(u'\n'));
     const QJsonObject twice = second.toJson();
-    REQUIRE_EQUAL(twice, expectedSpectrum(once));
+    REQUIRE_EQUAL(twice, expectedSpectrum(file));
     REQUIRE_EQUAL(twice[QStringLiteral("E")], once[QStringLiteral("E")]);
     REQUIRE_EQUAL(twice[QStringLiteral("I")], once[QStringLiteral("I")]);
     return 0;

@@ -185,6 +185,22 @@ QJsonObject expectedSpeciesFile(const QJsonObject &loaded)
     return saved;
 }
 
+QJsonObject withoutByteOrderMarks(QJsonObject object)
+{
+    for (auto member = object.begin(); member != object.end(); ++member) {
+        const QJsonValue value = member.value();
+        if (value.isObject()) {
+            member.value() = withoutByteOrderMarks(value.toObject());
+        } else if (value.isString()) {
+            QString text = value.toString();
+            while (text.startsWith(QChar::ByteOrderMark))
+                text.remove(0, 1);
+            member.value() = text;
+        }
+    }
+    return object;
+}
+
 QImage expectedImage(const QJsonObject &species)
 {
     const QByteArray bytes =

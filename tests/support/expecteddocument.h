@@ -31,6 +31,10 @@
 // The species file that is saved after this one was loaded.
 [[nodiscard]] QJsonObject expectedSpeciesFile(const QJsonObject &loaded);
 
+// The object without byte order marks at the start of its texts: Qt drops one from a text that it
+// reads from a file, unless the text holds an escape.
+[[nodiscard]] QJsonObject withoutByteOrderMarks(QJsonObject object);
+
 // The species object's image as RGBA, 16 bits a channel, or null where it has none that is shown.
 [[nodiscard]] QImage expectedImage(const QJsonObject &species);
 
