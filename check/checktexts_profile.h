@@ -67,7 +67,8 @@ inline constexpr std::array profileChecks{
                           "nominal mass of the formula. It agrees with none of them within the "
                           "range of the official atomic weights since 1961 and the mass' last "
                           "digit, so one of the two is wrong. A difference of less than 0.1 % is "
-                          "a warning."),
+                          "a warning. Where there is no formula that can be read, the InChI stands "
+                          "in for it."),
         .mend = QLatin1String("Correct the mass or the formula. The mass is a number in unified "
                               "atomic mass units."),
         .example = QLatin1String("C6H6 with 87.11 instead of 78.11")},

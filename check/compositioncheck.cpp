@@ -59,8 +59,14 @@ double deviation(double mass, double lastDigit, const FormulaMass &expected)
     return mass >= low && mass <= high ? 0 : std::abs(mass - expected.mass);
 }
 
-void checkMass(const JsonValue &value, const QString &formula, const std::vector<Formula> &readings,
-               FindingList &findings)
+// What the mass is compared with.
+struct Source {
+    const char *name;
+    QString text; // what it says, for messages
+    std::vector<Formula> readings;
+};
+
+void checkMass(const JsonValue &value, const Source &source, FindingList &findings)
 {
     constexpr double small = 0.001; // relative
     const std::optional<double> mass =
@@ -72,7 +78,7 @@ void checkMass(const JsonValue &value, const QString &formula, const std::vector
     double nearest = 0;
     double nearestMass = 0;
     const char *nearestName = nullptr;
-    for (const Formula &reading : readings) {
+    for (const Formula &reading : source.readings) {
         for (const NamedKind &kind : massKinds) {
             const std::optional<FormulaMass> expected = massOf(reading, kind.kind);
             if (!expected)
@@ -90,13 +96,14 @@ void checkMass(const JsonValue &value, const QString &formula, const std::vector
     if (!nearestName)
         return;
     const bool isSmall = nearest < small * nearestMass;
-    findings.add(Check::MassFormula, value,
-                 QStringLiteral("Mass %1 does not belong to %2: nearest is its %3 mass %4")
-                     .arg(QString::fromLatin1(value.raw()), formula, QLatin1String(nearestName))
-                     .arg(nearestMass, 0, 'g', 8),
-                 isSmall ? QStringLiteral("No official atomic weight since 1961 explains that.")
-                         : QStringLiteral("Correct the mass or the formula."),
-                 isSmall ? Severity::Warning : Severity::Error);
+    findings.add(
+        Check::MassFormula, value,
+        QStringLiteral("Mass %1 does not belong to %2: nearest is its %3 mass %4")
+            .arg(QString::fromLatin1(value.raw()), source.text, QLatin1String(nearestName))
+            .arg(nearestMass, 0, 'g', 8),
+        isSmall ? QStringLiteral("No official atomic weight since 1961 explains that.")
+                : QStringLiteral("Correct the mass or the %1.").arg(QLatin1String(source.name)),
+        isSmall ? Severity::Warning : Severity::Error);
 }
 
 QString formulaText(const std::map<int, double> &counts)
@@ -144,6 +151,23 @@ QString labelText(const std::map<std::pair<int, int>, double> &labels)
             text += QString::number(count);
     }
     return text.isEmpty() ? QStringLiteral("none") : text;
+}
+
+// The composition that the InChI names, to stand in for a formula.
+Source sourceOf(const Inchi &inchi)
+{
+    const std::map<int, double> counts(inchi.atoms.begin(), inchi.atoms.end());
+    const auto labels = labelsOf(inchi.isotopes);
+    Formula formula{labels, inchi.charge};
+    for (const auto &[number, count] : counts)
+        formula.atoms[{number, 0}] += count;
+    for (const auto &[atom, count] : labels)
+        formula.atoms[{atom.first, 0}] -= count;
+    std::erase_if(formula.atoms, [](const auto &atom) { return atom.second == 0; });
+    QString text = QStringLiteral("the InChI's %1").arg(formulaText(counts));
+    if (!labels.empty())
+        text += QStringLiteral(" with %1").arg(labelText(labels));
+    return {"InChI", text, {formula}};
 }
 
 void checkAgainstInchi(const JsonValue &value, const std::vector<Formula> &readings,
@@ -195,7 +219,8 @@ void checkComposition(const JsonValue &species, FindingList &findings)
     const JsonValue formula = species.member(formulaKey);
     const JsonValue inchi = species.member(inchiKey);
     const std::vector<Formula> readings = readFormula(formula, findings);
-    checkMass(species.member(massKey), plainText(formula), readings, findings);
+    const JsonValue mass = species.member(massKey);
+    checkMass(mass, {"formula", plainText(formula), readings}, findings);
 
     const QString text = plainText(inchi);
     if (text.isEmpty())
@@ -206,4 +231,6 @@ void checkComposition(const JsonValue &species, FindingList &findings)
                      QStringLiteral("Copy the InChI again, as a whole."));
     else if (!readings.empty())
         checkAgainstInchi(inchi, readings, std::get<Inchi>(result), findings);
+    else
+        checkMass(mass, sourceOf(std::get<Inchi>(result)), findings);
 }
