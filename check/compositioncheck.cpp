@@ -3,6 +3,7 @@
 
 #include "check/elements.h"
 #include "check/formula.h"
+#include "check/formulamass.h"
 #include "check/inchi.h"
 #include "check/numbertext.h"
 #include "check/recordcheck.h"

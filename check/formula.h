@@ -4,7 +4,6 @@
 #include <QString>
 
 #include <map>
-#include <optional>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -36,16 +35,3 @@ struct FormulaError {
 
 // The atoms by element alone.
 [[nodiscard]] std::map<int, double> elementCounts(const Composition &atoms);
-
-// A mass in unified atomic mass units, and the range in which it may have been stated.
-struct FormulaMass {
-    double mass;
-    double lowest;
-    double highest;
-};
-
-enum class MassKind { Average, Monoisotopic, Nominal };
-
-// The mass of a formula, which counts isotopes that it names as such in every kind. Nothing if an
-// element has no such mass.
-[[nodiscard]] std::optional<FormulaMass> massOf(const Formula &formula, MassKind kind);

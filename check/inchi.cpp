@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "check/inchi.h"
 
+#include "check/inchiisotopes.h"
 #include "check/inchilayers.h"
+#include "check/inchiscanner.h"
 
 #include <QRegularExpression>
 #include <QStringList>
@@ -12,11 +14,6 @@ namespace
 {
 
 constexpr int hydrogen = 1;
-
-[[noreturn]] void fail(const QString &message)
-{
-    throw InchiLayerError{message};
-}
 
 // The layers by their letters.
 struct Layers {
@@ -38,10 +35,10 @@ Layers layersOf(const QStringList &layers, bool isStandard)
         const bool isMoved = !part.isNull() && letter == QLatin1Char('o');
         const qsizetype place = letter.isNull() ? -1 : order.indexOf(letter);
         if (place < 0 && !startsPart && !isMoved)
-            fail(letter.isNull() ? QStringLiteral("it has an empty layer")
-                                 : QStringLiteral("there is no layer /%1").arg(letter));
+            failInchi(letter.isNull() ? QStringLiteral("it has an empty layer")
+                                      : QStringLiteral("there is no layer /%1").arg(letter));
         if (isStandard && (isMoved || (startsPart && letter != QLatin1Char('i'))))
-            fail(QStringLiteral("a standard InChI has no layer /%1").arg(letter));
+            failInchi(QStringLiteral("a standard InChI has no layer /%1").arg(letter));
         if (startsPart) {
             // Those behind /f and /r are of the same atoms again.
             if (letter == QLatin1Char('i') && part.isNull())
@@ -49,7 +46,7 @@ Layers layersOf(const QStringList &layers, bool isStandard)
             part = letter;
         } else if (part.isNull()) {
             if (place <= last)
-                fail(QStringLiteral("the layer /%1 is out of order").arg(letter));
+                failInchi(QStringLiteral("the layer /%1 is out of order").arg(letter));
             last = place;
             found.main.emplace(letter, layer.sliced(1));
         } else if (part == QLatin1Char('i') && letter == QLatin1Char('h')
@@ -64,7 +61,8 @@ int signedNumber(const QString &text, QChar layer)
 {
     static const QRegularExpression form(QStringLiteral("^[+-][1-9]\\d{0,3}$"));
     if (!form.match(text).hasMatch())
-        fail(QStringLiteral("\"%1\" is no number of charges in the layer /%2").arg(text, layer));
+        failInchi(
+            QStringLiteral("\"%1\" is no number of charges in the layer /%2").arg(text, layer));
     return text.toInt();
 }
 
@@ -76,17 +74,17 @@ public:
         static const QRegularExpression prefix(QStringLiteral("^InChI=1S?/"));
         const QRegularExpressionMatch match = prefix.match(text);
         if (!match.hasMatch())
-            fail(QStringLiteral("it does not begin with \"InChI=1S/\""));
+            failInchi(QStringLiteral("it does not begin with \"InChI=1S/\""));
         static const QRegularExpression foreign(QStringLiteral("[^A-Za-z0-9+\\-().,;*/?=]"));
         if (const auto other = foreign.match(text); other.hasMatch())
-            fail(QStringLiteral("\"%1\" does not occur in InChI").arg(other.captured()));
+            failInchi(QStringLiteral("\"%1\" does not occur in InChI").arg(other.captured()));
         QStringList layers = text.sliced(match.capturedLength()).split(QLatin1Char('/'));
         const bool hasFormula = !layers.first().isEmpty() && !layers.first().front().isLower();
         if (hasFormula)
             m_components = inchiFormula(layers.takeFirst());
         m_layers = layersOf(layers, match.capturedView().contains(QLatin1Char('S')));
         if (!hasFormula && !m_layers.main.contains(QLatin1Char('p')))
-            fail(QStringLiteral("it has no formula"));
+            failInchi(QStringLiteral("it has no formula"));
     }
 
     Inchi read()
@@ -109,7 +107,7 @@ public:
             inchi.charge += number;
             inchi.atoms[hydrogen] += number;
             if (inchi.atoms[hydrogen] < 0)
-                fail(QStringLiteral("the layer /p takes more protons than there are"));
+                failInchi(QStringLiteral("the layer /p takes more protons than there are"));
         }
         std::erase_if(inchi.atoms, [](const auto &atom) { return atom.second == 0; });
         takeIsotopes(inchi);
@@ -126,10 +124,10 @@ private:
             return QStringList(count);
         QStringList parts = inchiParts(layer->second);
         if (parts.size() != count)
-            fail(QStringLiteral("the layer /%1 has %2 parts for %3 components")
-                     .arg(QLatin1Char(letter))
-                     .arg(parts.size())
-                     .arg(count));
+            failInchi(QStringLiteral("the layer /%1 has %2 parts for %3 components")
+                          .arg(QLatin1Char(letter))
+                          .arg(parts.size())
+                          .arg(count));
         return parts;
     }
 
@@ -147,9 +145,9 @@ private:
             const InchiComponent &component = m_components[static_cast<std::size_t>(i)];
             const int found = hydrogensOf(component, parts[i]);
             if (found != component.hydrogens())
-                fail(QStringLiteral("hydrogen atoms in its layers: %1, in its formula: %2")
-                         .arg(found)
-                         .arg(component.hydrogens()));
+                failInchi(QStringLiteral("hydrogen atoms in its layers: %1, in its formula: %2")
+                              .arg(found)
+                              .arg(component.hydrogens()));
         }
     }
 
@@ -172,9 +170,9 @@ private:
     {
         const QStringList parts = inchiParts(m_layers.isotopes);
         if (parts.size() > qsizetype(m_components.size()) && parts.size() > 1)
-            fail(QStringLiteral("the layer /i has %1 parts for %2 components")
-                     .arg(parts.size())
-                     .arg(m_components.size()));
+            failInchi(QStringLiteral("the layer /i has %1 parts for %2 components")
+                          .arg(parts.size())
+                          .arg(m_components.size()));
         for (qsizetype i = 0; i < parts.size() && i < qsizetype(m_components.size()); ++i)
             addIsotopes(m_components[static_cast<std::size_t>(i)], parts[i], inchi.isotopes);
         for (const QString &part : inchiParts(m_layers.isotopicHydrogens))
@@ -185,8 +183,8 @@ private:
     {
         const auto layer = m_layers.main.find(QLatin1Char(letter));
         if (layer != m_layers.main.end() && !form.match(layer->second).hasMatch())
-            fail(QStringLiteral("\"%1\" cannot stand in the layer /%2")
-                     .arg(layer->second, QString(QLatin1Char(letter))));
+            failInchi(QStringLiteral("\"%1\" cannot stand in the layer /%2")
+                          .arg(layer->second, QString(QLatin1Char(letter))));
     }
 
     std::vector<InchiComponent> m_components;

@@ -9,12 +9,8 @@
 #include <utility>
 #include <vector>
 
-// The parts of an InChI that describe one component, each by its own text.
-
-// An error of a layer; thrown, as the grammars are recursive, and caught by parseInchi().
-struct InchiLayerError {
-    QString message;
-};
+// The parts of an InChI that describe one component, each by its own text. Errors are thrown
+// as InchiLayerError.
 
 // One component's formula and what the layers say of it.
 struct InchiComponent {
@@ -23,6 +19,7 @@ struct InchiComponent {
     int numberedAtoms = 0;               // those that layers may name, from 1
     std::set<std::pair<int, int>> bonds; // smaller number first
     int hydrogens() const;
+    void checkNumber(int atom) const; // throws if there is no such atom
 };
 
 // The components of a formula layer such as "C2H6O.2ClH".
@@ -36,14 +33,6 @@ void takeConnections(InchiComponent &component, const QString &text);
 
 // The hydrogen atoms in a component's part of the layer /h, such as "1,3H2,(H,4,5)".
 [[nodiscard]] int hydrogensOf(const InchiComponent &component, const QString &text);
-
-// Adds the isotopes in a component's part of the layer /i, such as "1+1D3,2D": atom 1 is one mass
-// number above the usual one and binds three deuterium atoms, atom 2 binds one.
-using InchiIsotopes = std::map<std::pair<int, int>, int>;
-void addIsotopes(const InchiComponent &component, const QString &text, InchiIsotopes &isotopes);
-
-// The same for its part of the layer /h behind that, of hydrogen without a place: "D2".
-void addIsotopicHydrogens(const QString &text, InchiIsotopes &isotopes);
 
 // Checks a component's part of the layers /b and /t.
 void checkStereoBonds(const InchiComponent &component, const QString &text);

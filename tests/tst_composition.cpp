@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "check/elements.h"
 #include "check/formula.h"
+#include "check/formulamass.h"
 #include "check/inchi.h"
 #include "support/warnings.h"
 
