@@ -168,10 +168,11 @@ private:
         if (m_refusal || !m_arguments.has("overrides"))
             return;
         const QByteArray name = m_arguments.value("overrides");
-        const std::optional<QByteArray> bytes = readFileBytes(libraryPath(name));
+        const InputFile file{name, libraryPath(name)};
+        FileProblem problem = FileProblem::None;
+        const std::optional<QByteArray> bytes = readFileBytes(file.path, largestFile, &problem);
         if (!bytes) {
-            m_console.error(shownName(name) + ": "
-                            + whyUnreadable(InputFile{name, libraryPath(name)}));
+            m_console.error(shownName(name) + ": " + whyUnreadable(file, problem));
             refuse(exitFailure);
             return;
         }

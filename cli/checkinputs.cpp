@@ -77,15 +77,16 @@ private:
     void takeList(const QByteArray &name)
     {
         std::optional<QByteArray> bytes;
+        FileProblem problem = FileProblem::None;
+        const InputFile file{name, libraryPath(name)};
         if (name != standardInput)
-            bytes = readFileBytes(libraryPath(name));
+            bytes = readFileBytes(file.path, largestFile, &problem);
         else if (!std::exchange(m_inputTaken, true))
             bytes = m_console.readInput();
         if (!bytes)
             return fail(name == standardInput
                             ? QByteArray("standard input: cannot be read")
-                            : shownName(name) + ": "
-                                  + whyUnreadable(InputFile{name, libraryPath(name)}));
+                            : shownName(name) + ": " + whyUnreadable(file, problem));
         const QByteArrayList names = bytes->split(m_arguments.has("null") ? '\0' : '\n');
         for (QByteArray each : names) {
             // A list from Windows; a name that ends like that needs the other form.

@@ -73,13 +73,19 @@ struct Job {
 bool nameBadInputs(const Job &job, Console &console)
 {
     bool found = false;
-    for (const InputFile &input : job.inputs) {
-        const std::optional<QJsonObject> object = readJsonObject(input.path);
+    Progress progress(console, "Reading again", job.inputs.size());
+    for (qsizetype i = 0; i < job.inputs.size(); ++i) {
+        progress.advance(i);
+        const InputFile &input = job.inputs[i];
+        FileProblem problem = FileProblem::None;
+        const std::optional<QJsonObject> object = readJsonObject(input.path, &problem);
         if (object && hasType(*object, speciesFileType))
             continue;
         found = true;
-        console.error(shownName(input.name) + ": "
-                      + (object ? QByteArray("not a species file") : whyUnreadable(input)));
+        progress.clear();
+        console.error(
+            shownName(input.name) + ": "
+            + (object ? QByteArray("not a species file") : whyUnreadable(input, problem)));
     }
     return found;
 }
@@ -91,14 +97,13 @@ int fail(const Job &job, const CompileError &error, Console &console)
     case CompileError::InvalidInput:
         // It may have come right in the meantime, but then it was too late.
         if (!nameBadInputs(job, console))
-            console.error(error.file.toUtf8() + ": changed while it was read");
-        break;
-    case CompileError::UnwritableOutput:
-        sayUnwritable(job.output, console);
+            console.error(error.file.toUtf8()
+                          + (error.isTooLarge ? ": too large" : ": changed while it was read"));
         break;
     case CompileError::UnreadableOutput:
         console.error(shownName(job.output) + ": cannot be read");
         break;
+    case CompileError::UnwritableOutput: // is said where it is found
     case CompileError::Cancelled:
         break;
     }
@@ -139,14 +144,14 @@ void sayHowManyErrors(const Report &errors, Console &console)
                       + counted(files.size(), "file") + ", which \"zoravel check\" names");
 }
 
-int refuse(const Job &job, const Report &errors, Console &console)
+int refuse(const Job &job, const Report &errors, bool isComparison, Console &console)
 {
     console.err(textReport(errors, false));
-    console.error(shownName(job.output) + ": not written");
+    console.error(shownName(job.output) + (isComparison ? ": not compared" : ": not written"));
     return nameBadInputs(job, console) ? exitFailure : exitFindings;
 }
 
-int compile(const Job &job, Console &console)
+std::optional<CompileError> write(const Job &job, Console &console)
 {
     const InterruptionHold hold;
     OutputFile output(job.output);
@@ -158,11 +163,20 @@ int compile(const Job &job, Console &console)
     const std::optional<CompileError> error =
         compileDatabase(job.paths, output.path(), job.header, job.format, advance);
     progress.clear();
-    if (error)
-        return fail(job, *error, console);
-    if (!output.putInPlace())
-        return fail(job, {CompileError::UnwritableOutput}, console);
-    return exitFine;
+    if (error && error->kind != CompileError::UnwritableOutput)
+        return error;
+    if (!error && output.putInPlace())
+        return std::nullopt;
+    sayUnwritable(job.output, console);
+    return CompileError{CompileError::UnwritableOutput};
+}
+
+int compile(const Job &job, Console &console)
+{
+    // An interruption that came while the file was written ends the program before bad inputs are
+    // named, which takes long.
+    const std::optional<CompileError> error = write(job, console);
+    return error ? fail(job, *error, console) : exitFine;
 }
 
 int compare(const Job &job, Console &console)
@@ -227,7 +241,7 @@ int run(const Arguments &arguments, Console &console)
         return usageError(console, compileCommand(), {job.output + ' ' + reason, {}});
     const Report errors = isStrict || !isComparison ? errorsIn(job, console) : Report();
     if (isStrict && !errors.findings.isEmpty())
-        return refuse(job, errors, console);
+        return refuse(job, errors, isComparison, console);
     if (isComparison)
         return compare(job, console);
     const int status = compile(job, console);

@@ -22,6 +22,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -59,9 +60,14 @@ Examples:
   zoravel convert --energy-unit nm -o lamp.json lamp.txt
 )";
 
-QByteArray formatOfContents(const QByteArray &bytes)
+constexpr qsizetype tellingBytes = 4096; // at the start of a file
+
+// The format of the file that has or begins with these bytes.
+QByteArray formatOf(const ConvertJob &job, const QByteArray &bytes)
 {
-    QByteArray start = bytes.left(4096);
+    if (!job.from.isEmpty())
+        return job.from;
+    QByteArray start = bytes.left(tellingBytes);
     if (start.startsWith("\xef\xbb\xbf"))
         start.remove(0, 3);
     start = start.trimmed();
@@ -100,7 +106,7 @@ std::variant<ExchangedSpectrum, ExchangeError> readJson(const QByteArray &bytes,
 std::variant<ExchangedSpectrum, ExchangeError> readSpectrum(const QByteArray &bytes,
                                                             const ConvertJob &job)
 {
-    const QByteArray from = job.from.isEmpty() ? formatOfContents(bytes) : job.from;
+    const QByteArray from = formatOf(job, bytes);
     if (from == "json")
         return readJson(bytes, job);
     if (from == "jcamp")
@@ -142,19 +148,40 @@ QByteArray written(const QJsonObject &object, const ConvertJob &job, bool inputI
     return QJsonDocument(spectrumFileObject(object)).toJson(QJsonDocument::Indented);
 }
 
+QByteArray startOf(const QString &path)
+{
+    QByteArray start;
+    static_cast<void>(readFilePieces(path, [&](QByteArrayView piece) {
+        start = piece.first(std::min(piece.size(), tellingBytes)).toByteArray();
+        return false;
+    }));
+    return start;
+}
+
 std::optional<QByteArray> readBytes(const ConvertJob &job, Console &console)
 {
-    const bool isInput = job.input.name == "-";
-    std::optional<QByteArray> bytes = isInput ? console.readInput() : readFileBytes(job.input.path);
+    if (job.input.name == "-") {
+        std::optional<QByteArray> input = console.readInput();
+        if (!input)
+            console.error("standard input cannot be read");
+        return input;
+    }
+    FileProblem problem = FileProblem::None;
+    std::optional<QByteArray> bytes = formatOf(job, startOf(job.input.path)) == "json"
+                                          ? readJsonText(job.input.path, &problem)
+                                          : readFileBytes(job.input.path, largestFile, &problem);
     if (!bytes)
-        console.error(
-            isInput ? QByteArray("standard input cannot be read")
-                    : QByteArray(shownName(job.input.name) + ": " + whyUnreadable(job.input)));
+        console.error(shownName(job.input.name) + ": " + whyUnreadable(job.input, problem));
     return bytes;
 }
 
 int write(const ConvertJob &job, const QByteArray &bytes, Console &console)
 {
+    if (job.to == "json" && !fitsIntoFile(bytes)) {
+        console.error(shownName(job.output.isEmpty() ? "<stdout>" : job.output)
+                      + ": not written: it would be too large to be read");
+        return exitFailure;
+    }
     if (!job.output.isEmpty())
         return writeFile(job.output, bytes, console) ? exitFine : exitFailure;
     console.out(bytes);
@@ -203,7 +230,7 @@ int convert(const ConvertJob &job, Console &console)
     const QString created = QStringLiteral("CreatedDate");
     if (!spectrum.metadata.contains(created))
         spectrum.metadata.insert(created, QDate::currentDate().toString(Qt::ISODate));
-    const bool isTable = (job.from.isEmpty() ? formatOfContents(*bytes) : job.from) == "table";
+    const bool isTable = formatOf(job, *bytes) == "table";
     return write(job, written(completed(spectrum, name, console), job, isTable), console);
 }
 
@@ -218,7 +245,8 @@ int run(const Arguments &arguments, Console &console)
     // Who mistyped the only name is not helped by a word about formats.
     if (job.input.name == "-" || QFileInfo::exists(job.input.path))
         return usageError(console, convertCommand(), {whyNoFormat(job), {}});
-    console.error(shownName(job.input.name) + ": " + whyUnreadable(job.input));
+    console.error(shownName(job.input.name) + ": "
+                  + whyUnreadable(job.input, FileProblem::Inaccessible));
     return exitFailure;
 }
 

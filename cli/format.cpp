@@ -70,9 +70,10 @@ int formatFile(const InputFile &input, const Arguments &arguments, Console &cons
         console.error(shownName(input.name) + ": neither a species nor a spectrum file");
         return exitFailure;
     }
-    const std::optional<QByteArray> before = readJsonText(input.path);
+    FileProblem problem = FileProblem::None;
+    const std::optional<QByteArray> before = readJsonText(input.path, &problem);
     if (!before) {
-        console.error(shownName(input.name) + ": " + whyUnreadable(input));
+        console.error(shownName(input.name) + ": " + whyUnreadable(input, problem));
         return exitFailure;
     }
     const QJsonObject resaved =

@@ -12,15 +12,15 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
-QByteArray whyUnreadable(const InputFile &input)
+QByteArray whyUnreadable(const InputFile &input, FileProblem problem)
 {
+    if (problem == FileProblem::TooLarge)
+        return "too large";
     const QFileInfo info(input.path);
     if (!info.exists())
         return info.isSymLink() ? "a link that leads nowhere" : "no such file";
     if (!info.isFile())
         return info.isDir() ? "a folder" : "not a regular file";
-    if (info.size() > largestJsonFile)
-        return "too large";
     QFile file(input.path);
     if (!file.open(QIODevice::ReadOnly))
         return file.errorString().toUtf8().toLower();
@@ -38,9 +38,10 @@ bool nameBadFolders(const InputList &list, Console &console)
 
 std::optional<QJsonObject> readObject(const InputFile &input, Console &console)
 {
-    std::optional<QJsonObject> object = readJsonObject(input.path);
+    FileProblem problem = FileProblem::None;
+    std::optional<QJsonObject> object = readJsonObject(input.path, &problem);
     if (!object)
-        console.error(shownName(input.name) + ": " + whyUnreadable(input));
+        console.error(shownName(input.name) + ": " + whyUnreadable(input, problem));
     return object;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "species/filebytes.h"
+
 #include <QByteArray>
 #include <QJsonObject>
 #include <QList>
@@ -12,8 +14,9 @@ class Console;
 struct InputFile;
 struct InputList;
 
-// Why the library that reads files refuses this one, in a few words: "no such file".
-[[nodiscard]] QByteArray whyUnreadable(const InputFile &input);
+// Why the library that reads files refuses this one, in a few words: "no such file". problem is
+// what reading it gave; some files of the system have other sizes than they say.
+[[nodiscard]] QByteArray whyUnreadable(const InputFile &input, FileProblem problem);
 
 // Says on standard error which of the folders could not be read and which have no file. Returns
 // whether there is any: a script that names the wrong folder is not to pass.

@@ -107,7 +107,13 @@ std::optional<CompileError> takeEntries(const QStringList &files, MemberText &te
             bad = *error;
             firstBad = index;
         } else if (isTaking && !bad) {
-            isTaking = take(text.next(entryKey(index), std::get<QJsonObject>(entry)));
+            const QByteArray member = text.next(entryKey(index), std::get<QJsonObject>(entry));
+            if (!fitsIntoFile(member)) {
+                bad = CompileError{CompileError::UnreadableInput, files[index], true};
+                firstBad = index;
+            } else {
+                isTaking = take(member);
+            }
         }
     }
     return bad;

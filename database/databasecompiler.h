@@ -35,7 +35,7 @@ struct CompileError {
     };
     Kind kind;
     QString file = {};
-    bool isTooLarge = false; // the file that cannot be read
+    bool isTooLarge = false; // the file, or what its entry would be
 };
 
 // Called before each species file with the count of those done and the index of the next one in the

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "database/createdatabase.h"
+#include "species/jsonfile.h"
 #include "species/speciesfolder.h"
 #include "support/dialogs.h"
 #include "support/files.h"
@@ -89,6 +90,36 @@ private slots:
         QCOMPARE(fileBytes(path(QStringLiteral("old.db"))), "old");
     }
 
+    void theNamingOfBadInputsShowsItsProgress()
+    {
+        writeFile(path(QStringLiteral("bad.json")), "no JSON");
+        const QByteArray large = root() + "/large.json";
+        writeFile(QString::fromUtf8(large), "{\"Type\": \"Species v1\", \"E\": ["
+                                                + QByteArray("1,").repeated(500'000) + "1]}");
+        QByteArrayList words{"compile", "--check", "-o", root() + "/db", root() + "/bad.json"};
+        words += QByteArrayList(100, large);
+        TestConsole console;
+        console.terminal = true;
+        QCOMPARE(console.run(words), 3);
+        const QByteArray line = "zoravel: " + root() + "/bad.json: not a species file\n";
+        QVERIFY(console.errors.startsWith(line));
+        QVERIFY(console.errors.contains("\rReading again "));
+        QVERIFY(console.errors.endsWith("\r\x1b[K"));
+    }
+
+    void anEntryThatWouldBeTooLargeToBeReadIsNamedAndNothingIsWritten()
+    {
+        // Control characters take six bytes each in a file of ours, and one in this.
+        writeFile(path(QStringLiteral("a.json")), "{\"Type\": \"Species v1\", \"a\": \""
+                                                      + QByteArray(largestJsonFile / 6, '\x01')
+                                                      + "\"}");
+        writeFile(path(QStringLiteral("old.db")), "old");
+        TestConsole console;
+        QCOMPARE(console.run({"compile", "-o", root() + "/old.db", root() + "/a.json"}), 3);
+        QCOMPARE(console.errors, "zoravel: " + root() + "/a.json: too large\n");
+        QCOMPARE(fileBytes(path(QStringLiteral("old.db"))), "old");
+    }
+
     void anEmptyFolderIsAnError()
     {
         const QTemporaryDir empty;
@@ -158,6 +189,7 @@ private slots:
         QCOMPARE(fileBytes(path(QStringLiteral("old.db"))), "old");
         QCOMPARE(console.run(words + QByteArrayList{"--check"}), 1);
         QVERIFY(console.errors.contains("cas-check-digit"));
+        QVERIFY(console.errors.endsWith("/old.db: not compared\n"));
         writeFile(path(QStringLiteral("b.json")), "no JSON");
         QCOMPARE(console.run(words), 3);
         QVERIFY(console.errors.contains("/b.json:1:"));

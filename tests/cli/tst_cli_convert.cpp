@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "species/jsonfile.h"
 #include "support/files.h"
 #include "testconsole.h"
 #include "testfiles.h"
@@ -581,6 +582,33 @@ private slots:
         QCOMPARE(console.errors,
                  "zoravel convert: " + error + "\nSee \"zoravel convert --help\".\n");
         QCOMPARE(fileBytes(QStringLiteral("water.json")), before);
+    }
+
+    void blanksCountInTablesAndNotBetweenTheValuesOfJson()
+    {
+        const QByteArray blanks(largestJsonFile, ' ');
+        writeFile(QStringLiteral("wide.json"),
+                  R"({"Type": "Spectrum v1", "E": [1], "I": [)" + blanks + "2]}");
+        writeFile(QStringLiteral("wide.csv"), "1,2\n");
+        QVERIFY(QFile::resize(QStringLiteral("wide.csv"), largestJsonFile + 1));
+        TestConsole console;
+        QCOMPARE(console.run({"convert", "-t", "csv", "wide.json"}), 0);
+        QVERIFY(console.output.endsWith("\n1,2\n"));
+        QCOMPARE(console.run({"convert", "-t", "json", "wide.csv"}), 3);
+        QCOMPARE(console.errors, "zoravel: wide.csv: too large\n");
+    }
+
+    // Control characters take six bytes each in a file.
+    void whatWouldBeTooLargeToBeReadIsNotWritten()
+    {
+        writeFile(QStringLiteral("points.csv"), "1,2\n");
+        writeFile(QStringLiteral("old.json"), "old");
+        const QByteArray title = "Title=" + QByteArray(largestJsonFile / 6, '\x01');
+        TestConsole console;
+        QCOMPARE(console.run({"convert", "-o", "old.json", "--meta", title, "points.csv"}), 3);
+        QCOMPARE(console.errors,
+                 "zoravel: old.json: not written: it would be too large to be read\n");
+        QCOMPARE(fileBytes(QStringLiteral("old.json")), "old");
     }
 
     void standardInputThatIsClosedIsSaid()

@@ -31,6 +31,15 @@ private slots:
         writeFile(QStringLiteral("a.json"), loose);
     }
 
+#ifdef Q_OS_LINUX
+    void aFileThatSaysItIsEmptyAndNeverEndsIsTooLarge()
+    {
+        TestConsole console;
+        QCOMPARE(console.run({"format", "/proc/self/pagemap"}), 3);
+        QCOMPARE(console.errors, "zoravel: /proc/self/pagemap: too large\n");
+    }
+#endif
+
     void aFileIsWrittenAsTheEditorSavesIt()
     {
         TestConsole console;
