@@ -60,6 +60,7 @@ int main(int argc, char *argv[])
     installTranslation(translationFolder(), QLocale());
     QGuiApplication::setDesktopFileName(QStringLiteral(ZORAVEL_DESKTOP_ID));
     QApplication::setPalette(readableSelection(QApplication::palette()));
+    QApplication::setPalette(outlinedBoxes(QApplication::palette()), "QCheckBox");
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zoravel.icns")));
 
     MainWindow window;

@@ -190,6 +190,8 @@ private slots:
     void axesCanBeRead();
     void dialogCanBeRead_data() { themes(); }
     void dialogCanBeRead();
+    void outlinesOfCheckBoxesCanBeMadeOut_data() { themes(); }
+    void outlinesOfCheckBoxesCanBeMadeOut();
     void iconsCanBeMadeOut_data() { themes(); }
     void iconsCanBeMadeOut();
     void fieldsFollowAChangeOfTheTheme();
@@ -230,6 +232,7 @@ void TestLooks::useTheme(bool dark)
     QApplication::setPalette(dark ? darkPalette() : m_light);
     const QPalette all = QApplication::palette();
     QApplication::setPalette(readableSelection(all).resolve(all));
+    QApplication::setPalette(outlinedBoxes(all), "QCheckBox");
 }
 
 void TestLooks::init()
@@ -391,6 +394,37 @@ void TestLooks::dialogCanBeRead()
             || qobject_cast<QListWidget *>(widget))
             checkText(label ? pictureOf(widget, widget->rect()) : insideOf(widget),
                       widget->objectName());
+    }
+}
+
+// Against the window and against the paper of the box.
+void TestLooks::outlinesOfCheckBoxesCanBeMadeOut()
+{
+    QFETCH(bool, dark);
+    useTheme(dark);
+    MainWindowFixture f;
+    f.window.createNewSpectrumWindow(fullSpectrum());
+    CreateDatabase dialog;
+    dialog.show();
+    QCoreApplication::processEvents();
+    for (auto *box : {f.find<QCheckBox>(QStringLiteral("checkBoxLineSpectrum")),
+                      dialog.findChild<QCheckBox *>()}) {
+        QStyleOptionButton option;
+        option.initFrom(box);
+        const QRect indicator =
+            box->style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, box);
+        const QImage picture = pictureOf(box, indicator.adjusted(-2, -2, 0, 2));
+        // Across the left outline, half way down.
+        const int y = picture.height() / 2;
+        const QRgb window = picture.pixel(0, y);
+        const QRgb paper = picture.pixel(picture.width() / 2, y);
+        double best = 0;
+        for (int x = 0; x < picture.width() / 2; ++x) {
+            const QRgb colour = picture.pixel(x, y);
+            best = std::max(best, std::min(contrastOf(colour, window), contrastOf(colour, paper)));
+        }
+        QVERIFY2(best >= leastOfSymbols,
+                 qPrintable(QStringLiteral("%1: %2").arg(box->objectName()).arg(best)));
     }
 }
 

@@ -17,6 +17,11 @@ inline constexpr double leastTextContrast = 4.5;
 // from the text's colour as far as the text needs it to be readable.
 [[nodiscard]] QPalette readableSelection(const QPalette &palette);
 
+// The palette with which check boxes have an outline that can be made out on palette's windows, and
+// only what that needs: Qt's own style draws the outline by the colour of windows, which is too
+// near to it, in dark themes most of all.
+[[nodiscard]] QPalette outlinedBoxes(const QPalette &palette);
+
 // Keeps the texts and the lines of a widget dark whatever the desktop's theme is. For a widget
 // whose style sheet fixes a light background but no colour of the text: a dark theme would write
 // white on white there. The same for the menus that come up from the widget, which its style sheet
