@@ -2,6 +2,7 @@
 #include "spectrum/spectrumchart.h"
 
 #include "spectrum/chartaxes.h"
+#include "spectrum/flatcurve.h"
 
 #include <QCoreApplication>
 #include <QGraphicsLayout>
@@ -36,6 +37,7 @@ void setUpSpectrumChart(QChart *chart)
     series->attachAxis(axisX);
     series->attachAxis(axisY);
     new ChartAxes(chart);
+    new FlatCurve(chart);
 }
 
 void drawSpectrum(QChart *chart, const QList<QPointF> &points, bool isLineSpectrum)

@@ -231,6 +231,62 @@ private slots:
         QCOMPARE(f.ranges(), QRectF(QPointF(10.5, 7), QPointF(10.5, 7)));
     }
 
+    void pointsOfOneIntensityOrEnergyAreDrawnInTheMiddle_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("line");
+        // Shares of the width and of the height of the plot, from its upper left corner.
+        QTest::addColumn<Points>("drawn");
+        QTest::addColumn<Points>("blank");
+        const auto row = [](const char *name, const char *text, bool line, const Points &drawn,
+                            const Points &blank) {
+            QTest::newRow(name) << QString::fromLatin1(text) << line << drawn << blank;
+        };
+        row("one intensity", "1 5\n2 5\n3 5", false, {{0.01, 0.5}, {0.37, 0.5}, {0.99, 0.5}},
+            {{0.37, 0.3}, {0.37, 0.7}, {0.6, 0.9}});
+        row("of zero", "1 0\n2 0", false, {{0.01, 0.5}, {0.99, 0.5}}, {{0.5, 0.7}});
+        row("sticks of one intensity", "1 5\n2 5\n3 5", true,
+            {{0.001, 0.6}, {0.001, 0.9}, {0.5, 0.6}, {0.5, 0.9}, {0.999, 0.6}},
+            {{0.001, 0.4}, {0.5, 0.4}, {0.25, 0.5}, {0.75, 0.6}, {0.75, 0.9}});
+        row("one energy", "1 5\n1 7", false, {{0.5, 0.02}, {0.5, 0.37}, {0.5, 0.98}},
+            {{0.3, 0.37}, {0.7, 0.9}});
+        row("one point", "1 5", false, {{0.5, 0.5}}, {{0.4, 0.5}, {0.5, 0.4}, {0.5, 0.6}});
+    }
+
+    void pointsOfOneIntensityOrEnergyAreDrawnInTheMiddle()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, line);
+        QFETCH(Points, drawn);
+        QFETCH(Points, blank);
+        Fixture f;
+        f.setLine(line);
+        f.setPoints(text);
+        QVERIFY(f.show());
+        const QImage picture = f.view->grab().toImage();
+        const QRectF plot =
+            f.view->mapFromScene(f.chart->mapToScene(f.chart->plotArea()).boundingRect())
+                .boundingRect();
+        // The curve alone has a colour; lines lie between pixels.
+        const auto isColoured = [&](const QPointF &share) {
+            const QPointF middle =
+                plot.topLeft() + QPointF(share.x() * plot.width(), share.y() * plot.height());
+            const QPoint pixel = (middle * picture.devicePixelRatio()).toPoint();
+            for (const QPoint by :
+                 {QPoint(0, 0), QPoint(1, 0), QPoint(-1, 0), QPoint(0, 1), QPoint(0, -1)}) {
+                if (picture.pixelColor(pixel + by).hsvSaturation() > 60)
+                    return true;
+            }
+            return false;
+        };
+        for (const QPointF &share : drawn)
+            QVERIFY2(isColoured(share),
+                     qPrintable(QStringLiteral("%1, %2").arg(share.x()).arg(share.y())));
+        for (const QPointF &share : blank)
+            QVERIFY2(!isColoured(share),
+                     qPrintable(QStringLiteral("%1, %2").arg(share.x()).arg(share.y())));
+    }
+
     void aLineSpectrumIsDrawnAsSticks_data()
     {
         QTest::addColumn<QString>("text");
