@@ -5,7 +5,7 @@
 #include "app/interfacescale.h"
 #include "app/mainwindow.h"
 #include "app/translation.h"
-#include "species/pathnames.h"
+#include "files/pathnames.h"
 #include "widgets/contrast.h"
 
 #include <QApplication>

@@ -3,8 +3,8 @@
 
 #include "app/messagebox.h"
 #include "app/structureimage.h"
+#include "pictures/picture.h"
 #include "species/casnumber.h"
-#include "species/picture.h"
 #include "species/speciesmodel.h"
 #include "ui_mainwindow.h"
 

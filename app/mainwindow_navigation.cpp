@@ -2,8 +2,8 @@
 #include "app/mainwindow.h"
 
 #include "app/messagebox.h"
-#include "species/pathnames.h"
-#include "species/speciesfolder.h"
+#include "files/jsonfolder.h"
+#include "files/pathnames.h"
 #include "widgets/waitcursor.h"
 
 #include <QDir>

@@ -3,8 +3,8 @@
 
 #include "app/messagebox.h"
 #include "app/quietarea.h"
-#include "species/jsonfile.h"
-#include "species/pathnames.h"
+#include "files/jsonfile.h"
+#include "files/pathnames.h"
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
 #include "spectrum/spectrumwindow.h"

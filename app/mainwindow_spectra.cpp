@@ -3,8 +3,8 @@
 
 #include "app/messagebox.h"
 #include "app/spectrumtabs.h"
-#include "species/jsonfile.h"
-#include "species/pathnames.h"
+#include "files/jsonfile.h"
+#include "files/pathnames.h"
 #include "spectrum/spectrumfile.h"
 #include "spectrum/spectrumwindow.h"
 #include "ui_mainwindow.h"

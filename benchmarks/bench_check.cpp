@@ -4,8 +4,8 @@
 // files that it would write in another way. bench_check [EXAMPLE.json] takes the profile and the
 // picture from that entry. Prints "limit" lines; fails if one is missed.
 #include "check/checker.h"
+#include "files/filebytes.h"
 #include "ratio.h"
-#include "species/filebytes.h"
 
 #include <QCoreApplication>
 #include <QDir>

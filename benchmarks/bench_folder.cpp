@@ -2,8 +2,8 @@
 // Listing a folder of species files in natural order against reading the folder, and testing
 // whether a file is a species file against reading and parsing it.
 #include "benchmarks/ratio.h"
+#include "files/jsonfolder.h"
 #include "species/speciesfile.h"
-#include "species/speciesfolder.h"
 
 #include <QCoreApplication>
 #include <QDir>

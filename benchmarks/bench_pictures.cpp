@@ -2,7 +2,7 @@
 // Refusing a picture of any format that is cut off, damaged or claims too much, against decoding a
 // good one of four megapixels. tst_picturelimits holds the memory that it takes.
 #include "benchmarks/ratio.h"
-#include "species/picture.h"
+#include "pictures/picture.h"
 
 #include <QBuffer>
 #include <QGuiApplication>

@@ -2,7 +2,7 @@
 // A picture of a spectrum of 100,000 points by the command-line program against the editor's own
 // redraw of its chart and the encoding of what it shows.
 #include "benchmarks/ratio.h"
-#include "cli/picturefile.h"
+#include "cli/plotfile.h"
 #include "spectrum/spectrumchartview.h"
 #include "spectrum/spectrumobject.h"
 #include "spectrum/spectrumwindow.h"
@@ -36,7 +36,7 @@ bool compare(const char *what, bool isLineSpectrum)
     auto *view = window.findChild<SpectrumChartView *>();
     QCoreApplication::processEvents();
 
-    PictureFormat format;
+    PlotFormat format;
     format.size = view->size();
     const QList<QPointF> points = storedPoints(spectrum);
     const auto redrawAndEncode = [&] {

@@ -5,7 +5,7 @@
 #include "check/memberreader.h"
 #include "check/recordcheck.h"
 #include "database/databasecompiler.h"
-#include "species/jsonfile.h"
+#include "files/jsonfile.h"
 #include "species/speciesfile.h"
 
 #include <QCryptographicHash>

@@ -5,7 +5,7 @@
 #include "check/spectrumcheck.h"
 #include "check/textcheck.h"
 #include "check/utf8text.h"
-#include "species/jsonfile.h"
+#include "files/jsonfile.h"
 #include "species/speciesfile.h"
 
 #include <QCryptographicHash>

@@ -6,8 +6,8 @@
 #include "check/recordcheck.h"
 #include "check/savecheck.h"
 #include "database/databasecompiler.h"
-#include "species/filebytes.h"
-#include "species/jsonfile.h"
+#include "files/filebytes.h"
+#include "files/jsonfile.h"
 #include "species/speciesfile.h"
 #include "spectrum/spectrumfile.h"
 

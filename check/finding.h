@@ -2,7 +2,7 @@
 #pragma once
 
 #include "check/checks.h"
-#include "species/pathnames.h"
+#include "files/pathnames.h"
 
 #include <QDir>
 #include <QString>

@@ -3,7 +3,7 @@
 
 #include "check/jsontext.h"
 #include "database/databasecompiler.h"
-#include "species/jsonfile.h"
+#include "files/jsonfile.h"
 #include "species/speciesfile.h"
 
 #include <algorithm>

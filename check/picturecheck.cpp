@@ -2,7 +2,7 @@
 #include "check/picturecheck.h"
 
 #include "check/pngcheck.h"
-#include "species/picture.h"
+#include "pictures/picture.h"
 
 #include <QByteArray>
 #include <QImage>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "check/pngcheck.h"
 
-#include "species/pngchunks.h"
+#include "pictures/pngchunks.h"
 
 #include <QByteArray>
 #include <QtEndian>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "check/numbertext.h"
 #include "check/savecheck.h"
-#include "species/jsonfile.h"
+#include "files/jsonfile.h"
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
 #include "spectrum/spectrummodel.h"

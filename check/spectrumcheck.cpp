@@ -5,7 +5,7 @@
 #include "check/pointscheck.h"
 #include "check/recordcheck.h"
 #include "check/textcheck.h"
-#include "species/jsonfile.h"
+#include "files/jsonfile.h"
 #include "spectrum/spectrummodel.h"
 #include "spectrum/spectrumobject.h"
 

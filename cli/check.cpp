@@ -8,7 +8,7 @@
 #include "cli/filenames.h"
 #include "cli/interruption.h"
 #include "cli/readfile.h"
-#include "species/filebytes.h"
+#include "files/filebytes.h"
 
 #include <algorithm>
 #include <array>

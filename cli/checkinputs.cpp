@@ -5,7 +5,7 @@
 #include "cli/console.h"
 #include "cli/filenames.h"
 #include "cli/readfile.h"
-#include "species/filebytes.h"
+#include "files/filebytes.h"
 
 #include <QFileInfo>
 #include <QSet>

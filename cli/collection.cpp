@@ -5,7 +5,7 @@
 #include "cli/filenames.h"
 #include "cli/readfile.h"
 #include "database/databasecompiler.h"
-#include "species/jsonfile.h"
+#include "files/jsonfile.h"
 #include "species/speciesfile.h"
 #include "spectrum/spectrumfile.h"
 

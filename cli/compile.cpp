@@ -9,7 +9,7 @@
 #include "cli/readfile.h"
 #include "cli/writefile.h"
 #include "database/databasecompiler.h"
-#include "species/jsonfile.h"
+#include "files/jsonfile.h"
 #include "species/speciesfile.h"
 
 #include <QDate>

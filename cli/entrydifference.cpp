@@ -2,8 +2,8 @@
 #include "cli/entrydifference.h"
 
 #include "cli/spectrumpairs.h"
-#include "species/jsonfile.h"
-#include "species/picture.h"
+#include "files/jsonfile.h"
+#include "pictures/picture.h"
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
 #include "spectrum/spectrumfile.h"

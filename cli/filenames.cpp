@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/filenames.h"
 
-#include "species/speciesfolder.h"
+#include "files/jsonfolder.h"
 
 #include <QCoreApplication>
 #include <QDir>

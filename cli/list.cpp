@@ -3,7 +3,7 @@
 #include "cli/console.h"
 #include "cli/filenames.h"
 #include "cli/readfile.h"
-#include "species/jsonfile.h"
+#include "files/jsonfile.h"
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
 #include "spectrum/spectrumobject.h"

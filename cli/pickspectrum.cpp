@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/pickspectrum.h"
 
-#include "species/jsonfile.h"
+#include "files/jsonfile.h"
 #include "species/speciesfile.h"
 #include "spectrum/spectrumfile.h"
 #include "spectrum/spectrumobject.h"

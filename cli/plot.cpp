@@ -3,11 +3,11 @@
 #include "cli/console.h"
 #include "cli/filenames.h"
 #include "cli/pickspectrum.h"
-#include "cli/picturefile.h"
+#include "cli/plotfile.h"
 #include "cli/readfile.h"
 #include "cli/writefile.h"
 #include "exchange/numbers.h"
-#include "species/filebytes.h"
+#include "files/filebytes.h"
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
 #include "spectrum/points.h"
@@ -46,7 +46,7 @@ Examples:
 
 struct Job {
     QByteArray output; // with "%n"
-    PictureFormat format;
+    PlotFormat format;
     QByteArray spectrum;
     QByteArray range; // as it was given
     QByteArray title; // with "%t"
@@ -155,7 +155,7 @@ private:
                             + shownEnergy(extent->maxX) + " eV");
             return;
         }
-        PictureFormat format = m_job.format;
+        PlotFormat format = m_job.format;
         format.title = pictureTitle(m_job.title, model.value(SpectrumColumn::Title).toString());
         const QByteArray picture = pictureOf(points, isLine, format);
         if (picture.isEmpty()) {
@@ -220,7 +220,7 @@ std::variant<Job, UsageError> jobOf(const Arguments &arguments)
     const QByteArrayList endings{"png", "svg", "pdf"};
     if (!endings.contains(ending))
         return UsageError{"OUT has to end in .png, .svg or .pdf", closestTo(ending, endings)};
-    job.format.kind = PictureFormat::Kind(endings.indexOf(ending));
+    job.format.kind = PlotFormat::Kind(endings.indexOf(ending));
     if (!isSpectrumChoice(job.spectrum, true))
         return UsageError{"--spectrum " + job.spectrum + " is neither a number nor all", {}};
     if (arguments.has("size")) {

@@ -4,7 +4,7 @@
 #include "cli/console.h"
 #include "cli/filenames.h"
 #include "database/databasecompiler.h"
-#include "species/jsonfile.h"
+#include "files/jsonfile.h"
 #include "species/speciesfile.h"
 #include "spectrum/spectrumfile.h"
 

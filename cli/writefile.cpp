@@ -4,7 +4,7 @@
 #include "cli/console.h"
 #include "cli/filenames.h"
 #include "cli/interruption.h"
-#include "species/filebytes.h"
+#include "files/filebytes.h"
 
 #include <QFileInfo>
 #include <QStorageInfo>

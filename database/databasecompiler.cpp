@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "database/databasecompiler.h"
 
-#include "species/jsonfile.h"
-#include "species/replacementfile.h"
+#include "files/jsonfile.h"
+#include "files/replacementfile.h"
 #include "species/speciesfile.h"
 
 #include <QFile>

@@ -3,7 +3,7 @@
 
 #include "exchange/metadata.h"
 #include "exchange/numbers.h"
-#include "species/jsonfile.h"
+#include "files/jsonfile.h"
 #include "spectrum/spectrumobject.h"
 
 QByteArray writeTable(const QJsonObject &spectrum, char separator, char decimal)

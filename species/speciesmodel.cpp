@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "species/speciesmodel.h"
 
-#include "species/picture.h"
+#include "pictures/picture.h"
 
 #include <QJsonValue>
 #include <QRegularExpression>

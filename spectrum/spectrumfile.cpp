@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "spectrum/spectrumfile.h"
 
-#include "species/jsonfile.h"
+#include "files/jsonfile.h"
 
 QJsonObject spectrumFileObject(QJsonObject spectrum)
 {

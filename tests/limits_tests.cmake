@@ -3,7 +3,7 @@
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux") # watches files and measures processes
     zoravel_test(tst_hostilefiles zoravel_windowfixture)
     target_link_libraries(tst_hostilefiles PRIVATE Qt6::Network)
-    zoravel_test(tst_picturelimits zoravel_species zoravel_samplepictures)
+    zoravel_test(tst_picturelimits zoravel_pictures zoravel_samplepictures)
     # The sanitizer holds back less of what is freed: the memory that is taken is measured.
     zoravel_test_environment(tst_picturelimits "QT_QPA_PLATFORM=offscreen"
         "ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1:quarantine_size_mb=16")
@@ -21,7 +21,7 @@ target_link_libraries(strangerplugin PRIVATE Qt6::Gui zoravel_options)
 set_target_properties(strangerplugin PROPERTIES
     LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/strangerplugins/imageformats)
 
-zoravel_test(tst_pictureformats zoravel_species zoravel_samplepictures)
+zoravel_test(tst_pictureformats zoravel_pictures zoravel_samplepictures)
 add_dependencies(tst_pictureformats strangerplugin)
 target_compile_definitions(tst_pictureformats PRIVATE
     STRANGER_PLUGINS="${CMAKE_CURRENT_BINARY_DIR}/strangerplugins")

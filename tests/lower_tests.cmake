@@ -10,7 +10,7 @@ foreach(test IN ITEMS
     zoravel_test(${test} zoravel_widgets)
 endforeach()
 # What other systems replace files with, in place of this one's.
-zoravel_test(tst_secondfile_other Qt6::Core)
-target_sources(tst_secondfile_other PRIVATE
-    ../species/filebytes.cpp ../species/replacementfile.cpp ../species/secondfile_other.cpp)
-target_include_directories(tst_secondfile_other PRIVATE ${PROJECT_SOURCE_DIR})
+zoravel_test(tst_atomicfile_other Qt6::Core)
+target_sources(tst_atomicfile_other PRIVATE
+    ../files/filebytes.cpp ../files/replacementfile.cpp ../files/atomicfile_other.cpp)
+target_include_directories(tst_atomicfile_other PRIVATE ${PROJECT_SOURCE_DIR})

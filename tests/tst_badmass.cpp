@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The mark under a mass that is saved as 0 because it is no number.
-#include "species/jsonfile.h"
+#include "files/jsonfile.h"
 #include "species/speciesmodel.h"
 #include "support/mainwindowfixture.h"
 #include "support/warnings.h"

@@ -2,7 +2,7 @@
 #include "check/checker.h"
 #include "check/overrides.h"
 #include "check/report.h"
-#include "species/filebytes.h"
+#include "files/filebytes.h"
 #include "support/warnings.h"
 #include "testfiles.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "check/markup.h"
 #include "check/pngcheck.h"
-#include "species/picture.h"
+#include "pictures/picture.h"
 #include "species/speciesmodel.h"
 #include "support/warnings.h"
 #include "widgets/cleantextedit.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/filebytes.h"
-#include "species/pathnames.h"
-#include "species/replacementfile.h"
+#include "files/filebytes.h"
+#include "files/pathnames.h"
+#include "files/replacementfile.h"
 #include "support/files.h"
 #include "support/warnings.h"
 

@@ -3,7 +3,7 @@
 #include "check/numbertext.h"
 #include "check/savecheck.h"
 #include "check/utf8text.h"
-#include "species/filebytes.h"
+#include "files/filebytes.h"
 #include "spectrum/points.h"
 #include "spectrum/resaved.h"
 #include "support/warnings.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Everything by the keyboard alone: where Tab goes, what the chart and the image do with keys, and
 // that it can be seen where the keyboard is.
-#include "species/jsonfile.h"
+#include "files/jsonfile.h"
 #include "spectrum/spectrumchartview.h"
 #include "spectrum/spectrumwindow.h"
 #include "support/mainwindowfixture.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "check/filecheck.h"
-#include "species/filebytes.h"
+#include "files/filebytes.h"
 #include "species/speciesfile.h"
 #include "support/warnings.h"
 #include "testfiles.h"

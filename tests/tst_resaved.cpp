@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "spectrum/resaved.h"
 
-#include "species/jsonfile.h"
-#include "species/picture.h"
+#include "files/jsonfile.h"
+#include "pictures/picture.h"
 #include "species/speciesfile.h"
 #include "spectrum/spectrumfile.h"
 #include "support/warnings.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "faults/faultlibrary.h"
-#include "species/filebytes.h"
+#include "files/filebytes.h"
 #include "support/files.h"
 #include "support/warnings.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/jsonfile.h"
-#include "species/jsonlayout.h"
+#include "files/jsonfile.h"
+#include "files/jsonlayout.h"
 #include "species/speciesfile.h"
 #include "support/files.h"
 #include "support/warnings.h"

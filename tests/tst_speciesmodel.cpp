@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/picture.h"
+#include "pictures/picture.h"
 #include "species/speciesmodel.h"
 #include "support/warnings.h"
 

@@ -22,10 +22,10 @@ zoravel_test(tst_locale zoravel_windowfixture)
 zoravel_test(tst_createdatabase zoravel_database)
 zoravel_test(tst_databasecompiler zoravel_database)
 
-zoravel_test(tst_speciesfolder zoravel_species)
+zoravel_test(tst_jsonfolder zoravel_files)
 foreach(locale IN ITEMS C en_US.UTF-8)
-    set(test tst_speciesfolder_${locale})
-    add_test(NAME ${test} COMMAND tst_speciesfolder -o -,txt)
+    set(test tst_jsonfolder_${locale})
+    add_test(NAME ${test} COMMAND tst_jsonfolder -o -,txt)
     zoravel_test_environment(${test} "QT_QPA_PLATFORM=offscreen" "LC_ALL=${locale}")
 endforeach()
 

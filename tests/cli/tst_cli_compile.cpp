@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "database/createdatabase.h"
-#include "species/jsonfile.h"
-#include "species/speciesfolder.h"
+#include "files/jsonfile.h"
+#include "files/jsonfolder.h"
 #include "support/dialogs.h"
 #include "support/files.h"
 #include "support/mainwindowfixture.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "files/jsonfolder.h"
 #include "fuzz/invariant.h"
-#include "species/speciesfolder.h"
 
 #include <QCollator>
 #include <QLocale>

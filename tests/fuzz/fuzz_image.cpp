@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fuzz/invariant.h"
-#include "species/picture.h"
+#include "pictures/picture.h"
 #include "support/samplepictures.h"
 
 // Any bytes as an image file: refused, or a picture that is small enough to be kept, that is the

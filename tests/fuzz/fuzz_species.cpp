@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fuzz/invariant.h"
-#include "species/picture.h"
+#include "pictures/picture.h"
 #include "species/speciesmodel.h"
 #include "support/expecteddocument.h"
 

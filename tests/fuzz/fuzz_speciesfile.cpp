@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/mainwindow.h"
 #include "fuzz/invariant.h"
-#include "species/picture.h"
+#include "pictures/picture.h"
 #include "support/closedboxes.h"
 #include "support/expecteddocument.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/mainwindow.h"
+#include "pictures/picture.h"
 #include "reading/variants.h"
-#include "species/picture.h"
 #include "species/speciesmodel.h"
 #include "spectrum/spectrumwindow.h"
 #include "support/closedboxes.h"

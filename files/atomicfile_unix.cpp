@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/secondfile.h"
+#include "files/atomicfile.h"
 
-#include "species/fileattributes_unix.h"
-#include "species/hiddenfiles_unix.h"
+#include "files/fileattributes_unix.h"
+#include "files/hiddenfiles_unix.h"
 
 #include <QFileDevice>
 
@@ -150,7 +150,7 @@ bool moveOver(int descriptor, const fs::path &from, const fs::path &to)
 
 } // namespace
 
-class SecondFile::Private
+class AtomicFile::Private
 {
 public:
     Opened open(const fs::path &path);
@@ -177,7 +177,7 @@ private:
     struct stat m_old = {};
 };
 
-SecondFile::Opened SecondFile::Private::open(const fs::path &path)
+AtomicFile::Opened AtomicFile::Private::open(const fs::path &path)
 {
     m_target = path;
     m_folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
@@ -200,12 +200,12 @@ SecondFile::Opened SecondFile::Private::open(const fs::path &path)
 }
 
 // Nobody else looks in before it has the old file's mode; a new file has the user's usual one.
-mode_t SecondFile::Private::mode() const
+mode_t AtomicFile::Private::mode() const
 {
     return m_replaces ? 0600 : 0666;
 }
 
-bool SecondFile::Private::openHidden()
+bool AtomicFile::Private::openHidden()
 {
     return underHiddenName(m_folder, m_hidden, [&](const fs::path &path) {
         constexpr int flags = O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC;
@@ -222,7 +222,7 @@ bool SecondFile::Private::openHidden()
     });
 }
 
-bool SecondFile::Private::flush()
+bool AtomicFile::Private::flush()
 {
     const bool written = writeAll(descriptor, buffer);
     buffer.clear();
@@ -230,12 +230,12 @@ bool SecondFile::Private::flush()
 }
 
 // No error of close() matters after this: everything is on the disk.
-bool SecondFile::Private::complete()
+bool AtomicFile::Private::complete()
 {
     return (!m_replaces || copyAttributes(m_target, m_old, descriptor)) && sync(descriptor);
 }
 
-bool SecondFile::Private::takePlace()
+bool AtomicFile::Private::takePlace()
 {
     if (!flush() || !complete() || !nameAndRename())
         return false;
@@ -243,7 +243,7 @@ bool SecondFile::Private::takePlace()
     return true;
 }
 
-bool SecondFile::Private::nameAndRename()
+bool AtomicFile::Private::nameAndRename()
 {
     // Where nothing is to be replaced it never has another name, unless somebody comes first.
     if (m_hidden.empty() && !m_replaces && giveName(descriptor, m_target))
@@ -256,14 +256,14 @@ bool SecondFile::Private::nameAndRename()
     return true;
 }
 
-bool SecondFile::Private::giveHiddenName()
+bool AtomicFile::Private::giveHiddenName()
 {
     return underHiddenName(m_folder, m_hidden,
                            [&](const fs::path &path) { return giveName(descriptor, path); });
 }
 
 // Some systems make files without a name and do not let them have one.
-bool SecondFile::Private::copyToHidden()
+bool AtomicFile::Private::copyToHidden()
 {
     const int nameless = std::exchange(descriptor, -1);
     const bool copied = openHidden() && copyAll(nameless, descriptor) && complete();
@@ -271,7 +271,7 @@ bool SecondFile::Private::copyToHidden()
     return copied;
 }
 
-void SecondFile::Private::remove()
+void AtomicFile::Private::remove()
 {
     if (!m_hidden.empty())
         ::unlink(m_hidden.c_str());
@@ -279,19 +279,19 @@ void SecondFile::Private::remove()
         ::close(descriptor);
 }
 
-SecondFile::SecondFile() : d(std::make_unique<Private>()) {}
+AtomicFile::AtomicFile() : d(std::make_unique<Private>()) {}
 
-SecondFile::~SecondFile()
+AtomicFile::~AtomicFile()
 {
     d->remove();
 }
 
-SecondFile::Opened SecondFile::open(const fs::path &target)
+AtomicFile::Opened AtomicFile::open(const fs::path &target)
 {
     return d->open(target);
 }
 
-bool SecondFile::write(const QByteArray &bytes)
+bool AtomicFile::write(const QByteArray &bytes)
 {
     if (d->buffer.size() + bytes.size() <= heldBack) {
         d->buffer += bytes;
@@ -300,7 +300,7 @@ bool SecondFile::write(const QByteArray &bytes)
     return d->flush() && writeAll(d->descriptor, bytes);
 }
 
-bool SecondFile::takePlace()
+bool AtomicFile::takePlace()
 {
     return d->takePlace();
 }

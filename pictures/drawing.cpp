@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/drawing.h"
+#include "pictures/drawing.h"
 
-#include "species/drawingcost.h"
-#include "species/ownsvg.h"
+#include "pictures/drawingcost.h"
+#include "pictures/ownsvg.h"
 
 #include <QGuiApplication>
 #include <QPainter>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/speciesfolder.h"
+#include "files/jsonfolder.h"
 
 #include <QCollator>
 #include <QDir>

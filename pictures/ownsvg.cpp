@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/ownsvg.h"
+#include "pictures/ownsvg.h"
 
-#include "species/drawing.h"
-#include "species/picture.h"
+#include "pictures/drawing.h"
+#include "pictures/picture.h"
 
 #include <QHash>
 #include <QXmlStreamReader>

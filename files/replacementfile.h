@@ -7,12 +7,12 @@
 #include <memory>
 
 class QFileDevice;
-class SecondFile;
+class AtomicFile;
 
 // A file that is written piece by piece and replaces the one at its path as a whole on commit(), or
 // not at all: until then, and after any failure, the old file is as it was. Symbolic links are
 // followed and kept; another name of the same file (a hard link) keeps the old contents. What else
-// is kept, see SecondFile. A file that may be written in a folder that does not take a second one
+// is kept, see AtomicFile. A file that may be written in a folder that does not take a second one
 // is written in place, from the temporary folder; if that fails, its old contents are put back. A
 // device is written to directly; a pipe is refused.
 class ReplacementFile
@@ -32,7 +32,7 @@ public:
 
 private:
     QString m_path;
-    std::unique_ptr<SecondFile> m_second; // nothing where the file is written itself
+    std::unique_ptr<AtomicFile> m_second; // nothing where the file is written itself
     std::unique_ptr<QFileDevice> m_file;  // the device, or what waits to be written in place
     bool m_failed = false;
 };

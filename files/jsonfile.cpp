@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/jsonfile.h"
+#include "files/jsonfile.h"
 
-#include "species/jsonlayout.h"
+#include "files/jsonlayout.h"
 
 #include <QFileInfo>
 #include <QJsonDocument>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/drawingcost.h"
+#include "pictures/drawingcost.h"
 
 #include <QPaintDevice>
 #include <QPaintEngine>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/pictureformat.h"
+#include "pictures/pictureformat.h"
 
-#include "species/wholefile.h"
+#include "pictures/truncation.h"
 
 namespace
 {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/picturefile.h"
+#include "cli/plotfile.h"
 
 #include "spectrum/points.h"
 #include "spectrum/spectrumchart.h"
@@ -43,7 +43,7 @@ void addRoom(double &least, double &most)
 
 // The intensities within a range of energies have all of the height, as in a chart of these points
 // alone.
-PointRange shownRange(const QList<QPointF> &points, const PictureFormat &format)
+PointRange shownRange(const QList<QPointF> &points, const PlotFormat &format)
 {
     PointRange shown = finiteRange(points).value_or(PointRange{0, 1, 0, 1});
     if (format.range) {
@@ -66,7 +66,7 @@ PointRange shownRange(const QList<QPointF> &points, const PictureFormat &format)
 class ChartScene
 {
 public:
-    ChartScene(const QList<QPointF> &points, bool isLineSpectrum, const PictureFormat &format)
+    ChartScene(const QList<QPointF> &points, bool isLineSpectrum, const PlotFormat &format)
         : m_chart(new QChart)
     {
         m_scene.addItem(m_chart);
@@ -100,12 +100,12 @@ private:
     QChart *m_chart;
 };
 
-QSize pixelSize(const PictureFormat &format)
+QSize pixelSize(const PlotFormat &format)
 {
     return (QSizeF(format.size) * (format.dpi / pixelsPerInch)).toSize();
 }
 
-void drawPng(ChartScene &scene, const PictureFormat &format, QIODevice &device)
+void drawPng(ChartScene &scene, const PlotFormat &format, QIODevice &device)
 {
     QImage image(pixelSize(format), QImage::Format_RGB32);
     if (image.isNull())
@@ -117,7 +117,7 @@ void drawPng(ChartScene &scene, const PictureFormat &format, QIODevice &device)
     image.save(&device, "PNG");
 }
 
-void drawSvg(ChartScene &scene, const PictureFormat &format, QIODevice &device)
+void drawSvg(ChartScene &scene, const PlotFormat &format, QIODevice &device)
 {
     QSvgGenerator generator;
     generator.setOutputDevice(&device);
@@ -142,7 +142,7 @@ void measureInPixels(QByteArray &svg, const QSize &size)
     svg.replace(start, end - start, measures);
 }
 
-void drawPdf(ChartScene &scene, const PictureFormat &format, QIODevice &device)
+void drawPdf(ChartScene &scene, const PlotFormat &format, QIODevice &device)
 {
     QPdfWriter writer(&device);
     const QSizeF page = QSizeF(format.size) * (pointsPerInch / pixelsPerInch);
@@ -156,29 +156,28 @@ void drawPdf(ChartScene &scene, const PictureFormat &format, QIODevice &device)
 
 } // namespace
 
-bool isDrawable(const PictureFormat &format)
+bool isDrawable(const PlotFormat &format)
 {
     constexpr qint64 mostPixels = 400'000'000;
     const QSize pixels = pixelSize(format);
-    return format.kind != PictureFormat::Png
-           || qint64(pixels.width()) * pixels.height() <= mostPixels;
+    return format.kind != PlotFormat::Png || qint64(pixels.width()) * pixels.height() <= mostPixels;
 }
 
-QByteArray pictureOf(const QList<QPointF> &points, bool isLineSpectrum, const PictureFormat &format)
+QByteArray pictureOf(const QList<QPointF> &points, bool isLineSpectrum, const PlotFormat &format)
 {
     ChartScene scene(points, isLineSpectrum, format);
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     switch (format.kind) {
-    case PictureFormat::Png:
+    case PlotFormat::Png:
         drawPng(scene, format, buffer);
         break;
-    case PictureFormat::Svg:
+    case PlotFormat::Svg:
         drawSvg(scene, format, buffer);
         measureInPixels(bytes, format.size);
         break;
-    case PictureFormat::Pdf:
+    case PlotFormat::Pdf:
         drawPdf(scene, format, buffer);
         break;
     }

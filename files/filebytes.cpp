@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/filebytes.h"
+#include "files/filebytes.h"
 
-#include "species/replacementfile.h"
+#include "files/replacementfile.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/hiddenfiles_unix.h"
+#include "files/hiddenfiles_unix.h"
 
 #include <QRandomGenerator>
 

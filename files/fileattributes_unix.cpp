@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/fileattributes_unix.h"
+#include "files/fileattributes_unix.h"
 
 #include <QtGlobal>
 

@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // By the toolkit's own means, where there are no others: it ignores a disk that fails at the last
 // moment and leaves groups and access lists to the system.
-#include "species/secondfile.h"
+#include "files/atomicfile.h"
 
 #include <QFileInfo>
 #include <QSaveFile>
 
-class SecondFile::Private
+class AtomicFile::Private
 {
 public:
     std::unique_ptr<QSaveFile> file;
 };
 
-SecondFile::SecondFile() : d(std::make_unique<Private>()) {}
+AtomicFile::AtomicFile() : d(std::make_unique<Private>()) {}
 
-SecondFile::~SecondFile() = default;
+AtomicFile::~AtomicFile() = default;
 
-SecondFile::Opened SecondFile::open(const std::filesystem::path &target)
+AtomicFile::Opened AtomicFile::open(const std::filesystem::path &target)
 {
     d->file = std::make_unique<QSaveFile>(QFileInfo(target).filePath());
     if (d->file->open(QIODevice::WriteOnly))
@@ -27,12 +27,12 @@ SecondFile::Opened SecondFile::open(const std::filesystem::path &target)
     return refused ? Opened::RefusedByFolder : Opened::No;
 }
 
-bool SecondFile::write(const QByteArray &bytes)
+bool AtomicFile::write(const QByteArray &bytes)
 {
     return d->file->write(bytes) == bytes.size();
 }
 
-bool SecondFile::takePlace()
+bool AtomicFile::takePlace()
 {
     // Its commit() reports success after a failed flush or a short write, with the old file gone.
     if (!d->file->flush() || d->file->error() != QFileDevice::NoError) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/picture.h"
+#include "pictures/picture.h"
 
-#include "species/drawing.h"
-#include "species/pictureformat.h"
+#include "pictures/drawing.h"
+#include "pictures/pictureformat.h"
 
 #include <QBuffer>
 #include <QColorSpace>

@@ -13,9 +13,9 @@ class QFileDevice;
 // of this one is left when it goes. Where the system lets files be without a name it has one only
 // for the step itself, so that even the end of the process leaves nothing; elsewhere its name is
 // hidden and does not end in that of the target.
-class SecondFile
+class AtomicFile
 {
-    Q_DISABLE_COPY_MOVE(SecondFile)
+    Q_DISABLE_COPY_MOVE(AtomicFile)
 
 public:
     enum class Opened {
@@ -24,8 +24,8 @@ public:
         No,
     };
 
-    SecondFile();
-    ~SecondFile();
+    AtomicFile();
+    ~AtomicFile();
 
     // target is no symbolic link. Call it once, first.
     [[nodiscard]] Opened open(const std::filesystem::path &target);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/jsonlayout.h"
+#include "files/jsonlayout.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What systems without the interfaces of Unix replace files with, which is built into this test
 // wherever it runs.
-#include "species/filebytes.h"
-#include "species/replacementfile.h"
+#include "files/filebytes.h"
+#include "files/replacementfile.h"
 #include "support/files.h"
 #include "support/warnings.h"
 
@@ -28,7 +28,7 @@ const QByteArray newBytes("new contents,\r\nbinary \0\xff\xfe ones", 30);
 
 } // namespace
 
-class TestSecondFileOther : public QObject
+class TestAtomicFileOther : public QObject
 {
     Q_OBJECT
 
@@ -154,5 +154,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-QTEST_MAIN(TestSecondFileOther)
-#include "tst_secondfile_other.moc"
+QTEST_MAIN(TestAtomicFileOther)
+#include "tst_atomicfile_other.moc"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/replacementfile.h"
+#include "files/replacementfile.h"
 
-#include "species/secondfile.h"
+#include "files/atomicfile.h"
 
 #include <QDir>
 #include <QFile>
@@ -101,10 +101,10 @@ bool ReplacementFile::open()
     }
     if (target.exists() && !target.isWritable())
         return false;
-    m_second = std::make_unique<SecondFile>();
-    const SecondFile::Opened opened = m_second->open(behindLinks(m_path));
-    if (opened != SecondFile::Opened::RefusedByFolder)
-        return opened == SecondFile::Opened::Yes;
+    m_second = std::make_unique<AtomicFile>();
+    const AtomicFile::Opened opened = m_second->open(behindLinks(m_path));
+    if (opened != AtomicFile::Opened::RefusedByFolder)
+        return opened == AtomicFile::Opened::Yes;
 
     // Find out now whether the file itself can be written.
     m_second.reset();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/pathnames.h"
+#include "files/pathnames.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -14,7 +14,7 @@ struct EnergyRange {
     double toEv;
 };
 
-struct PictureFormat {
+struct PlotFormat {
     enum Kind { Png, Svg, Pdf };
     Kind kind = Png;
     QSize size{800, 500};             // in pixels of 96 to the inch
@@ -24,9 +24,9 @@ struct PictureFormat {
 };
 
 // Whether a picture of the format fits into memory.
-[[nodiscard]] bool isDrawable(const PictureFormat &format);
+[[nodiscard]] bool isDrawable(const PlotFormat &format);
 
 // The bytes of a picture file of the editor's chart of points, which have a finite range; empty if
 // it cannot be made. Needs a QApplication.
 [[nodiscard]] QByteArray pictureOf(const QList<QPointF> &points, bool isLineSpectrum,
-                                   const PictureFormat &format);
+                                   const PlotFormat &format);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/speciesfolder.h"
+#include "files/jsonfolder.h"
 #include "support/files.h"
 #include "support/warnings.h"
 
@@ -12,7 +12,7 @@
 
 // The files of a folder in natural order. Run under several locales: the collator of the C locales
 // does not know numbers, and the order must be natural there too.
-class TestSpeciesFolder : public QObject
+class TestJsonFolder : public QObject
 {
     Q_OBJECT
 
@@ -95,5 +95,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSpeciesFolder)
-#include "tst_speciesfolder.moc"
+QTEST_GUILESS_MAIN(TestJsonFolder)
+#include "tst_jsonfolder.moc"
