@@ -4,7 +4,6 @@
 #include "files/jsonfile.h"
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
-#include "spectrum/spectrummodel.h"
 #include "spectrum/spectrumobject.h"
 
 #include <QByteArray>

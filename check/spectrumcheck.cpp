@@ -6,7 +6,6 @@
 #include "check/recordcheck.h"
 #include "check/textcheck.h"
 #include "files/jsonfile.h"
-#include "spectrum/spectrummodel.h"
 #include "spectrum/spectrumobject.h"
 
 #include <QRegularExpression>
@@ -96,24 +95,21 @@ int checkType(const JsonValue &value, FindingList &findings)
 
 void checkFields(const JsonValue &spectrum, int type, FindingList &findings)
 {
-    const SpectrumKind own =
-        type == simulationType ? SpectrumKind::Simulation : SpectrumKind::Experiment;
     for (const SpectrumTextField &field : spectrumTextFields) {
         const JsonValue value = spectrum.member(field.key);
         checkText(value, useOf(field.column), findings);
         if (field.column == SpectrumColumn::Temperature)
             checkTemperature(value, findings);
-        if (value && field.kind != SpectrumKind::Any && field.kind != own
-            && !plainText(value).isEmpty())
-            findings.add(
-                Check::ForeignField, value,
-                QStringLiteral("%1 belongs to %2, and is dropped from %3")
-                    .arg(quoted(QString(field.key)),
-                         field.kind == SpectrumKind::Simulation ? QStringLiteral("simulations")
-                                                                : QStringLiteral("measurements"),
-                         own == SpectrumKind::Simulation ? QStringLiteral("a simulation")
+        if (value && !belongsTo(field.kind, type) && !plainText(value).isEmpty())
+            findings.add(Check::ForeignField, value,
+                         QStringLiteral("%1 belongs to %2, and is dropped from %3")
+                             .arg(quoted(QString(field.key)),
+                                  field.kind == SpectrumKind::Simulation
+                                      ? QStringLiteral("simulations")
+                                      : QStringLiteral("measurements"),
+                                  type == simulationType ? QStringLiteral("a simulation")
                                                          : QStringLiteral("a measurement")),
-                QStringLiteral("Correct \"SpectType\", or move the text."));
+                         QStringLiteral("Correct \"SpectType\", or move the text."));
     }
 }
 

@@ -14,8 +14,8 @@
 #include "exchange/tablewriter.h"
 #include "files/filebytes.h"
 #include "files/jsonfile.h"
+#include "spectrum/assaved.h"
 #include "spectrum/spectrumfile.h"
-#include "spectrum/spectrummodel.h"
 #include "spectrum/spectrumobject.h"
 
 #include <QDate>
@@ -119,9 +119,7 @@ std::variant<ExchangedSpectrum, ExchangeError> readSpectrum(const QByteArray &by
 // The whole spectrum object, through the editor's record, which says what belongs into it.
 QJsonObject completed(const ExchangedSpectrum &spectrum, const QByteArray &name, Console &console)
 {
-    SpectrumModel model(nullptr, nullptr);
-    model.loadFromJson(spectrum.metadata);
-    QJsonObject object = model.toJson();
+    QJsonObject object = asSavedSpectrum(spectrum.metadata);
     for (auto member = spectrum.metadata.begin(); member != spectrum.metadata.end(); ++member) {
         const QJsonValue kept = object.value(member.key());
         if (kept == member.value() || member.value() == QJsonValue(QString()))

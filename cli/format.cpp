@@ -8,7 +8,7 @@
 #include "files/filebytes.h"
 #include "files/jsonfile.h"
 #include "species/speciesfile.h"
-#include "spectrum/resaved.h"
+#include "spectrum/assaved.h"
 #include "spectrum/spectrumfile.h"
 
 #include <QJsonDocument>
@@ -77,7 +77,7 @@ int formatFile(const InputFile &input, const Arguments &arguments, Console &cons
         return exitFailure;
     }
     const QJsonObject resaved =
-        isSpecies ? resavedSpeciesFile(*object) : resavedSpectrumFile(*object);
+        isSpecies ? asSavedSpeciesFile(*object) : asSavedSpectrumFile(*object);
     const QByteArrayList losses = lossesInReading(*before) + lossesBetween(*object, resaved);
     for (const QByteArray &loss : losses)
         console.error(shownName(input.name) + ": not kept: " + loss);

@@ -11,7 +11,6 @@
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
 #include "spectrum/points.h"
-#include "spectrum/spectrummodel.h"
 #include "spectrum/spectrumobject.h"
 
 #include <algorithm>
@@ -140,15 +139,14 @@ private:
         const QByteArray place = "spectrum " + QByteArray::number(spectrum.number) + ": ";
         ++m_count;
         // As the editor shows it, six digits of every number.
-        SpectrumModel model(nullptr, nullptr);
-        model.loadFromJson(spectrum.object);
-        const QList<QPointF> points = model.getXYVectors();
+        const SpectrumRecord record = SpectrumRecord::fromJson(spectrum.object);
+        const QList<QPointF> points = parsePoints(record.pointLines);
         const std::optional<PointRange> extent = finiteRange(points);
         if (!extent) {
             fail(input, place + "there is nothing to draw");
             return;
         }
-        const bool isLine = model.value(SpectrumColumn::LineSpectrum).toBool();
+        const bool isLine = record.isLineSpectrum;
         if (m_job.format.range && !isAnythingIn(*m_job.format.range, points, isLine)) {
             fail(input, place + "no point lies in the range " + m_job.range
                             + "; the points are from " + shownEnergy(extent->minX) + " to "
@@ -156,7 +154,7 @@ private:
             return;
         }
         PlotFormat format = m_job.format;
-        format.title = pictureTitle(m_job.title, model.value(SpectrumColumn::Title).toString());
+        format.title = pictureTitle(m_job.title, record.text(SpectrumColumn::Title));
         const QByteArray picture = pictureOf(points, isLine, format);
         if (picture.isEmpty()) {
             fail(input, place + "the picture cannot be made, it is too large");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "species/filebytes.h"
+#include "files/filebytes.h"
 
 #include <QByteArray>
 #include <QJsonObject>

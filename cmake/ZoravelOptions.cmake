@@ -73,14 +73,18 @@ function(zoravel_precompile target kind)
     endif()
 endfunction()
 
-# zoravel_library(<name> SOURCES <file>... [LINKS <target>...]): the static library of one folder. It
-# can include only what it links, so the link graph is the rule of who may know whom.
+# zoravel_library(<name> SOURCES <file>... [LINKS <target>...]): the static library of a folder, or of a part of
+# one. It may include only what it links: the link graph is the rule of who may know whom, and a test reads it
+# from layers/<name> in the build folder.
 function(zoravel_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
     add_library(${name} STATIC ${arg_SOURCES})
     target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
     target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE zoravel_options)
     set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+    list(TRANSFORM arg_SOURCES PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+    file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/layers/${name}
+        CONTENT "$<TARGET_PROPERTY:${name},LINK_LIBRARIES>\n${arg_SOURCES}\n")
     if(Qt6::Widgets IN_LIST arg_LINKS)
         zoravel_precompile(${name} window)
     else()

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "exchange/metadata.h"
 
-#include "spectrum/spectrummodel.h"
 #include "spectrum/spectrumobject.h"
 
 #include <QJsonArray>

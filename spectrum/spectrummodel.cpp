@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "spectrum/spectrummodel.h"
 
-#include "species/speciesmodel.h"
 #include "spectrum/points.h"
-#include "spectrum/spectrumobject.h"
 #include "widgets/undoabletext.h"
 #include "widgets/waitcursor.h"
 
-#include <QJsonValue>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QScopedValueRollback>
@@ -20,22 +17,6 @@ namespace
 {
 
 constexpr std::chrono::milliseconds readDelay(2000);
-
-bool belongsTo(SpectrumKind field, int type)
-{
-    const SpectrumKind spectrum =
-        type == simulationType ? SpectrumKind::Simulation : SpectrumKind::Experiment;
-    return field == SpectrumKind::Any || field == spectrum;
-}
-
-QStringList loadedPointLines(const QList<QPointF> &points)
-{
-    QStringList lines;
-    lines.reserve(points.size());
-    for (const QPointF &point : points)
-        lines.append(loadedPointLine(point.x(), point.y()));
-    return lines;
-}
 
 } // namespace
 
@@ -70,34 +51,23 @@ bool SpectrumModel::setValue(SpectrumColumn column, const QVariant &value)
 void SpectrumModel::loadFromJson(const QJsonObject &obj)
 {
     const QSignalBlocker blocker(this);
-    const int type = obj.value(spectrumTypeKey).toInt();
-    setValue(SpectrumColumn::Type, type);
-    setValue(SpectrumColumn::LineSpectrum, obj.value(lineSpectrumKey).toBool());
-    for (const SpectrumTextField &field : spectrumTextFields) {
-        const bool present = belongsTo(field.kind, type);
-        setValue(field.column, present ? obj.value(field.key).toString() : QVariant());
-    }
-    setPointLines(loadedPointLines(storedPoints(obj)));
+    const SpectrumRecord record = SpectrumRecord::fromJson(obj);
+    setValue(SpectrumColumn::Type, record.type);
+    setValue(SpectrumColumn::LineSpectrum, record.isLineSpectrum);
+    for (std::size_t i = 0; i < spectrumTextFields.size(); ++i)
+        setValue(spectrumTextFields[i].column, record.texts[i]);
+    setPointLines(record.pointLines);
     setTextEditText();
 }
 
 QJsonObject SpectrumModel::toJson() const
 {
-    QJsonObject obj;
-    const int type = value(SpectrumColumn::Type).toInt();
-    obj.insert(spectrumTypeKey, type);
-    obj.insert(lineSpectrumKey, value(SpectrumColumn::LineSpectrum).toBool());
-    for (const SpectrumTextField &field : spectrumTextFields) {
-        const QString text = value(field.column).toString();
-        // Only the fields that every spectrum has are cleaned of foreign tags.
-        if (field.kind == SpectrumKind::Any)
-            obj.insert(field.key, cleanHtmlContent(text));
-        else if (belongsTo(field.kind, type))
-            obj.insert(field.key, text);
-    }
-
-    storePoints(obj, getXYVectors());
-    return obj;
+    SpectrumRecord record;
+    record.type = value(SpectrumColumn::Type).toInt();
+    record.isLineSpectrum = value(SpectrumColumn::LineSpectrum).toBool();
+    for (std::size_t i = 0; i < spectrumTextFields.size(); ++i)
+        record.texts[i] = value(spectrumTextFields[i].column).toString();
+    return record.toJson(getXYVectors());
 }
 
 QList<QPointF> SpectrumModel::getXYVectors() const

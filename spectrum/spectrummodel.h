@@ -2,73 +2,17 @@
 #pragma once
 
 #include "species/mystandarditemmodel.h"
+#include "spectrum/spectrumobject.h"
 
 #include <QJsonObject>
-#include <QLatin1String>
 #include <QList>
 #include <QPointF>
 #include <QStringList>
 
-#include <array>
-
 class QPlainTextEdit;
 class QTimer;
 
-enum class SpectrumColumn {
-    Title,
-    Uploader,
-    Doi,
-    Type, // int, index into the list of spectrum types
-    FurtherRefs,
-    Temperature, // K
-    FurtherComments,
-    CreatedDate, // yyyy-MM-dd
-    FacilityDate,
-    LineSpectrum, // bool
-    Source,
-    Resolution, // meV
-    Normalization,
-    LevelOfTheory,
-    ConvolutionFwhm, // meV
-    Aie,             // eV
-};
-
-// Which spectra a text field belongs to; that of the other kind is emptied on load and not written.
-enum class SpectrumKind { Any, Experiment, Simulation };
-
-struct SpectrumTextField {
-    SpectrumColumn column;
-    QLatin1String key;
-    SpectrumKind kind;
-};
-
-// The text fields of the record and their JSON keys. Columns Type and LineSpectrum are no texts.
-inline constexpr std::array spectrumTextFields{
-    SpectrumTextField{SpectrumColumn::Title, QLatin1String("Title"), SpectrumKind::Any},
-    SpectrumTextField{SpectrumColumn::Uploader, QLatin1String("Uploader"), SpectrumKind::Any},
-    SpectrumTextField{SpectrumColumn::Doi, QLatin1String("DOI"), SpectrumKind::Any},
-    SpectrumTextField{SpectrumColumn::FurtherRefs, QLatin1String("FurtherRefs"), SpectrumKind::Any},
-    SpectrumTextField{SpectrumColumn::Temperature, QLatin1String("T"), SpectrumKind::Any},
-    SpectrumTextField{SpectrumColumn::FurtherComments, QLatin1String("FurtherComments"),
-                      SpectrumKind::Any},
-    SpectrumTextField{SpectrumColumn::CreatedDate, QLatin1String("CreatedDate"), SpectrumKind::Any},
-    SpectrumTextField{SpectrumColumn::FacilityDate, QLatin1String("FacilityDate"),
-                      SpectrumKind::Any},
-    SpectrumTextField{SpectrumColumn::Source, QLatin1String("Source"), SpectrumKind::Experiment},
-    SpectrumTextField{SpectrumColumn::Resolution, QLatin1String("Resolution"),
-                      SpectrumKind::Experiment},
-    SpectrumTextField{SpectrumColumn::Normalization, QLatin1String("Normalization"),
-                      SpectrumKind::Experiment},
-    SpectrumTextField{SpectrumColumn::LevelOfTheory, QLatin1String("LevelOfTheory"),
-                      SpectrumKind::Simulation},
-    SpectrumTextField{SpectrumColumn::ConvolutionFwhm, QLatin1String("ConvolutionFWHM"),
-                      SpectrumKind::Simulation},
-    SpectrumTextField{SpectrumColumn::Aie, QLatin1String("AIE"), SpectrumKind::Simulation},
-};
-
 inline constexpr int spectrumColumnCount = 16;
-// The only type that is a simulation. Types that follow it in the list are experiments again.
-inline constexpr int simulationType = 4;
 
 // One spectrum of a species entry: sixteen metadata columns in one row, edited through the spectrum
 // window's data mapper, and the list of its point lines, kept in step with the text of a point

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "spectrum/spectrumobject.h"
 
+#include "species/speciesmodel.h"
+#include "spectrum/points.h"
+
 #include <QJsonArray>
 #include <QJsonValue>
 
@@ -33,6 +36,13 @@ QList<QPointF> pointsOfArrays(const QJsonArray &energies, const QJsonArray &inte
 
 } // namespace
 
+bool belongsTo(SpectrumKind field, int type)
+{
+    const SpectrumKind spectrum =
+        type == simulationType ? SpectrumKind::Simulation : SpectrumKind::Experiment;
+    return field == SpectrumKind::Any || field == spectrum;
+}
+
 QList<QPointF> storedPoints(const QJsonObject &spectrum)
 {
     if (spectrum.contains(pointObjectsKey))
@@ -52,4 +62,46 @@ void storePoints(QJsonObject &spectrum, const QList<QPointF> &points)
     spectrum.remove(pointObjectsKey);
     spectrum.insert(energiesKey, energies);
     spectrum.insert(intensitiesKey, intensities);
+}
+
+SpectrumRecord SpectrumRecord::fromJson(const QJsonObject &spectrum)
+{
+    SpectrumRecord record;
+    record.type = spectrum.value(spectrumTypeKey).toInt();
+    record.isLineSpectrum = spectrum.value(lineSpectrumKey).toBool();
+    for (std::size_t i = 0; i < spectrumTextFields.size(); ++i) {
+        if (belongsTo(spectrumTextFields[i].kind, record.type))
+            record.texts[i] = spectrum.value(spectrumTextFields[i].key).toString();
+    }
+    const QList<QPointF> points = storedPoints(spectrum);
+    record.pointLines.reserve(points.size());
+    for (const QPointF &point : points)
+        record.pointLines.append(loadedPointLine(point.x(), point.y()));
+    return record;
+}
+
+QString SpectrumRecord::text(SpectrumColumn column) const
+{
+    for (std::size_t i = 0; i < spectrumTextFields.size(); ++i) {
+        if (spectrumTextFields[i].column == column)
+            return texts[i];
+    }
+    return {};
+}
+
+QJsonObject SpectrumRecord::toJson(const QList<QPointF> &points) const
+{
+    QJsonObject spectrum;
+    spectrum.insert(spectrumTypeKey, type);
+    spectrum.insert(lineSpectrumKey, isLineSpectrum);
+    for (std::size_t i = 0; i < spectrumTextFields.size(); ++i) {
+        const SpectrumTextField &field = spectrumTextFields[i];
+        // Only the fields that every spectrum has are cleaned of foreign tags.
+        if (field.kind == SpectrumKind::Any)
+            spectrum.insert(field.key, cleanHtmlContent(texts[i]));
+        else if (belongsTo(field.kind, type))
+            spectrum.insert(field.key, texts[i]);
+    }
+    storePoints(spectrum, points);
+    return spectrum;
 }

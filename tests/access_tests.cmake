@@ -3,7 +3,7 @@
 zoravel_test(tst_accessibility zoravel_windowfixture)
 zoravel_test(tst_keyboard zoravel_windowfixture)
 zoravel_test(tst_spectrumtabs zoravel_windowfixture)
-zoravel_test(tst_pointmarks zoravel_spectrum)
+zoravel_test(tst_pointmarks zoravel_spectrumwindow)
 
 add_test(NAME screen_reader
     COMMAND ${CMAKE_CURRENT_LIST_DIR}/gui/screen_reader $<TARGET_FILE:zoravel-entry-edit>)

@@ -4,8 +4,8 @@
 #include "check/savecheck.h"
 #include "check/utf8text.h"
 #include "files/filebytes.h"
+#include "spectrum/assaved.h"
 #include "spectrum/points.h"
-#include "spectrum/resaved.h"
 #include "support/warnings.h"
 #include "testfiles.h"
 
@@ -412,7 +412,7 @@ private slots:
             const std::optional<qsizetype> place = placeThatSavingChanges(parsed, true);
             (place ? other : same) += 1;
             const QJsonObject object = QJsonDocument::fromJson(text).object();
-            const bool stays = QJsonDocument(resavedSpeciesFile(object)).toJson() == text;
+            const bool stays = QJsonDocument(asSavedSpeciesFile(object)).toJson() == text;
             QVERIFY2(stays == !place, text.constData());
             QVERIFY(place.value_or(0) >= 0 && place.value_or(0) <= text.size());
         }
@@ -448,7 +448,7 @@ private slots:
                                {u"Dataset1"_s, QJsonObject{{u"Title"_s, u"ü"_s},
                                                            {u"E"_s, QJsonArray{9.1, 9.2}},
                                                            {u"I"_s, QJsonArray{1, 2}}}}};
-        QByteArray text = QJsonDocument(resavedSpeciesFile(file)).toJson();
+        QByteArray text = QJsonDocument(asSavedSpeciesFile(file)).toJson();
         QCOMPARE(placeThatSavingChanges(JsonText(text), true), std::nullopt);
         QVERIFY(text.contains(before));
         text.replace(before, after);
@@ -464,7 +464,7 @@ private slots:
             QJsonObject file{{u"Type"_s, u"Species v1"_s}};
             for (int i = 1; i <= 12; ++i)
                 file.insert(u"Dataset%1"_s.arg(i), QJsonObject());
-            QByteArray text = QJsonDocument(resavedSpeciesFile(file)).toJson();
+            QByteArray text = QJsonDocument(asSavedSpeciesFile(file)).toJson();
             QJsonObject saved = QJsonDocument::fromJson(text).object();
             QJsonObject dataset = saved.take(u"Dataset%1"_s.arg(different)).toObject();
             if (different > 0) {
@@ -472,7 +472,7 @@ private slots:
                 saved.insert(u"Dataset%1"_s.arg(different), dataset);
                 text = QJsonDocument(saved).toJson();
             }
-            const bool stays = QJsonDocument(resavedSpeciesFile(saved)).toJson() == text;
+            const bool stays = QJsonDocument(asSavedSpeciesFile(saved)).toJson() == text;
             QCOMPARE(stays, different <= 1);
             QCOMPARE(!placeThatSavingChanges(JsonText(text), true), stays);
         }
@@ -483,7 +483,7 @@ private slots:
         const QJsonObject file{{u"Type"_s, u"Spectrum v1"_s},
                                {u"E"_s, QJsonArray{9.1, 9.2}},
                                {u"I"_s, QJsonArray{1, 2}}};
-        const QByteArray saved = QJsonDocument(resavedSpectrumFile(file)).toJson();
+        const QByteArray saved = QJsonDocument(asSavedSpectrumFile(file)).toJson();
         QCOMPARE(placeThatSavingChanges(JsonText(saved), false), std::nullopt);
         QVERIFY(placeThatSavingChanges(JsonText(QJsonDocument(file).toJson()), false).has_value());
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
-#include "spectrum/resaved.h"
+#include "spectrum/assaved.h"
 #include "spectrum/spectrumwindow.h"
 #include "support/dialogs.h"
 #include "support/files.h"
@@ -323,7 +323,7 @@ private slots:
             writeFile(file, object);
             QVERIFY(fixture.window.loadSpeciesFile(file));
             fixture.trigger(QStringLiteral("actionSaveSpecies"));
-            QCOMPARE(fileObject(file), resavedSpeciesFile(object));
+            QCOMPARE(fileObject(file), asSavedSpeciesFile(object));
         }
     }
 

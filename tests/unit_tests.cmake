@@ -19,7 +19,7 @@ endforeach()
 zoravel_test(tst_badmass zoravel_windowfixture)
 zoravel_test(tst_commandline zoravel_app)
 zoravel_test(tst_locale zoravel_windowfixture)
-zoravel_test(tst_createdatabase zoravel_database)
+zoravel_test(tst_createdatabase zoravel_databasedialog)
 zoravel_test(tst_databasecompiler zoravel_database)
 
 zoravel_test(tst_jsonfolder zoravel_files)
@@ -30,8 +30,8 @@ foreach(locale IN ITEMS C en_US.UTF-8)
 endforeach()
 
 add_test(NAME tst_layering
-    COMMAND ${CMAKE_COMMAND} -DROOT=${PROJECT_SOURCE_DIR}
-        -P ${CMAKE_CURRENT_SOURCE_DIR}/tst_layering.cmake)
+    COMMAND ${ZORAVEL_PYTHON} ${CMAKE_CURRENT_SOURCE_DIR}/tst_layering.py ${PROJECT_SOURCE_DIR}
+        ${PROJECT_BINARY_DIR}/layers)
 add_test(NAME tst_consumer
     COMMAND ${CMAKE_COMMAND} -DSOURCE=${CMAKE_CURRENT_SOURCE_DIR}/consumer
         -DBUILD=${CMAKE_CURRENT_BINARY_DIR}/consumer

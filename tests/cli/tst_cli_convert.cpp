@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "species/jsonfile.h"
+#include "files/jsonfile.h"
 #include "support/files.h"
 #include "testconsole.h"
 #include "testfiles.h"

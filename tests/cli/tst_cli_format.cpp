@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "files/jsonfile.h"
-#include "spectrum/resaved.h"
+#include "spectrum/assaved.h"
 #include "support/files.h"
 #include "testconsole.h"
 #include "testfiles.h"
@@ -235,7 +235,7 @@ private:
     static QByteArray saved(const QByteArray &bytes)
     {
         const QJsonObject object = QJsonDocument::fromJson(bytes).object();
-        return QJsonDocument(resavedSpeciesFile(object)).toJson(QJsonDocument::Indented);
+        return QJsonDocument(asSavedSpeciesFile(object)).toJson(QJsonDocument::Indented);
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "spectrum/resaved.h"
+#include "spectrum/assaved.h"
 
 #include "files/jsonfile.h"
 #include "pictures/picture.h"
@@ -42,7 +42,7 @@ QJsonObject example(const QString &name)
 } // namespace
 
 // Runs without a display and without the application object of programs that have one.
-class TestResaved : public QObject
+class TestAsSaved : public QObject
 {
     Q_OBJECT
 
@@ -55,7 +55,7 @@ private slots:
         QVERIFY(names.size() >= 8);
         for (const QString &name : names) {
             const QJsonObject file = example(name);
-            const QJsonObject saved = resavedSpeciesFile(file);
+            const QJsonObject saved = asSavedSpeciesFile(file);
             QCOMPARE(withoutPicture(saved), withoutPicture(file));
             QVERIFY(isSamePicture(pictureOf(saved), pictureOf(file)));
         }
@@ -66,7 +66,7 @@ private slots:
         QJsonObject file = example(u"water.json"_s);
         file.insert(u"Remark"_s, u"x"_s);
         file.insert(u"dataset9"_s, QJsonObject());
-        QCOMPARE(withoutPicture(resavedSpeciesFile(file)),
+        QCOMPARE(withoutPicture(asSavedSpeciesFile(file)),
                  withoutPicture(example(u"water.json"_s)));
     }
 
@@ -75,7 +75,7 @@ private slots:
         QJsonObject file{{typeKey, speciesFileType}};
         for (const QString &key : {u"Dataset2"_s, u"Dataset10"_s, u"Dataset007"_s, u"Dataset"_s})
             file.insert(key, QJsonObject{{u"Title"_s, key}});
-        const QJsonObject saved = resavedSpeciesFile(file);
+        const QJsonObject saved = asSavedSpeciesFile(file);
         const auto title = [&](const QString &key) {
             return saved.value(key).toObject().value(u"Title"_s).toString();
         };
@@ -90,7 +90,7 @@ private slots:
         const QJsonObject file{{typeKey, spectrumFileType},
                                {u"E"_s, QJsonArray{12.34567891}},
                                {u"I"_s, QJsonArray{0.000015}}};
-        const QJsonObject saved = resavedSpectrumFile(file);
+        const QJsonObject saved = asSavedSpectrumFile(file);
         QCOMPARE(saved.value(u"E"_s).toArray(), QJsonArray{12.3457});
         QCOMPARE(saved.value(u"I"_s).toArray(), QJsonArray{1.5e-5});
         QVERIFY(hasType(saved, spectrumFileType));
@@ -100,10 +100,10 @@ private slots:
     {
         const QJsonObject file = example(u"benzene.json"_s);
         QJsonObject there;
-        std::thread([&] { there = resavedSpeciesFile(file); }).join();
-        QCOMPARE(there, resavedSpeciesFile(file));
+        std::thread([&] { there = asSavedSpeciesFile(file); }).join();
+        QCOMPARE(there, asSavedSpeciesFile(file));
     }
 };
 
-QTEST_GUILESS_MAIN(TestResaved)
-#include "tst_resaved.moc"
+QTEST_GUILESS_MAIN(TestAsSaved)
+#include "tst_assaved.moc"

@@ -8,7 +8,10 @@
 
 // The species file's object, with "Type", as the editor writes it after loading file: spectra are
 // numbered anew in the order in which they are loaded, and what the records do not know is gone.
-[[nodiscard]] QJsonObject resavedSpeciesFile(const QJsonObject &file);
+[[nodiscard]] QJsonObject asSavedSpeciesFile(const QJsonObject &file);
 
 // The same for the object of a spectrum file.
-[[nodiscard]] QJsonObject resavedSpectrumFile(const QJsonObject &file);
+[[nodiscard]] QJsonObject asSavedSpectrumFile(const QJsonObject &file);
+
+// The same for a spectrum object within a species file.
+[[nodiscard]] QJsonObject asSavedSpectrum(const QJsonObject &spectrum);
