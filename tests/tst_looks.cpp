@@ -22,12 +22,14 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMdiArea>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QProxyStyle>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QStyleFactory>
 #include <QStyleOption>
 #include <QTabBar>
@@ -202,6 +204,7 @@ private slots:
     void windowFitsOnASmallScreen();
     void chartKeepsItsShareWithLargeLetters_data();
     void chartKeepsItsShareWithLargeLetters();
+    void aFormThatIsLargerThanItsAreaScrolls();
     void selectionOfAnyThemeIsReadable_data();
     void selectionOfAnyThemeIsReadable();
 
@@ -581,6 +584,36 @@ void TestLooks::chartKeepsItsShareWithLargeLetters()
             const auto *memo = window.findChild<QWidget *>(QLatin1String(name));
             QVERIFY(memo->height() >= 2 * memo->fontMetrics().lineSpacing());
         }
+    }
+    QApplication::setFont(usual);
+}
+
+// Once its fields of several lines are as low as they get.
+void TestLooks::aFormThatIsLargerThanItsAreaScrolls()
+{
+    const QFont usual = QApplication::font();
+    QFont font = usual;
+    font.setPointSize(22);
+    QApplication::setFont(font);
+    {
+        MainWindowFixture f;
+        f.window.createNewSpectrumWindow(fullSpectrum());
+        f.window.resize(1500, 700);
+        const auto *area = f.find<QMdiArea>(QStringLiteral("mdiArea"));
+        QScrollBar *bar = area->verticalScrollBar();
+        QTRY_VERIFY(bar->maximum() > 0);
+        for (const char *name : {"textEditCitations", "textEditComments"}) {
+            const auto *memo = f.find<QWidget>(QLatin1String(name));
+            QVERIFY(memo->height() <= memo->minimumSizeHint().height());
+        }
+        const auto isSeen = [&](const QWidget *widget) {
+            const QRect place(widget->mapTo(area->viewport(), QPoint()), widget->size());
+            return place.top() >= 0 && place.bottom() < area->viewport()->height();
+        };
+        const auto *chart = f.find<QWidget>(QStringLiteral("chartSpectrum"));
+        QVERIFY(!isSeen(chart));
+        bar->setValue(bar->maximum());
+        QTRY_VERIFY(isSeen(chart));
     }
     QApplication::setFont(usual);
 }
