@@ -6,6 +6,9 @@
 #include "files/jsonfile.h"
 #include "species/speciesfile.h"
 
+#include <QFile>
+#include <QFileInfo>
+
 #include <algorithm>
 #include <utility>
 
@@ -35,6 +38,7 @@ bool MemberReader::fill()
     const qint64 got = m_device.read(m_buffer.data(), pieceSize);
     m_failed = m_failed || got < 0;
     m_buffer.resize(std::max<qint64>(got, 0));
+    m_read += m_buffer.size();
     m_at = m_keptTo = 0;
     return !m_buffer.isEmpty();
 }
@@ -218,4 +222,20 @@ FileKind kindByFirstKeys(QIODevice &device)
         }
     }
     return FileKind::Other;
+}
+
+bool isDatabaseFile(const QString &path)
+{
+    QFile file(path);
+    // Opening a pipe would wait for a writer that may never come.
+    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly)
+        || kindByFirstKeys(file) != FileKind::Database || !file.seek(0))
+        return false;
+    MemberReader reader(file);
+    QString type;
+    while (reader.next()) {
+        if (reader.key() == typeKey)
+            type = reader.takeString();
+    }
+    return type == databaseFileType || reader.error() || reader.hasFailed();
 }

@@ -26,6 +26,9 @@ public:
     // The key, escapes resolved, and the place of its opening quote.
     [[nodiscard]] QString key() const;
     [[nodiscard]] TextPosition keyPosition() const { return m_keyPosition; }
+    // How many bytes of the device have been read: up to the value before the member is taken, and
+    // up to its end behind that.
+    [[nodiscard]] qint64 offset() const { return m_read - (m_buffer.size() - m_at); }
 
     // An object of this member alone: "{", the member as it stands in the text, and "}", which is
     // missing where the text ends within the member. Nothing if the member has more than
@@ -59,6 +62,7 @@ private:
 
     QIODevice &m_device;
     QByteArray m_buffer;
+    qint64 m_read = 0;      // from the device
     qsizetype m_at = 0;     // in m_buffer
     qsizetype m_keptTo = 0; // up to here m_member has what is to be kept of it
     TextPosition m_position;
@@ -78,3 +82,7 @@ private:
 // or the species, of entries or the header, or the "Type". Other if none of these is found.
 enum class FileKind { Other, Species, Database };
 [[nodiscard]] FileKind kindByFirstKeys(QIODevice &device);
+
+// Whether the file is a database by its first keys and by its "Type", or would be if it were not
+// broken. Memory does not grow with the file.
+[[nodiscard]] bool isDatabaseFile(const QString &path);

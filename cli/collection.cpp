@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/collection.h"
 
+#include "check/memberreader.h"
 #include "cli/console.h"
 #include "cli/filenames.h"
 #include "cli/readfile.h"
@@ -10,11 +11,14 @@
 #include "spectrum/spectrumfile.h"
 
 #include <QCryptographicHash>
+#include <QFile>
 #include <QHash>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QRegularExpression>
 
-#include <algorithm>
+#include <map>
+#include <utility>
 #include <vector>
 
 namespace
@@ -39,6 +43,79 @@ CollectionEntry recognised(const QByteArray &name, QJsonObject object)
     entry.species = isSpecies ? textOf(profile, "Name") : textOf(object, "Title");
     return entry;
 }
+
+// Takes the entries of a database one after the other; of two with one key the last counts, as for
+// every reader of objects.
+class DatabaseCollector
+{
+public:
+    DatabaseCollector(const InputFile &database, Console &console)
+        : m_database(database), m_console(console), m_file(database.path), m_reader(m_file)
+    {
+    }
+
+    std::optional<Collection> collect()
+    {
+        if (!m_file.open(QIODevice::ReadOnly))
+            return fail(whyUnreadable(m_database, FileProblem::Inaccessible));
+        while (m_reader.next()) {
+            if (!takeMember())
+                return std::nullopt;
+        }
+        if (m_reader.hasFailed())
+            return fail("cannot be read");
+        if (const auto &error = m_reader.error())
+            return fail("line " + QByteArray::number(error->position.line) + ": "
+                        + error->message.toUtf8());
+        for (auto &[key, entry] : m_entries)
+            m_collection.entries.append(std::move(entry));
+        return std::move(m_collection);
+    }
+
+private:
+    std::nullopt_t fail(const QByteArray &reason)
+    {
+        m_console.error(shownName(m_database.name) + ": " + shownName(reason));
+        return std::nullopt;
+    }
+
+    bool takeMember()
+    {
+        static const QRegularExpression form(QStringLiteral("^Entry([0-9]+)\\z"));
+        const QByteArray name = m_reader.key().toUtf8();
+        const qint64 offset = m_reader.offset();
+        const std::optional<QByteArray> text = m_reader.take(largestJsonFile);
+        if (!text)
+            fail(name + ": too large");
+        QJsonParseError error{};
+        const QJsonObject member = QJsonDocument::fromJson(text.value_or("{}"), &error).object();
+        if (error.error != QJsonParseError::NoError)
+            fail(name + ": no JSON: " + error.errorString().toUtf8());
+        if (!text || error.error != QJsonParseError::NoError)
+            return false;
+        const QString key = member.begin().key();
+        const QRegularExpressionMatch match = form.match(key);
+        if (match.hasMatch()) {
+            CollectionEntry entry = recognised(name, member.begin().value().toObject());
+            entry.path = m_database.path;
+            entry.offset = offset;
+            entry.size = m_reader.offset() - offset;
+            m_entries.insert_or_assign({match.captured(1).toULongLong(), key}, std::move(entry));
+        } else if (key == headerKey) {
+            m_collection.header = member.begin().value().toObject();
+        } else if (key != typeKey) {
+            m_collection.rest.insert(key, member.begin().value());
+        }
+        return true;
+    }
+
+    const InputFile &m_database;
+    Console &m_console;
+    QFile m_file;
+    MemberReader m_reader;
+    Collection m_collection;
+    std::map<std::pair<qulonglong, QString>, CollectionEntry> m_entries; // by their numbers
+};
 
 // Pairs step by step those that are still free.
 class Pairing
@@ -98,7 +175,18 @@ private:
 
 std::optional<QJsonObject> CollectionEntry::read() const
 {
-    return path.isEmpty() ? std::optional(object) : readJsonObject(path);
+    if (size == 0)
+        return readJsonObject(path);
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || !file.seek(offset))
+        return std::nullopt;
+    // Between its key and its value there is the colon.
+    const QByteArray value = file.read(size).trimmed().mid(1);
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson("[" + value + "]", &error);
+    if (error.error != QJsonParseError::NoError)
+        return std::nullopt;
+    return document.array().at(0).toObject();
 }
 
 Collection collectionInFolder(const QByteArray &folder, Console &console)
@@ -111,6 +199,8 @@ Collection collectionInFolder(const QByteArray &folder, Console &console)
     for (qsizetype i = 0; i < list.files.size(); ++i) {
         progress.advance(i);
         const InputFile &input = list.files[i];
+        if (!input.isNamed && isDatabaseFile(input.path))
+            continue;
         const std::optional<QJsonObject> object = readObject(input, console);
         if (object && isPassedOver(input, *object, PassOver::Databases))
             continue;
@@ -127,26 +217,9 @@ Collection collectionInFolder(const QByteArray &folder, Console &console)
     return collection;
 }
 
-Collection collectionInDatabase(const QJsonObject &database)
+std::optional<Collection> collectionInDatabase(const InputFile &database, Console &console)
 {
-    static const QRegularExpression form(QStringLiteral("^Entry([0-9]+)\\z"));
-    Collection collection;
-    collection.header = database.value(headerKey).toObject();
-    collection.rest = database;
-    collection.rest.remove(typeKey);
-    collection.rest.remove(headerKey);
-    QList<std::pair<qulonglong, QString>> keys; // the entries by their numbers
-    for (const QString &key : database.keys()) {
-        if (const QRegularExpressionMatch match = form.match(key); match.hasMatch())
-            keys.append({match.captured(1).toULongLong(), key});
-    }
-    std::sort(keys.begin(), keys.end());
-    for (const auto &[number, key] : std::as_const(keys)) {
-        const QJsonObject object = collection.rest.take(key).toObject();
-        collection.entries.append(recognised(key.toUtf8(), object));
-        collection.entries.last().object = object;
-    }
-    return collection;
+    return DatabaseCollector(database, console).collect();
 }
 
 EntryPairs pairedEntries(const Collection &before, const Collection &after)

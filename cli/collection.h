@@ -10,20 +10,22 @@
 #include <utility>
 
 class Console;
+struct InputFile;
 
-// An entry of a collection, and what it is recognised by. Those of a folder are read when they are
-// needed, so that two collections do not have to fit into memory.
+// An entry of a collection, and what it is recognised by. It is read when it is needed, so that two
+// collections do not have to fit into memory.
 struct CollectionEntry {
-    QByteArray name;    // in the folder, with "/" between its parts, or the key in the database
-    QString path;       // of the file; empty in a database
-    QJsonObject object; // in a database
-    QByteArray kind;    // its "Type"; entries of databases are species
-    QByteArray digest;  // of all but its "Type"
+    QByteArray name;   // in the folder, with "/" between its parts, or the key in the database
+    QString path;      // of the file or of the database
+    qint64 offset = 0; // of its value in the database
+    qint64 size = 0;   // of that, in bytes; 0 if the entry is a file of its own
+    QByteArray kind;   // its "Type"; entries of databases are species
+    QByteArray digest; // of all but its "Type"
     QByteArray cas;
     QByteArray inchi;
     QByteArray species; // its name, or the title of a spectrum, without markup
 
-    // Nothing if the file cannot be read any more.
+    // Nothing if it cannot be read any more.
     [[nodiscard]] std::optional<QJsonObject> read() const;
 };
 
@@ -39,7 +41,10 @@ struct Collection {
 // Says on standard error which files cannot be read or are none of the collection's.
 [[nodiscard]] Collection collectionInFolder(const QByteArray &folder, Console &console);
 
-[[nodiscard]] Collection collectionInDatabase(const QJsonObject &database);
+// Nothing, and a word on standard error, if the database is broken: what stands behind that place
+// would seem to be missing.
+[[nodiscard]] std::optional<Collection> collectionInDatabase(const InputFile &database,
+                                                             Console &console);
 
 struct EntryPairs {
     QList<std::pair<const CollectionEntry *, const CollectionEntry *>> pairs;

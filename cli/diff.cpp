@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "check/memberreader.h"
 #include "cli/collection.h"
 #include "cli/command.h"
 #include "cli/console.h"
@@ -47,7 +48,7 @@ struct Operand {
     enum Kind { Species, Spectrum, Database, Folder };
     QByteArray name;
     Kind kind;
-    QJsonObject object; // of a file
+    QJsonObject object; // of a species or spectrum file
 
     [[nodiscard]] bool isCollection() const { return kind == Database || kind == Folder; }
 };
@@ -59,11 +60,13 @@ std::optional<Operand> readOperand(const QByteArray &name, Console &console)
     const InputFile input{name, libraryPath(name)};
     if (QFileInfo(input.path).isDir())
         return Operand{name, Operand::Folder, {}};
+    if (isDatabaseFile(input.path))
+        return Operand{name, Operand::Database, {}};
     const std::optional<QJsonObject> object = readObject(input, console);
     if (!object)
         return std::nullopt;
     if (hasType(*object, databaseFileType))
-        return Operand{name, Operand::Database, *object};
+        return Operand{name, Operand::Database, {}};
     if (spectraOf(*object))
         return Operand{name,
                        hasType(*object, speciesFileType) ? Operand::Species : Operand::Spectrum,
@@ -77,10 +80,15 @@ class Comparison
 public:
     explicit Comparison(Console &console) : m_console(console) {}
 
-    void compareCollections(const Operand &before, const Operand &after)
+    // False if one of them cannot be compared.
+    [[nodiscard]] bool compareCollections(const Operand &before, const Operand &after)
     {
-        const Collection old = collectionOf(before);
-        const Collection present = collectionOf(after);
+        const std::optional<Collection> first = collectionOf(before);
+        const std::optional<Collection> second = first ? collectionOf(after) : std::nullopt;
+        if (!second)
+            return false;
+        const Collection &old = *first;
+        const Collection &present = *second;
         report.areCollections = true;
         if (before.kind == after.kind)
             report.header = fieldDifferences(old.header, present.header)
@@ -95,6 +103,7 @@ public:
             report.entries.append({entry->name, {}, entry->species, {}});
         for (const CollectionEntry *entry : paired.added)
             report.entries.append({{}, entry->name, entry->species, {}});
+        return true;
     }
 
     void compareFiles(const Operand &before, const Operand &after)
@@ -110,11 +119,11 @@ public:
     bool isWhole = true; // false if something could not be read
 
 private:
-    Collection collectionOf(const Operand &operand)
+    std::optional<Collection> collectionOf(const Operand &operand)
     {
-        Collection collection = operand.kind == Operand::Folder
-                                    ? collectionInFolder(operand.name, m_console)
-                                    : collectionInDatabase(operand.object);
+        if (operand.kind == Operand::Database)
+            return collectionInDatabase({operand.name, libraryPath(operand.name)}, m_console);
+        Collection collection = collectionInFolder(operand.name, m_console);
         isWhole = isWhole && collection.isWhole;
         return collection;
     }
@@ -166,10 +175,10 @@ int run(const Arguments &arguments, Console &console)
     Comparison comparison(console);
     comparison.report.before = names[0];
     comparison.report.after = names[1];
-    if (before->isCollection())
-        comparison.compareCollections(*before, *after);
-    else
+    if (!before->isCollection())
         comparison.compareFiles(*before, *after);
+    else if (!comparison.compareCollections(*before, *after))
+        return exitFailure;
     console.out(form == "json" ? diffJson(comparison.report) : diffText(comparison.report));
     if (!comparison.isWhole)
         return exitFailure;

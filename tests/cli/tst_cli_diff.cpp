@@ -14,6 +14,12 @@
 
 #include <array>
 
+// The sanitizers' own memory is many times the program's.
+#if defined(Q_OS_UNIX) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#define MEASURES_MEMORY
+#include <sys/resource.h>
+#endif
+
 using Points = QList<QPointF>;
 
 // zoravel diff.
@@ -247,6 +253,95 @@ private slots:
                                  "  added\n");
     }
 
+    void ofAnEntryThatIsThereTwiceTheLastCounts()
+    {
+        const QByteArray entry = R"("Entry1": {"Species": {"CAS": "1"}}, )";
+        const QByteArray other = R"("Entry1": {"Species": {"CAS": "2"}}, )";
+        writeFile(QStringLiteral("a.json"), '{' + other + entry + R"("Type": "Database v1"})");
+        writeFile(QStringLiteral("b.json"), '{' + entry + R"("Type": "Database v1"})");
+        TestConsole console;
+        QCOMPARE(console.run({"diff", "a.json", "b.json"}), 0);
+        QCOMPARE(console.output + console.errors, "");
+    }
+
+    void keysOfADatabaseBesideItsEntriesAreCompared()
+    {
+        const QByteArray start = R"({"Header": {}, "Entry1": {"Species": {}}, )";
+        writeFile(QStringLiteral("a.json"), start + R"("Note": 1, "Type": "Database v1"})");
+        writeFile(QStringLiteral("b.json"), start + R"("Note": 2, "Type": "Database v1"})");
+        TestConsole console;
+        QCOMPARE(console.run({"diff", "a.json", "b.json"}), 1);
+        QCOMPARE(console.output, "Header\n  Note: 1 -> 2\n");
+    }
+
+    void aDatabaseWhoseFirstKeysAreOfAnotherFileIsADatabaseAndTheOtherWayRound()
+    {
+        writeFile(QStringLiteral("a.json"),
+                  R"({"Species": 1, "Entry1": {"Species": {"CAS": "1"}}, "Type": "Database v1"})");
+        writeFile(QStringLiteral("b.json"),
+                  R"({"Header": 1, "Species": {"CAS": "1"}, "Type": "Species v1"})");
+        TestConsole console;
+        QCOMPARE(console.run({"diff", "a.json", "b.json"}), 3);
+        QCOMPARE(console.errors, "zoravel: a database and a species file cannot be compared\n");
+        QCOMPARE(console.run({"diff", "a.json", "a.json"}), 0);
+        QCOMPARE(console.run({"diff", "b.json", "b.json"}), 0);
+    }
+
+    void aBrokenDatabaseIsNotCompared_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QByteArray>("message");
+        const QByteArray start = R"({"Type": "Database v1", "Entry1": )";
+        QTest::newRow("cut off within an entry")
+            << QByteArray(start + R"({"Species": {)") << QByteArray("Entry1: no JSON");
+        QTest::newRow("wrong entry")
+            << QByteArray(start + "{], \"Entry2\": {}}") << QByteArray("Entry1: no JSON");
+        QTest::newRow("more behind it")
+            << QByteArray(start + "{}} x") << QByteArray("line 1: More follows");
+        QTest::newRow("comma missing")
+            << QByteArray(start + "{}\n\"Entry2\": {}}") << QByteArray("line 2: A comma");
+    }
+    void aBrokenDatabaseIsNotCompared()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(QByteArray, message);
+        writeFile(QStringLiteral("a.json"),
+                  R"({"Entry1": {"Species": {}}, "Type": "Database v1"})");
+        writeFile(QStringLiteral("b.json"), text);
+        for (const QByteArrayList &names :
+             {QByteArrayList{"a.json", "b.json"}, {"b.json", "a.json"}}) {
+            TestConsole console;
+            QCOMPARE(console.run(QByteArrayList{"diff"} + names), 3);
+            QCOMPARE(console.output, "");
+            QVERIFY2(console.errors.startsWith(QByteArray("zoravel: b.json: " + message)),
+                     console.errors.constData());
+            QCOMPARE(console.errors.count('\n'), 1);
+        }
+    }
+
+    void databasesOfAnySizeNeedTheMemoryOfAnEntry()
+    {
+#ifndef MEASURES_MEMORY
+        QSKIP("memory is not that of the program");
+#else
+        // Returns the most memory that the process has had, in MB.
+        const auto compare = [](int entries) {
+            writeDatabase(QStringLiteral("a.json"), entries, 0);
+            writeDatabase(QStringLiteral("b.json"), entries, 3);
+            TestConsole console;
+            if (console.run({"diff", "a.json", "b.json"}) != 1
+                || console.output != "Entry3\n  Profile\n    VIE: \"1\" -> \"2\"\n")
+                qFatal("the databases are not compared");
+            rusage usage{};
+            getrusage(RUSAGE_SELF, &usage);
+            return double(usage.ru_maxrss) / 1024;
+        };
+        const double small = compare(5);
+        const double large = compare(60); // 24 MB each
+        QVERIFY2(large - small < 16, qPrintable(QString::number(large - small)));
+#endif
+    }
+
     void aFolderIsComparedWithItsDatabase()
     {
         makeFolder(QStringLiteral("f"), {{"a.json", "A", "1"}, {"b.json", "B", "2"}});
@@ -299,6 +394,22 @@ private slots:
 
 private:
     // Files of species with a name and a CAS number.
+    // Of entries of 400 kB; the changed one has another VIE.
+    static void writeDatabase(const QString &name, int entries, int changed)
+    {
+        const QByteArray points = "[0" + QByteArray(",1").repeated(100'000) + ']';
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("{\"Type\": \"Database v1\"");
+        for (int i = 1; i <= entries; ++i) {
+            const QByteArray number = QByteArray::number(i);
+            file.write(",\n\"Entry" + number + "\": {\"Species\": {\"CAS\": \"" + number
+                       + "\", \"VIE\": \"" + (i == changed ? '2' : '1')
+                       + "\"}, \"Dataset1\": {\"E\": " + points + ", \"I\": " + points + "}}");
+        }
+        file.write("}");
+    }
+
     static void makeFolder(const QString &folder, const QList<std::array<const char *, 3>> &files)
     {
         for (const auto &[file, name, cas] : files) {
