@@ -23,11 +23,11 @@
 # Each ends the script with a message when it cannot do its work or finds something else. Needs the
 # packages of display.sh, xclip, xset, jq, python3 and tesseract-ocr.
 
-gui_folder=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+display_scripts=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 # shellcheck disable=SC2034  # the scripts start from copies of them
-examples=$(cd "$gui_folder/../../examples" && pwd)
+examples=$(cd "$display_scripts/../../examples" && pwd)
 # shellcheck source=display.sh
-. "$gui_folder/display.sh"
+. "$display_scripts/display.sh"
 
 [[ $# -ge 1 && -x $1 ]] || fail "usage: $0 <program>"
 program_file=$(realpath "$1")
@@ -218,7 +218,7 @@ find_place()
     layout=${layout% \*}
     if [[ -z ${places[$layout $1]:-} ]]; then
         screenshot "$window" "$picture"
-        found=$(python3 "$gui_folder/find_fields.py" "$picture") || fail "cannot find the fields"
+        found=$(python3 "$display_scripts/find_fields.py" "$picture") || fail "cannot find the fields"
         while read -r name x y; do
             places[$layout $name]="$x $y"
         done <<<"$found"

@@ -9,7 +9,7 @@ import xml.etree.ElementTree
 
 import pages
 
-ROOT = pathlib.Path(__file__).resolve().parents[2]
+ROOT = pathlib.Path(__file__).resolve().parents[3]
 DOCS = ROOT / "docs"
 
 GOOD_PAGE = """# A title

@@ -17,7 +17,7 @@ import unittest
 
 from jsonschema import Draft202012Validator, FormatChecker
 
-ROOT = pathlib.Path(__file__).resolve().parents[2]
+ROOT = pathlib.Path(__file__).resolve().parents[3]
 RESAVE = None  # the program
 KINDS = ("species", "spectrum", "database")
 TYPE = {"species": "Species v1", "spectrum": "Spectrum v1", "database": "Database v1"}
