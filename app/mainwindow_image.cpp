@@ -53,17 +53,20 @@ void MainWindow::onImageDownloaded(QNetworkReply *reply)
     reply->deleteLater();
     if (isCancelled(reply))
         return;
-    const bool tooLarge = reply->property(tooLargeProperty).toBool();
-    if (reply->error() != QNetworkReply::NoError && !tooLarge) {
+    const bool isCutOff = reply->property(tooLargeProperty).toBool();
+    if (reply->error() != QNetworkReply::NoError && !isCutOff) {
         showMessage(this, QMessageBox::Critical, tr("Download Failed"),
                     tr("Failed to download the image."));
         return;
     }
-    const QByteArray body = tooLarge ? QByteArray() : reply->readAll();
-    const QImage image = body.size() > largestStructureImage ? QImage() : decodePicture(body);
+    const QByteArray body = isCutOff ? QByteArray() : reply->readAll();
+    const bool isTooLarge = isCutOff || body.size() > largestStructureImage;
+    const QImage image = isTooLarge ? QImage() : decodePicture(body);
     if (image.isNull())
         showMessage(this, QMessageBox::Critical, tr("Image Error"),
-                    tr("Failed to load the image data."));
+                    tr("Failed to load the image data."),
+                    isTooLarge ? tr("It is larger than %1 MB.").arg(largestStructureImage >> 20)
+                               : QString());
     else
         setImage(image);
 }
@@ -116,7 +119,8 @@ void MainWindow::pasteImageFromClipboard()
     }
     if (!canBeReloaded(image)) {
         showMessage(this, QMessageBox::Critical, tr("Image Error"),
-                    tr("Failed to load the image data."));
+                    tr("Failed to load the image data."),
+                    tr("It has more pixels than an entry can hold."));
         return;
     }
     setImage(image);

@@ -409,6 +409,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>It is larger than %1 MB.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>%1 by %2 pixels</source>
         <translation type="unfinished"></translation>
     </message>
@@ -422,6 +426,10 @@
     </message>
     <message>
         <source>The clipboard does not contain an image.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It has more pixels than an entry can hold.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

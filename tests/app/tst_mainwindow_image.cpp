@@ -242,37 +242,42 @@ private slots:
         QTest::addColumn<QList<HttpsService::Answer>>("answers");
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("remark");
         const QString failed = QStringLiteral("Download Failed");
         const QString failedText = QStringLiteral("Failed to download the image.");
         const QString image = QStringLiteral("Image Error");
         const QString imageText = QStringLiteral("Failed to load the image data.");
+        const QString none;
         using Answers = QList<HttpsService::Answer>;
         const QByteArray png = encoded(drawing(), "PNG");
-        QTest::newRow("not found")
-            << Answers{HttpsService::response("404 Not Found", png)} << failed << failedText;
+        QTest::newRow("not found") << Answers{HttpsService::response("404 Not Found", png)}
+                                   << failed << failedText << none;
         QTest::newRow("server error")
-            << Answers{HttpsService::response("500 Oops", png)} << failed << failedText;
+            << Answers{HttpsService::response("500 Oops", png)} << failed << failedText << none;
         QTest::newRow("broken") << Answers{[png](QSslSocket *socket) {
             socket->write("HTTP/1.1 200 OK\r\nContent-Length: 100000\r\n\r\n" + png);
             socket->disconnectFromHost();
-        }} << failed << failedText;
+        }} << failed << failedText
+                                << none;
         QTest::newRow("no answer")
-            << Answers{[](QSslSocket *socket) { socket->abort(); }} << failed << failedText;
+            << Answers{[](QSslSocket *socket) { socket->abort(); }} << failed << failedText << none;
         QTest::newRow("redirected to plain http") << Answers{HttpsService::response(
             "302 Found", {}, "Location: http://127.0.0.1:9/image\r\n")}
-                                                  << failed << failedText;
+                                                  << failed << failedText << none;
         QTest::newRow("web page") << Answers{HttpsService::response(ok, "<html>none</html>")}
-                                  << image << imageText;
-        QTest::newRow("empty") << Answers{HttpsService::response(ok, {})} << image << imageText;
+                                  << image << imageText << none;
+        QTest::newRow("empty") << Answers{HttpsService::response(ok, {})} << image << imageText
+                               << none;
         QTest::newRow("cut off picture")
-            << Answers{HttpsService::response(ok, png.first(20))} << image << imageText;
+            << Answers{HttpsService::response(ok, png.first(20))} << image << imageText << none;
         QTest::newRow("more than 16 MB")
             << Answers{HttpsService::response(ok, png + QByteArray(17 << 20, 'x'))} << image
-            << imageText;
+            << imageText << QStringLiteral("It is larger than 16 MB.");
         QImage large(10000, 10000, QImage::Format_Mono);
         large.fill(1);
         QTest::newRow("more than 64 megapixels")
-            << Answers{HttpsService::response(ok, encoded(large, "PNG"))} << image << imageText;
+            << Answers{HttpsService::response(ok, encoded(large, "PNG"))} << image << imageText
+            << none;
     }
     void errorsAreSaidAndChangeNothing()
     {
@@ -288,6 +293,7 @@ private slots:
         QCOMPARE(dialogs.boxes.value(0).icon, QMessageBox::Critical);
         QCOMPARE(dialogs.boxes.value(0).title, title);
         QCOMPARE(dialogs.boxes.value(0).text, text);
+        QTEST(dialogs.boxes.value(0).informativeText, "remark");
         QCOMPARE(dialogs.boxes.value(0).parent, &fixture.window);
         QVERIFY(image(fixture).isNull());
         QVERIFY(!fixture.isModified());
@@ -396,6 +402,8 @@ private slots:
         dialogs.press();
         fixture.window.pasteImageFromClipboard();
         QCOMPARE(dialogs.boxes.value(0).title, QStringLiteral("Image Error"));
+        QCOMPARE(dialogs.boxes.value(0).informativeText,
+                 QStringLiteral("It has more pixels than an entry can hold."));
         QVERIFY(image(fixture).isNull());
         QGuiApplication::clipboard()->clear();
     }
