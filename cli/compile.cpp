@@ -160,7 +160,7 @@ std::optional<CompileError> write(const Job &job, Console &console)
         progress.advance(done);
         return !InterruptionHold::isRequested();
     };
-    const std::optional<CompileError> error =
+    std::optional<CompileError> error =
         compileDatabase(job.paths, output.path(), job.header, job.format, advance);
     progress.clear();
     if (error && error->kind != CompileError::UnwritableOutput)
