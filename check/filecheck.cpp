@@ -70,12 +70,12 @@ FileFacts::Kind checkDocument(const JsonText &text, QDate today, FindingList &fi
     checkDuplicateKeys(root, findings);
     if (name == speciesFileType) {
         checkSpeciesObject(root, Envelope::File, today, findings, facts);
-        checkSaving(text, true, findings);
+        checkSaving(text, findings);
         return FileFacts::Species;
     }
     if (name == spectrumFileType) {
         checkDataset(root, true, {}, today, findings, facts);
-        checkSaving(text, false, findings);
+        checkSaving(text, findings);
         return FileFacts::Spectrum;
     }
     reportType(root, findings);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "check/findinglist.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace
@@ -72,6 +73,14 @@ void FindingList::addAtPlace(Check check, const Place &place, const QString &mes
     append(check, place, message, hint, {});
 }
 
+bool FindingList::hasAny(bool (*belongs)(Check)) const
+{
+    const auto checks = allChecks();
+    return std::any_of(checks.begin(), checks.end(), [&](const CheckInfo &info) {
+        return has(info.check) && belongs(info.check);
+    });
+}
+
 Place FindingList::placeOf(const JsonValue &value)
 {
     const TextPosition position = m_positions.at(value.begin());
@@ -89,7 +98,7 @@ void FindingList::append(Check check, const Place &place, const QString &message
                          const QString &source, bool endsReading)
 {
     m_found.set(static_cast<std::size_t>(check));
-    if (!m_enabled.test(static_cast<std::size_t>(check)))
+    if (!isAsked(check))
         return;
     m_findings.append({.check = check,
                        .severity = severity.value_or(infoOf(check).severity),

@@ -48,6 +48,13 @@ public:
         return m_found.test(static_cast<std::size_t>(check));
     }
 
+    // Whether one has of those for which belongs is true.
+    [[nodiscard]] bool hasAny(bool (*belongs)(Check)) const;
+    [[nodiscard]] bool isAsked(Check check) const
+    {
+        return m_enabled.test(static_cast<std::size_t>(check));
+    }
+
     [[nodiscard]] Place placeOf(const JsonValue &value);
     [[nodiscard]] Place placeOfKey(const JsonValue &member);
     [[nodiscard]] QList<Finding> take() { return std::move(m_findings); }

@@ -3,9 +3,6 @@
 
 #include "spectrum/points.h"
 
-#include <QPointF>
-#include <QString>
-
 #include <charconv>
 #include <cmath>
 #include <system_error>
@@ -77,12 +74,6 @@ double lastDigitOf(QByteArrayView raw)
     return std::pow(10.0, exponent - decimals);
 }
 
-double loadedValue(double value)
-{
-    const std::optional<QPointF> point = parsePoint(loadedPointLine(value, 0));
-    return point ? point->x() : value;
-}
-
 bool losesDigits(QByteArrayView raw, double value)
 {
     constexpr int mostMeasuredDigits = 12;
@@ -91,5 +82,5 @@ bool losesDigits(QByteArrayView raw, double value)
     if (digits <= keptDigits)
         return false;
     return digits <= mostMeasuredDigits
-           || std::abs(loadedValue(value) - value) > computation * std::abs(value);
+           || std::abs(loadedNumber(value) - value) > computation * std::abs(value);
 }

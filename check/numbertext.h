@@ -5,9 +5,6 @@
 
 #include <optional>
 
-// Significant digits that the editor keeps of energies and intensities.
-inline constexpr int keptDigits = 6;
-
 // What a number looks like as it stands in a JSON text.
 struct NumberForm {
     int significantDigits; // without zeros before and behind
@@ -21,8 +18,6 @@ struct NumberForm {
 // The weight of the last digit that is written: 0.01 for 1.25, 100 for 3e2.
 [[nodiscard]] double lastDigitOf(QByteArrayView raw);
 
-// What loading makes of an energy or intensity.
-[[nodiscard]] double loadedValue(double value);
-
-// Whether loading changes the number more than a rounding error of its computation would.
+// Whether loading changes the energy or intensity more than a rounding error of its computation
+// would.
 [[nodiscard]] bool losesDigits(QByteArrayView raw, double value);

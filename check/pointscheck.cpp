@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "check/pointscheck.h"
 
-#include "check/numbertext.h"
+#include "spectrum/points.h"
 
 #include <algorithm>
 #include <bit>
@@ -89,7 +89,7 @@ void checkRepetition(const PointArrays &points, FindingList &findings)
         forSteps(
             points.energiesEv,
             [](double before, double after) {
-                return after != before && loadedValue(after) == loadedValue(before);
+                return after != before && loadedNumber(after) == loadedNumber(before);
             },
             report(QStringLiteral("equals the one before it when six digits are kept")));
 }

@@ -2,6 +2,7 @@
 #include "check/numbertext.h"
 #include "check/pointscheck.h"
 #include "check/recordcheck.h"
+#include "spectrum/points.h"
 #include "spectrum/spectrumobject.h"
 
 #include <QLocale>
@@ -65,7 +66,7 @@ public:
             findings.add(Check::DigitsLost, m_rounded.first,
                          QStringLiteral("%1 is loaded as %2%3")
                              .arg(QString::fromLatin1(raw),
-                                  QString::number(loadedValue(valueOf(raw).value_or(0)), 'g',
+                                  QString::number(loadedNumber(valueOf(raw).value_or(0)), 'g',
                                                   QLocale::FloatingPointShortest),
                                   m_rounded.others()),
                          QStringLiteral("The editor keeps six significant digits."));

@@ -4,14 +4,31 @@
 #include "check/findinglist.h"
 #include "check/jsontext.h"
 
-#include <optional>
+#include <QByteArray>
+#include <QByteArrayList>
+#include <QJsonObject>
 
-// Reports if the editor would write the species or spectrum file in another way after loading it.
-// Nothing is said where another finding has named what changes.
-void checkSaving(const JsonText &text, bool isSpecies, FindingList &findings);
+// A file, and what the editor writes after loading it (asSavedFile()).
 
-// The offset of the first byte, in the layout or else in a value, that the editor would write in
-// another way after loading the text; nothing if it would write the same bytes. The bytes of a
-// picture do not count as long as it is the PNG of one that decodes. This follows what loading and
-// saving do without doing it, which would take several times as long as all other checks.
-[[nodiscard]] std::optional<qsizetype> placeThatSavingChanges(const JsonText &text, bool isSpecies);
+// Reports if the bytes of a species or spectrum file would be others. Nothing is said where another
+// finding has named what changes.
+void checkSaving(const JsonText &text, FindingList &findings);
+
+// Whether a finding of the check names what is lost with the next save.
+[[nodiscard]] bool saysWhySavingChanges(Check check);
+
+// What of the file's object before is not in after, the object that the editor would save of it:
+// one line for each place, by its path from the top ("/Species/Note: ..."; "Spectrum" for a
+// spectrum file as a whole). Numbers of an array are taken together. Spectra that only get another
+// number, a picture that is encoded anew, and points in another form are not lost.
+[[nodiscard]] QByteArrayList lossesBetween(const QJsonObject &before, const QJsonObject &after);
+
+// A line of the same form for each value of the JSON text whose key is written again below it,
+// which no reader of objects gets to see.
+[[nodiscard]] QByteArrayList lossesInReading(const QByteArray &json);
+
+// Why the editor would lose points of the spectrum object; empty if it would not.
+[[nodiscard]] QByteArray whyPointsAreLost(const QJsonObject &spectrum);
+
+// What the objects of points hold besides their two numbers, which nobody reads; empty if nothing.
+[[nodiscard]] QByteArray whatElsePointsHold(const QJsonObject &spectrum);

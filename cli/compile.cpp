@@ -119,6 +119,8 @@ Report errorsIn(const Job &job, Console &console)
     Progress progress(console, "Checking", job.inputs.size());
     CheckOptions checking;
     checking.jobs = std::max(static_cast<int>(std::thread::hardware_concurrency()), 1);
+    // To know what saving would change takes most of the time, and is no error.
+    checking.file.enabled.reset(static_cast<std::size_t>(Check::WouldChange));
     checking.progress = [&](qsizetype done) {
         progress.advance(done);
         return true;

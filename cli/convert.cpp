@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "check/savecheck.h"
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/convertjob.h"
 #include "cli/filenames.h"
-#include "cli/jsonlosses.h"
 #include "cli/pickspectrum.h"
 #include "cli/readfile.h"
 #include "cli/writefile.h"

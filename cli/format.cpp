@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "check/savecheck.h"
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/filenames.h"
-#include "cli/jsonlosses.h"
 #include "cli/readfile.h"
 #include "cli/writefile.h"
 #include "files/filebytes.h"
 #include "files/jsonfile.h"
-#include "species/speciesfile.h"
 #include "spectrum/assaved.h"
-#include "spectrum/spectrumfile.h"
 
 #include <QJsonDocument>
 
@@ -65,8 +63,8 @@ int formatFile(const InputFile &input, const Arguments &arguments, Console &cons
         return exitFailure;
     if (isPassedOver(input, *object, PassOver::Databases))
         return exitFine;
-    const bool isSpecies = hasType(*object, speciesFileType);
-    if (!isSpecies && !hasType(*object, spectrumFileType)) {
+    const std::optional<QJsonObject> saved = asSavedFile(*object);
+    if (!saved) {
         console.error(shownName(input.name) + ": neither a species nor a spectrum file");
         return exitFailure;
     }
@@ -76,12 +74,10 @@ int formatFile(const InputFile &input, const Arguments &arguments, Console &cons
         console.error(shownName(input.name) + ": " + whyUnreadable(input, problem));
         return exitFailure;
     }
-    const QJsonObject resaved =
-        isSpecies ? asSavedSpeciesFile(*object) : asSavedSpectrumFile(*object);
-    const QByteArrayList losses = lossesInReading(*before) + lossesBetween(*object, resaved);
+    const QByteArrayList losses = lossesInReading(*before) + lossesBetween(*object, *saved);
     for (const QByteArray &loss : losses)
         console.error(shownName(input.name) + ": not kept: " + loss);
-    const QByteArray after = QJsonDocument(resaved).toJson(QJsonDocument::Indented);
+    const QByteArray after = QJsonDocument(*saved).toJson(QJsonDocument::Indented);
     const bool changes = *before != after;
     if (arguments.has("check")) {
         if (changes)

@@ -20,9 +20,3 @@ pickSpectra(const QJsonObject &file, const QByteArray &wanted);
 
 // Whether text can be the value of --spectrum.
 [[nodiscard]] bool isSpectrumChoice(const QByteArray &text, bool allowAll);
-
-// Why the editor would lose points of the spectrum object; empty if it would not.
-[[nodiscard]] QByteArray whyPointsAreLost(const QJsonObject &spectrum);
-
-// What the objects of points hold besides their two numbers, which nobody reads; empty if nothing.
-[[nodiscard]] QByteArray whatElsePointsHold(const QJsonObject &spectrum);

@@ -4,6 +4,7 @@
 #include "files/jsonlayout.h"
 
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 
 namespace
@@ -62,6 +63,13 @@ std::optional<QJsonObject> readJsonObject(const QString &path, FileProblem *prob
     if (!text)
         return std::nullopt;
     return QJsonDocument::fromJson(*text).object();
+}
+
+QByteArray jsonOnOneLine(const QJsonValue &value)
+{
+    // The only element of an array, without its brackets.
+    const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    return array.sliced(1, array.size() - 2);
 }
 
 bool fitsIntoFile(QByteArrayView json)

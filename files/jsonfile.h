@@ -4,6 +4,7 @@
 #include "files/filebytes.h"
 
 #include <QJsonObject>
+#include <QJsonValue>
 #include <QLatin1String>
 #include <QString>
 
@@ -30,6 +31,9 @@ inline constexpr qint64 largestJsonText = 0xffff'ffff;
 // The whole text of a JSON file; nothing if it cannot be read or is too large.
 [[nodiscard]] std::optional<QByteArray> readJsonText(const QString &path,
                                                      FileProblem *problem = nullptr);
+
+// The value as compact JSON, whose texts are Unicode.
+[[nodiscard]] QByteArray jsonOnOneLine(const QJsonValue &value);
 
 // Whether a file of this text, indented as the editor does it or not at all, can be read again.
 [[nodiscard]] bool fitsIntoFile(QByteArrayView json);

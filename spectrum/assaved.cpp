@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "spectrum/assaved.h"
 
+#include "files/jsonfile.h"
 #include "species/speciesfile.h"
 #include "species/speciesmodel.h"
 #include "spectrum/points.h"
@@ -28,4 +29,13 @@ QJsonObject asSavedSpeciesFile(const QJsonObject &file)
 QJsonObject asSavedSpectrumFile(const QJsonObject &file)
 {
     return spectrumFileObject(asSavedSpectrum(file));
+}
+
+std::optional<QJsonObject> asSavedFile(const QJsonObject &file)
+{
+    if (hasType(file, speciesFileType))
+        return asSavedSpeciesFile(file);
+    if (hasType(file, spectrumFileType))
+        return asSavedSpectrumFile(file);
+    return std::nullopt;
 }

@@ -3,6 +3,8 @@
 
 #include <QJsonObject>
 
+#include <optional>
+
 // What becomes of objects that are loaded and saved again without an edit: the records read them
 // and write themselves. Any thread will do. Without a QGuiApplication an SVG image is lost.
 
@@ -12,6 +14,9 @@
 
 // The same for the object of a spectrum file.
 [[nodiscard]] QJsonObject asSavedSpectrumFile(const QJsonObject &file);
+
+// The same for the object of a file of either type; nothing for any other.
+[[nodiscard]] std::optional<QJsonObject> asSavedFile(const QJsonObject &file);
 
 // The same for a spectrum object within a species file.
 [[nodiscard]] QJsonObject asSavedSpectrum(const QJsonObject &spectrum);

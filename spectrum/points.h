@@ -23,8 +23,14 @@
 // The points among lines, in their order; lines that are not points are passed over.
 [[nodiscard]] QList<QPointF> parsePoints(const QStringList &lines);
 
-// One line "x; y" of six significant digits each, as points from a file are shown.
+// Significant digits of energies and intensities that loading keeps.
+inline constexpr int keptDigits = 6;
+
+// One line "x; y" of so many significant digits each, as points from a file are shown.
 [[nodiscard]] QString loadedPointLine(double energyEv, double intensity);
+
+// The number that such a line has for an energy or intensity.
+[[nodiscard]] double loadedNumber(double number);
 
 // Lines "x y" with fixed decimals.
 [[nodiscard]] QStringList fixedPointLines(const QList<QPointF> &points, int energyDecimals,

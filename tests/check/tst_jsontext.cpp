@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "check/jsontext.h"
 #include "check/numbertext.h"
-#include "check/savecheck.h"
 #include "check/utf8text.h"
 #include "files/filebytes.h"
-#include "spectrum/assaved.h"
 #include "spectrum/points.h"
 #include "support/warnings.h"
 #include "testfiles.h"
@@ -54,25 +52,6 @@ QJsonValue valueFrom(const JsonValue &value)
 QByteArray exampleBytes(const QString &name)
 {
     return readFileBytes(QStringLiteral(ZORAVEL_EXAMPLES "/") + name).value_or(QByteArray());
-}
-
-// The text with a byte replaced by one of the alphabet, with one put in or with one left out.
-QByteArray withOneByteChanged(QByteArray text, const QByteArray &alphabet, QRandomGenerator &random)
-{
-    const qsizetype at = random.bounded(int(text.size()));
-    const char c = alphabet[random.bounded(int(alphabet.size()))];
-    switch (random.bounded(3)) {
-    case 0:
-        text[at] = c;
-        break;
-    case 1:
-        text.insert(at, c);
-        break;
-    default:
-        text.remove(at, 1);
-        break;
-    }
-    return text;
 }
 
 } // namespace
@@ -359,7 +338,7 @@ private slots:
                 raw.prepend('-');
             const NumberForm form = formOf(raw);
             const double value = raw.toDouble();
-            const double loaded = loadedValue(value);
+            const double loaded = loadedNumber(value);
             if (form.significantDigits <= keptDigits)
                 QVERIFY2(loaded == value, raw.constData());
             QCOMPARE(losesDigits(raw, value), loaded != value);
@@ -371,121 +350,6 @@ private slots:
             QCOMPARE(written, QByteArray('[' + raw + ']'));
         }
         QVERIFY(plain > 20'000);
-    }
-
-    // Files with one byte changed: the editor writes them in another way if, and only if, that is
-    // said.
-    void whatSavingIsSaidToChangeItChanges()
-    {
-        QJsonObject file = QJsonDocument::fromJson(exampleBytes(u"furan.json"_s)).object();
-        QJsonObject species = file.value(u"Species"_s).toObject();
-        species.remove(u"StructuralFormula"_s); // its bytes may change
-        QJsonObject spectrum = file.value(u"Dataset1"_s).toObject();
-        spectrum.insert(u"T"_s, u"a\\b\n\"ü\""_s);
-        spectrum.insert(u"E"_s, QJsonArray{9.1, 9.25, 10, 0.001, -3, 2e-5, 1e22});
-        spectrum.insert(u"I"_s, QJsonArray{0, 1, 22.5, 123456, 7, 1234560, 3e-300});
-        QJsonObject empty = file.value(u"Dataset2"_s).toObject();
-        empty.insert(u"E"_s, QJsonArray());
-        empty.insert(u"I"_s, QJsonArray());
-        const QByteArray good = QJsonDocument(QJsonObject{{u"Type"_s, u"Species v1"_s},
-                                                          {u"Species"_s, species},
-                                                          {u"Dataset1"_s, spectrum},
-                                                          {u"Dataset2"_s, empty}})
-                                    .toJson();
-        QCOMPARE(placeThatSavingChanges(JsonText(good), true), std::nullopt);
-
-        QRandomGenerator random(7);
-        const QByteArray alphabet = "0123456789.eE+-\",:{}[] \n<>/&abDTnu\\";
-        int same = 0;
-        int other = 0;
-        for (int i = 0; i < 30'000; ++i) {
-            const QByteArray text = withOneByteChanged(good, alphabet, random);
-            // What is not UTF-8 is refused before it is parsed.
-            if (firstInvalidUtf8(text))
-                continue;
-            const JsonText parsed(text);
-            if (parsed.error() || !parsed.root().isObject())
-                continue;
-            const JsonValue type = parsed.root().member(QLatin1String("Type"));
-            if (!type || type.utf8() != "Species v1")
-                continue;
-            const std::optional<qsizetype> place = placeThatSavingChanges(parsed, true);
-            (place ? other : same) += 1;
-            const QJsonObject object = QJsonDocument::fromJson(text).object();
-            const bool stays = QJsonDocument(asSavedSpeciesFile(object)).toJson() == text;
-            QVERIFY2(stays == !place, text.constData());
-            QVERIFY(place.value_or(0) >= 0 && place.value_or(0) <= text.size());
-        }
-        QVERIFY(same > 3'000);
-        QVERIFY(other > 3'000);
-    }
-
-    void thePlaceThatSavingChangesIsNamed_data()
-    {
-        QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<QByteArray>("after");
-        QTest::addColumn<QByteArray>("place"); // the text from there on
-        QTest::newRow("layout") << QByteArray("\n    \"Type\"") << QByteArray("\n  \"Type\"")
-                                << QByteArray("  \"Type\"");
-        QTest::newRow("number") << QByteArray(" 9.1,") << QByteArray(" 9.10,")
-                                << QByteArray("9.10,");
-        QTest::newRow("escape") << QByteArray("ü") << QByteArray("\\u00fc")
-                                << QByteArray("\"\\u00fc\"");
-        QTest::newRow("digits") << QByteArray(" 9.1,") << QByteArray(" 9.1000001,")
-                                << QByteArray("9.1000001,");
-        QTest::newRow("missing key") << QByteArray(" \"VIE\": \"\",\n       ") << QByteArray()
-                                     << QByteArray("{\n        \"AIE\": ");
-        QTest::newRow("number of a spectrum")
-            << QByteArray("\"Dataset1\"") << QByteArray("\"Dataset2\"") << QByteArray("{\n");
-    }
-
-    void thePlaceThatSavingChangesIsNamed()
-    {
-        QFETCH(QByteArray, before);
-        QFETCH(QByteArray, after);
-        QFETCH(QByteArray, place);
-        const QJsonObject file{{u"Type"_s, u"Species v1"_s},
-                               {u"Dataset1"_s, QJsonObject{{u"Title"_s, u"ü"_s},
-                                                           {u"E"_s, QJsonArray{9.1, 9.2}},
-                                                           {u"I"_s, QJsonArray{1, 2}}}}};
-        QByteArray text = QJsonDocument(asSavedSpeciesFile(file)).toJson();
-        QCOMPARE(placeThatSavingChanges(JsonText(text), true), std::nullopt);
-        QVERIFY(text.contains(before));
-        text.replace(before, after);
-        const std::optional<qsizetype> found = placeThatSavingChanges(JsonText(text), true);
-        QVERIFY(found.has_value());
-        QCOMPARE(text.sliced(*found, place.size()), place);
-    }
-
-    // The tenth of them is loaded as the second, and saved as that.
-    void tenSpectraChangeTheirNumbersUnlessTheyAreEqual()
-    {
-        for (const int different : {0, 1, 2, 5, 10, 12}) {
-            QJsonObject file{{u"Type"_s, u"Species v1"_s}};
-            for (int i = 1; i <= 12; ++i)
-                file.insert(u"Dataset%1"_s.arg(i), QJsonObject());
-            QByteArray text = QJsonDocument(asSavedSpeciesFile(file)).toJson();
-            QJsonObject saved = QJsonDocument::fromJson(text).object();
-            QJsonObject dataset = saved.take(u"Dataset%1"_s.arg(different)).toObject();
-            if (different > 0) {
-                dataset.insert(u"Title"_s, u"other"_s);
-                saved.insert(u"Dataset%1"_s.arg(different), dataset);
-                text = QJsonDocument(saved).toJson();
-            }
-            const bool stays = QJsonDocument(asSavedSpeciesFile(saved)).toJson() == text;
-            QCOMPARE(stays, different <= 1);
-            QCOMPARE(!placeThatSavingChanges(JsonText(text), true), stays);
-        }
-    }
-
-    void aSpectrumFileIsLookedAtInTheSameWay()
-    {
-        const QJsonObject file{{u"Type"_s, u"Spectrum v1"_s},
-                               {u"E"_s, QJsonArray{9.1, 9.2}},
-                               {u"I"_s, QJsonArray{1, 2}}};
-        const QByteArray saved = QJsonDocument(asSavedSpectrumFile(file)).toJson();
-        QCOMPARE(placeThatSavingChanges(JsonText(saved), false), std::nullopt);
-        QVERIFY(placeThatSavingChanges(JsonText(QJsonDocument(file).toJson()), false).has_value());
     }
 };
 

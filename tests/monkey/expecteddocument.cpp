@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "monkey/expecteddocument.h"
 
+#include "support/expecteddocument.h"
+
 #include <QBuffer>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -11,25 +13,24 @@
 namespace
 {
 
-const QStringList commonKeys{QStringLiteral("Title"),       QStringLiteral("Uploader"),
-                             QStringLiteral("DOI"),         QStringLiteral("FurtherRefs"),
-                             QStringLiteral("T"),           QStringLiteral("FurtherComments"),
-                             QStringLiteral("CreatedDate"), QStringLiteral("FacilityDate")};
-const QStringList experimentKeys{QStringLiteral("Source"), QStringLiteral("Resolution"),
-                                 QStringLiteral("Normalization")};
-const QStringList simulationKeys{QStringLiteral("LevelOfTheory"), QStringLiteral("ConvolutionFWHM"),
-                                 QStringLiteral("AIE")};
-const QStringList speciesKeys{QStringLiteral("Name"),        QStringLiteral("Aliases"),
-                              QStringLiteral("Formula"),     QStringLiteral("InChI"),
-                              QStringLiteral("CAS"),         QStringLiteral("PubChem"),
-                              QStringLiteral("AIE"),         QStringLiteral("VIE"),
-                              QStringLiteral("AIE_Comment"), QStringLiteral("VIE_Comment")};
 const QString imageKey = QStringLiteral("StructuralFormula");
 const QString speciesKey = QStringLiteral("Species");
 
-bool isSimulation(int type)
+void takeTexts(QMap<QString, QString> &texts, const QJsonObject &object)
 {
-    return type == 4;
+    for (auto member = object.begin(); member != object.end(); ++member) {
+        if (member->isString())
+            texts[member.key()] = member->toString();
+    }
+}
+
+// Fills the texts of the object, which has all its keys.
+void putTexts(QJsonObject &object, const QMap<QString, QString> &texts)
+{
+    for (const QString &key : object.keys()) {
+        if (object[key].isString())
+            object[key] = texts.value(key, QLatin1String(""));
+    }
 }
 
 QStringList linesOf(const QString &text)
@@ -58,17 +59,12 @@ ExpectedSpectrum::ExpectedSpectrum()
         QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd"));
 }
 
-ExpectedSpectrum::ExpectedSpectrum(const QJsonObject &object)
-    : type(object[QLatin1String("SpectType")].toInt()),
-      isLine(object[QLatin1String("LineSpectrum")].toBool())
+ExpectedSpectrum::ExpectedSpectrum(const QJsonObject &object) : lines(expectedPointLines(object))
 {
-    for (const QString &key : commonKeys + (isSimulation(type) ? simulationKeys : experimentKeys))
-        texts[key] = object[key].toString();
-    const QJsonArray energies = object[QLatin1String("E")].toArray();
-    const QJsonArray intensities = object[QLatin1String("I")].toArray();
-    for (int i = 0; energies.size() == intensities.size() && i < energies.size(); ++i)
-        lines.append(QString::number(energies[i].toDouble(), 'g', 6) + QStringLiteral("; ")
-                     + QString::number(intensities[i].toDouble(), 'g', 6));
+    const QJsonObject saved = expectedSpectrum(object);
+    type = saved[QLatin1String("SpectType")].toInt();
+    isLine = saved[QLatin1String("LineSpectrum")].toBool();
+    takeTexts(texts, saved);
     editorText = lines.join(QLatin1Char('\n'));
 }
 
@@ -82,7 +78,11 @@ QString ExpectedSpectrum::keyOf(const QString &field) const
         {QStringLiteral("lineEditSourceT"), QStringLiteral("T")},
         {QStringLiteral("textEditComments"), QStringLiteral("FurtherComments")},
         {QStringLiteral("lineEditFacilityDate"), QStringLiteral("FacilityDate")}};
-    const QStringList &moving = isSimulation(type) ? simulationKeys : experimentKeys;
+    static const QStringList ofMeasurements{QStringLiteral("Source"), QStringLiteral("Resolution"),
+                                            QStringLiteral("Normalization")};
+    static const QStringList ofSimulations{
+        QStringLiteral("LevelOfTheory"), QStringLiteral("ConvolutionFWHM"), QStringLiteral("AIE")};
+    const QStringList &moving = type == 4 ? ofSimulations : ofMeasurements;
     if (field == QLatin1String("lineEditSource"))
         return moving[0];
     if (field == QLatin1String("lineEditResolution"))
@@ -110,10 +110,9 @@ QList<QPointF> ExpectedSpectrum::points() const
 
 QJsonObject ExpectedSpectrum::toJson() const
 {
-    QJsonObject object{{QStringLiteral("SpectType"), type},
-                       {QStringLiteral("LineSpectrum"), isLine}};
-    for (const QString &key : commonKeys + (isSimulation(type) ? simulationKeys : experimentKeys))
-        object[key] = texts.value(key, QLatin1String(""));
+    QJsonObject object = expectedSpectrum(
+        {{QStringLiteral("SpectType"), type}, {QStringLiteral("LineSpectrum"), isLine}});
+    putTexts(object, texts);
     QJsonArray energies;
     QJsonArray intensities;
     for (const QPointF &point : points()) {
@@ -183,9 +182,8 @@ void ExpectedSpectrum::resample()
 
 QJsonObject ExpectedDocument::toJson() const
 {
-    QJsonObject species{{QStringLiteral("Mass"), mass}};
-    for (const QString &key : speciesKeys)
-        species[key] = texts.value(key, QLatin1String(""));
+    QJsonObject species = expectedSpecies({{QStringLiteral("Mass"), mass}});
+    putTexts(species, texts);
     if (hasImageKey) {
         QBuffer buffer;
         buffer.open(QIODevice::WriteOnly);
@@ -211,17 +209,13 @@ void ExpectedDocument::load(const QJsonObject &file)
 {
     clear();
     const QJsonObject species = file[speciesKey].toObject();
-    for (const QString &key : speciesKeys)
-        texts[key] = species[key].toString();
+    takeTexts(texts, expectedSpecies(species));
     mass = species[QLatin1String("Mass")].toDouble();
     const QImage loaded = imageOf(species[imageKey]);
     if (!loaded.isNull())
         setImage(loaded);
-    static const QRegularExpression dataset(QStringLiteral("^Dataset\\d+$"));
-    for (const QString &key : file.keys()) {
-        if (dataset.match(key).hasMatch())
-            spectra.append(ExpectedSpectrum(file[key].toObject()));
-    }
+    for (const QString &key : expectedDatasetKeys(file))
+        spectra.append(ExpectedSpectrum(file[key].toObject()));
 }
 
 void ExpectedDocument::setImage(const QImage &newImage)

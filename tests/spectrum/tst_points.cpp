@@ -425,6 +425,22 @@ private slots:
         QTEST(loadedPointLine(energyEv, intensity), "line");
     }
 
+    void aLoadedNumberIsWrittenAsBySixSignificantDigits()
+    {
+        QRandomGenerator random(6);
+        const auto verify = [](double number) {
+            const QString expected = QString::number(number, 'g', 6) + QStringLiteral("; ")
+                                     + QString::number(-number, 'g', 6);
+            QCOMPARE(loadedPointLine(number, -number), expected);
+        };
+        for (int i = 0; i < 300'000; ++i) {
+            const double decimal = random.bounded(2'000'000) / std::pow(10.0, random.bounded(8));
+            verify(decimal);
+            verify(std::nextafter(decimal, random.bounded(2) == 0 ? 0 : inf));
+            verify(std::ldexp(random.generateDouble(), random.bounded(-40, 40)));
+        }
+    }
+
     void aRewrittenPointHasFixedDecimalsAndOneBlank()
     {
         const QList<QPointF> points{{10.00006, 1.004}, {-0.00001, 1e21}, {notANumber, inf}};
