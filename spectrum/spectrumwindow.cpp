@@ -7,6 +7,7 @@
 #include "spectrum/undokeys.h"
 #include "ui_spectrumwindow.h"
 #include "widgets/fieldbinding.h"
+#include "widgets/plaindisplay.h"
 #include "widgets/tabchain.h"
 #include "widgets/undoabletext.h"
 #include "widgets/waitcursor.h"
@@ -109,7 +110,7 @@ void SpectrumWindow::initializeMappings()
     both(ui->textEditCitations, SpectrumColumn::FurtherRefs, markup);
     both(ui->textEditComments, SpectrumColumn::FurtherComments, markup);
     both(ui->comboBoxType, SpectrumColumn::Type, "currentIndex");
-    both(ui->labelCreated, SpectrumColumn::CreatedDate, "text");
+    both(ui->labelCreated, SpectrumColumn::CreatedDate, {}); // filled by the binding
     both(ui->lineEditFacilityDate, SpectrumColumn::FacilityDate, markup);
     both(ui->checkBoxLineSpectrum, SpectrumColumn::LineSpectrum, "checked");
     both(ui->lineEditSourceT, SpectrumColumn::Temperature, markup);
@@ -202,7 +203,10 @@ void SpectrumWindow::setTypeLabels(bool simulation)
 
 void SpectrumWindow::updateWindowTitle()
 {
-    setWindowTitle(ui->lineEditTitle->toPlainText());
+    constexpr qsizetype longest = 10'000; // characters; frames and tabs lay out all of them
+    QString title = beginningOf(ui->lineEditTitle->toPlainText(), longest);
+    // What stands for text that is not shown, or for a picture, is no part of it.
+    setWindowTitle(title.remove(QChar::ObjectReplacementCharacter));
     ui->chartSpectrum->setSpectrumTitle(windowTitle());
 }
 

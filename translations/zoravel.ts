@@ -111,6 +111,17 @@
     </message>
 </context>
 <context>
+    <name>HiddenTextMarks</name>
+    <message>
+        <source> … %1 more </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This text is too long to be shown with its formatting, or as a whole. It stays as it is until it is changed. A grey mark stands for characters that are not shown, here %1. They are copied, cut and deleted with the mark.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>ZORAVEL Entry Edit</source>
@@ -542,6 +553,13 @@
     </message>
     <message>
         <source>Format error, cannot paste.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PointEditor</name>
+    <message>
+        <source>Nothing is pasted: a line of %1 characters is too long for a point.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

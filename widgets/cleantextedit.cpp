@@ -2,14 +2,17 @@
 #include "widgets/cleantextedit.h"
 
 #include "widgets/contrast.h"
+#include "widgets/plaindisplay.h"
 #include "widgets/typedalignment.h"
 
 #include <QImage>
+#include <QMimeData>
 #include <QRegularExpression>
 #include <QSet>
 #include <QTextBlock>
 #include <QTextCharFormat>
 #include <QTextDocument>
+#include <QTextDocumentFragment>
 #include <QTextFragment>
 #include <QUrl>
 #include <QVariant>
@@ -37,6 +40,9 @@ QString markupOf(const QTextFragment &fragment)
 {
     const int alignment = fragment.charFormat().intProperty(QTextFormat::TextVerticalAlignment);
     QString text = fragment.text();
+    const QString hidden = hiddenText(fragment);
+    if (!hidden.isNull())
+        return wrapped(text.replace(QChar::ObjectReplacementCharacter, hidden), alignment);
     text.remove(QChar::ObjectReplacementCharacter); // stands for a picture
     text.replace(QChar::LineSeparator, QLatin1Char('\n'));
     QStringList parts = text.split(QLatin1Char('\n'));
@@ -102,6 +108,7 @@ CleanTextEdit::CleanTextEdit(QWidget *parent) : QTextEdit(parent)
     setTabChangesFocus(true);
     setAcceptRichText(false);
     new TypedAlignment(this);
+    new HiddenTextMarks(this);
     keepTextDark(this);
     connect(this, &QTextEdit::textChanged, this, &CleanTextEdit::onTextChanged);
 }
@@ -113,7 +120,36 @@ QString CleanTextEdit::cleanedHtml() const
 
 void CleanTextEdit::setCleanedHtml(const QString &html)
 {
-    setHtml(tamed(html));
+    // Loading a file sets each text twice, and laying out long ones takes its time.
+    constexpr qsizetype longText = 100'000; // characters
+    if (!m_longText.isEmpty() && html == m_longText) {
+        moveCursor(QTextCursor::Start);
+        document()->clearUndoRedoStacks();
+        document()->setModified(false);
+        return;
+    }
+    const bool isFormatted = isShownFormatted(html);
+    wrapAnywhere(!isFormatted || hasEndlessWord(html));
+    if (isFormatted)
+        setHtml(tamed(html));
+    else
+        setPlainly(html);
+    if (html.size() > longText)
+        m_longText = html;
+}
+
+void CleanTextEdit::setPlainly(const QString &text)
+{
+    clear();
+    // That the rest is left out must not be undone.
+    document()->setUndoRedoEnabled(false);
+    QTextCursor cursor(document());
+    cursor.setCharFormat({});
+    insertPlainly(cursor, text);
+    moveCursor(QTextCursor::Start);
+    setCurrentCharFormat({});
+    document()->setUndoRedoEnabled(true);
+    document()->setModified(false);
 }
 
 QString CleanTextEdit::extractAllowedHtmlFromDocument(QTextDocument *document) const
@@ -153,7 +189,54 @@ QVariant CleanTextEdit::loadResource(int type, const QUrl & /*name*/)
     return transparent;
 }
 
+QMimeData *CleanTextEdit::createMimeDataFromSelection() const
+{
+    if (!selectsHiddenText(textCursor()))
+        return QTextEdit::createMimeDataFromSelection();
+    QTextDocument selected;
+    QTextCursor(&selected).insertFragment(textCursor().selection());
+    auto *whole = new QMimeData;
+    whole->setText(extractAllowedHtmlFromDocument(&selected));
+    return whole;
+}
+
+void CleanTextEdit::insertFromMimeData(const QMimeData *source)
+{
+    if (source->hasText() && insertedPlainly(source->text()))
+        return;
+    leaveMark(this);
+    QTextEdit::insertFromMimeData(source);
+}
+
+bool CleanTextEdit::insertedPlainly(const QString &text)
+{
+    if (hasRoomFor(document(), textCursor(), text)) {
+        if (hasEndlessWord(text))
+            wrapAnywhere(true);
+        return false;
+    }
+    wrapAnywhere(true);
+    QString lines = text;
+    lines.replace(QLatin1String("\r\n"), lineBreakTag);
+    for (const QChar end : {QChar(u'\n'), QChar(u'\r'), QChar(QChar::LineSeparator),
+                            QChar(QChar::ParagraphSeparator)})
+        lines.replace(end, lineBreakTag);
+    insertPlainly(textCursor(), lines);
+    ensureCursorVisible();
+    return true;
+}
+
+// A long word is looked through as a whole for each line that it takes, if it is not to be broken.
+void CleanTextEdit::wrapAnywhere(bool anywhere)
+{
+    const auto mode =
+        anywhere ? QTextOption::WrapAnywhere : QTextOption::WrapAtWordBoundaryOrAnywhere;
+    if (wordWrapMode() != mode)
+        setWordWrapMode(mode);
+}
+
 void CleanTextEdit::onTextChanged()
 {
+    m_longText.clear();
     emit cleanedHtmlChanged();
 }

@@ -6,7 +6,8 @@
 // A multi-line rich-text editor whose content is restricted markup: plain characters and the tags
 // sub, sup and br, nothing else. Data mappers bind its property "cleanedHtml". Text is not escaped,
 // neither written nor read: a typed "<" is markup when the string is set again. Markup never makes
-// it load anything from the disk or the network.
+// it load anything from the disk or the network. A text whose layout would take too long is shown
+// as it is written, its beginning only, which the tool tip says; what is not shown stays in it.
 class CleanTextEdit : public QTextEdit
 {
     Q_OBJECT
@@ -36,6 +37,20 @@ public:
 signals:
     void cleanedHtmlChanged();
 
+protected:
+    // What is selected goes to the clipboard whole: as markup, if some of it is not shown.
+    [[nodiscard]] QMimeData *createMimeDataFromSelection() const override;
+    void insertFromMimeData(const QMimeData *source) override;
+    // Inserts text at the cursor, in its format; whether that was done. It is not, and nothing is,
+    // if the layout of the text takes no longer than that of others.
+    [[nodiscard]] bool insertedPlainly(const QString &text);
+
 private slots:
     void onTextChanged();
+
+private:
+    void setPlainly(const QString &text);
+    void wrapAnywhere(bool anywhere);
+
+    QString m_longText; // the last text that was set, if it is long and nothing was changed since
 };

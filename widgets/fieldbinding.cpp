@@ -2,12 +2,14 @@
 #include "widgets/fieldbinding.h"
 
 #include "widgets/cleantextedit.h"
+#include "widgets/plaindisplay.h"
 
 #include <QAbstractItemModel>
 #include <QApplication>
 #include <QDataWidgetMapper>
 #include <QEvent>
 #include <QInputMethod>
+#include <QLabel>
 #include <QTextDocument>
 
 FieldBinding::FieldBinding(QDataWidgetMapper *mapper, QAbstractItemModel *model,
@@ -42,6 +44,19 @@ void FieldBinding::submit()
         if (isEdited(field))
             commit(field);
     }
+}
+
+void FieldBinding::setEditorData(QWidget *editor, const QModelIndex &index) const
+{
+    auto *label = qobject_cast<QLabel *>(editor);
+    if (!label) {
+        QStyledItemDelegate::setEditorData(editor, index);
+        return;
+    }
+    constexpr qsizetype longest = 1'000; // characters
+    const QString text = index.data(Qt::EditRole).toString();
+    const QString ellipsis = text.size() > longest ? QString(QChar(0x2026)) : QString();
+    label->setText(beginningOf(text, longest) + ellipsis);
 }
 
 bool FieldBinding::eventFilter(QObject *object, QEvent *event)

@@ -30,6 +30,10 @@ public:
     // it leaves those alone that show less than the model holds.
     void submit();
 
+    // Fills a label that is mapped without a property; of a text that is too long for a line it
+    // shows the beginning, with an ellipsis.
+    void setEditorData(QWidget *editor, const QModelIndex &index) const override;
+
 protected:
     bool eventFilter(QObject *object, QEvent *event) override;
 

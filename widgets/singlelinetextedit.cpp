@@ -132,6 +132,7 @@ void SingleLineTextEdit::insertFromMimeData(const QMimeData *source)
     text = text.simplified();
     text.replace(QLatin1Char('\n'), QLatin1Char(' '));
     text.replace(QLatin1Char('\r'), QLatin1Char(' '));
-    textCursor().insertText(text);
+    if (!insertedPlainly(text))
+        textCursor().insertText(text);
     adjustHeight();
 }

@@ -356,7 +356,44 @@ private slots:
         QCOMPARE(QDir(fixture.folder()).entryList(QDir::AllEntries | QDir::Hidden), before);
     }
 
+    void textsTooLongToBeShownAreSavedAsTheyAre()
+    {
+        MainWindowFixture fixture;
+        const QString file = fixture.path(u"a.json"_s);
+        const QString text = u"H<sub>2</sub>  O&amp;&#8239;\ufffc\u2028\t<br>"_s.repeated(8'000);
+        writeFile(file, hostileEntry(text));
+        QVERIFY(fixture.window.loadSpeciesFile(file));
+        paint(&fixture.window);
+        CleanTextEdit *name = fixture.field(u"lineEditSpecies"_s);
+        QVERIFY(name->toPlainText().startsWith(u"H<sub>2</sub>  O"_s));
+        name->setFocus();
+        fixture.window.saveSpecies();
+        QCOMPARE(textsOf(fileObject(file)), QStringList(hostileTexts, text));
+
+        QTest::keyClick(name, Qt::Key_X);
+        fixture.window.saveSpecies();
+        QStringList texts = textsOf(fileObject(file));
+        QCOMPARE(texts.removeAll(QString(u'x' + text)), 1);
+        QCOMPARE(texts, QStringList(hostileTexts - 1, text));
+    }
+
 private:
+    static constexpr int hostileTexts = 10 + 11 + 11; // of the entry below that the file keeps
+
+    // The long texts in an entry and its spectra.
+    static QStringList textsOf(const QJsonObject &entry)
+    {
+        QStringList texts;
+        for (const QJsonValue part : entry) {
+            const QJsonObject members = part.toObject();
+            for (const QJsonValue value : members) {
+                if (value.toString().size() > 1'000)
+                    texts.append(value.toString());
+            }
+        }
+        return texts;
+    }
+
     // An entry of two spectra, one of each kind, with this text in every field.
     static QJsonObject hostileEntry(const QString &text)
     {

@@ -776,6 +776,39 @@ private slots:
         QCOMPARE(Fixture().window->windowTitle(), QString());
     }
 
+    void ofALongTitleTheBeginningIsTheWindowTitle()
+    {
+        const QString longest = QString(9'999, u'x') + u'y';
+        Fixture f({{QStringLiteral("Title"), longest}});
+        QCOMPARE(f.window->windowTitle(), longest);
+        // A pair of surrogates is not parted.
+        const QString longer = longest.chopped(1) + QString::fromUcs4(U"\U0001f9ea");
+        QVERIFY(f.model->setValue(SpectrumColumn::Title, longer));
+        QCOMPARE(f.window->windowTitle(), longest.chopped(1));
+        QCOMPARE(f.window->toJson().value(QStringLiteral("Title")).toString(), longer);
+        // Nothing in it stands for what the field does not show.
+        const QString stacked = QString(u'a') + QString(100'000, QChar(0x301));
+        QVERIFY(f.model->setValue(SpectrumColumn::Title, stacked));
+        QVERIFY(f.window->windowTitle().size() > 1'000);
+        QVERIFY(stacked.startsWith(f.window->windowTitle()));
+        QCOMPARE(f.window->toJson().value(QStringLiteral("Title")).toString(), stacked);
+    }
+
+    void ofALongDateTheBeginningIsShown()
+    {
+        const QString key = QStringLiteral("CreatedDate");
+        const QString longest = QString(1'000, u'x');
+        const Fixture f({{key, longest}});
+        const QLabel *shown = f.label("labelCreated");
+        QCOMPARE(shown->text(), longest);
+        for (const int length : {1'001, 9'000'000}) {
+            const QString date(length, u'x');
+            QVERIFY(f.model->setValue(SpectrumColumn::CreatedDate, date));
+            QCOMPARE(shown->text(), longest + QChar(0x2026));
+            QVERIFY(f.window->toJson().value(key).toString() == date);
+        }
+    }
+
     void theLineCountIsShownFromTheFirstChangeOfThePointsOn()
     {
         const Fixture f;

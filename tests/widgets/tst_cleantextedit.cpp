@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QElapsedTimer>
+#include <QHelpEvent>
 #include <QMetaProperty>
 #include <QMimeData>
 #include <QProcess>
@@ -14,6 +15,7 @@
 #include <QTest>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QToolTip>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -62,6 +64,35 @@ QTextCharFormat bold(QTextCharFormat format = {})
 {
     format.setFontWeight(QFont::Bold);
     return format;
+}
+
+// Pieces of text, and how many of them are just laid out with their formatting.
+void addSlowPieces()
+{
+    QTest::addColumn<QString>("piece");
+    QTest::addColumn<int>("most");
+    QTest::newRow("subscripts") << u"<sub>a</sub>"_s << 10'000;
+    QTest::newRow("superscripts and lines") << u"<sup>a</sup><br>"_s << 6'666;
+    QTest::newRow("lines") << u"<br>"_s << 20'000;
+    QTest::newRow("Hebrew") << u"א"_s << 59'997;
+    QTest::newRow("Chinese") << u"汉"_s << 59'997;
+    QTest::newRow("beyond the basic plane") << u"🧪"_s << 29'998;
+    QTest::newRow("Russian words") << u"слово "_s << 11'999;
+    QTest::newRow("letters with a mark each") << u"a\u0301"_s << 60'000;
+    QTest::newRow("marks on marks") << u"\u0301"_s << 6'000;
+    QTest::newRow("both directions") << u"אa"_s << 8'571;
+    QTest::newRow("tabs") << u"\t"_s << 20'000;
+}
+
+// What the tool tip of an editor says.
+QString shownTip(const CleanTextEdit *edit)
+{
+    QToolTip::hideText();
+    if (!QTest::qWaitFor([] { return !QToolTip::isVisible(); }))
+        QTest::qFail("the last tool tip stays", __FILE__, __LINE__);
+    QHelpEvent event(QEvent::ToolTip, {5, 5}, edit->viewport()->mapToGlobal(QPoint(5, 5)));
+    QCoreApplication::sendEvent(edit->viewport(), &event);
+    return QToolTip::isVisible() ? QToolTip::text() : QString();
 }
 
 int redPixels(QWidget *widget)
@@ -490,6 +521,289 @@ private slots:
         QCOMPARE(f.edit->cleanedHtml().size(), cleanedSize);
         QVERIFY(!f.edit->grab().isNull());
         QCOMPARE_LT(clock.elapsed(), 30'000);
+    }
+
+    // Texts whose layout would take too long.
+
+    void aTextOfMoreThanAMillionCharactersIsShownAsItIsWritten()
+    {
+        const Fixture f;
+        const QString most = u"H<sub>2</sub>O "_s + QString(999'985, u'x');
+        QCOMPARE(most.size(), 1'000'000);
+        f.edit->setCleanedHtml(most);
+        QVERIFY(f.edit->toPlainText().startsWith(u"H2O "_s));
+        QCOMPARE(shownTip(f.edit), QString());
+
+        f.edit->setCleanedHtml(most + u'x');
+        QVERIFY(f.edit->toPlainText().startsWith(u"H<sub>2</sub>O "_s));
+        QCOMPARE(f.edit->wordWrapMode(), QTextOption::WrapAnywhere);
+        QVERIFY(!f.edit->document()->isUndoAvailable());
+        QVERIFY(!f.edit->document()->isModified());
+        QCOMPARE(f.edit->cleanedHtml(), most + u'x');
+
+        f.edit->setCleanedHtml(u"H<sub>2</sub>O"_s);
+        QCOMPARE(f.edit->toPlainText(), u"H2O"_s);
+        QCOMPARE(f.edit->wordWrapMode(), QTextOption::WrapAtWordBoundaryOrAnywhere);
+    }
+
+    void whatTakesLongInAShorterTextIsShownAsItIsWritten_data() { addSlowPieces(); }
+    void whatTakesLongInAShorterTextIsShownAsItIsWritten()
+    {
+        QFETCH(QString, piece);
+        QFETCH(int, most);
+        const Fixture f;
+        f.edit->setCleanedHtml(piece.repeated(most));
+        QVERIFY(!f.edit->toPlainText().contains(QChar::ObjectReplacementCharacter));
+
+        const QString text = piece.repeated(most + 1);
+        f.edit->setCleanedHtml(text);
+        QVERIFY(f.edit->toPlainText().contains(QChar::ObjectReplacementCharacter));
+        QCOMPARE_LT(f.edit->document()->characterCount(), 120'000);
+        QCOMPARE(f.edit->cleanedHtml(), text);
+    }
+
+    void theTipSaysHowMuchIsNotShownBesideWhatElseItSays()
+    {
+        const Fixture f;
+        QLocale::setDefault(QLocale::c());
+        f.edit->setToolTip(u"<b>wrong</b>"_s);
+        f.edit->setCleanedHtml(QString(3'000'000, u'x'));
+        QVERIFY(shownTip(f.edit).contains(u"too long"_s));
+        QVERIFY(shownTip(f.edit).contains(u"here 2800000."_s));
+        QVERIFY(shownTip(f.edit).contains(u"<b>wrong</b><br>"_s));
+        QCOMPARE(f.edit->toolTip(), u"<b>wrong</b>"_s);
+        f.edit->selectAll();
+        QTest::keyClick(f.edit, Qt::Key_Y);
+        QCOMPARE(shownTip(f.edit), u"<b>wrong</b>"_s);
+        f.edit->undo();
+        QVERIFY(shownTip(f.edit).contains(u"here 2800000."_s));
+    }
+
+    void theFormatAtTheCursorIsNotThatOfALongText()
+    {
+        const Fixture f;
+        f.edit->mergeCurrentCharFormat(aligned(QTextCharFormat::AlignSubScript));
+        const QString text(3'000'000, u'x');
+        f.edit->setCleanedHtml(text);
+        QCOMPARE(f.edit->cleanedHtml(), text);
+    }
+
+    void aLongTextThatIsSetAgainIsNotLaidOutAgain()
+    {
+        const Fixture f;
+        const QString text(900'000, u'x');
+        f.edit->setCleanedHtml(text);
+        const int revision = f.edit->document()->revision();
+        f.edit->moveCursor(QTextCursor::NextCharacter);
+        f.edit->setCleanedHtml(text);
+        QCOMPARE(f.edit->document()->revision(), revision);
+        QCOMPARE(f.edit->textCursor().position(), 0);
+        QTest::keyClick(f.edit, Qt::Key_Y);
+        f.edit->setCleanedHtml(text);
+        QCOMPARE(f.edit->cleanedHtml(), text);
+        QVERIFY(!f.edit->document()->isUndoAvailable());
+        f.edit->selectAll();
+        f.edit->mergeCurrentCharFormat(aligned(QTextCharFormat::AlignSubScript));
+        f.edit->setCleanedHtml(text);
+        QCOMPARE(f.edit->cleanedHtml(), text);
+    }
+
+    void anEditOfATextThatIsTooLongKeepsAllOfIt()
+    {
+        const Fixture f;
+        const QString text = u"a<sub>b</sub><br>🧪&amp; <b>"_s.repeated(100'000);
+        f.edit->setCleanedHtml(text);
+        QVERIFY(f.edit->document()->characterCount() < text.size());
+        QTest::keyClicks(f.edit, u"x "_s);
+        QCOMPARE(f.edit->cleanedHtml(), u"x "_s + text);
+        f.edit->moveCursor(QTextCursor::End); // behind what stands for the rest
+        QTest::keyClicks(f.edit, u" y"_s);
+        QCOMPARE(f.edit->cleanedHtml(), u"x "_s + text + u" y"_s);
+        f.edit->setCleanedHtml(f.edit->cleanedHtml());
+        QCOMPARE(f.edit->cleanedHtml(), u"x "_s + text + u" y"_s);
+    }
+
+    void anEditOfATextThatIsTooLongKeepsEveryKindOfCharacter_data()
+    {
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("last");
+        QTest::newRow("controls and Latin letters") << 0 << 0x2ff;
+        QTest::newRow("punctuation and ends of lines") << 0x2000 << 0x206f;
+        QTest::newRow("half of a pair") << 0xd800 << 0xd801;
+        QTest::newRow("other half of a pair") << 0xdc00 << 0xdc01;
+        QTest::newRow("none that are characters") << 0xfdd0 << 0xfdef;
+        QTest::newRow("special ones") << 0xfff0 << 0xffff;
+        QTest::newRow("byte order mark") << 0xfeff << 0xfeff;
+    }
+    void anEditOfATextThatIsTooLongKeepsEveryKindOfCharacter()
+    {
+        QFETCH(int, first);
+        QFETCH(int, last);
+        const Fixture f;
+        QString text;
+        for (int code = first; code <= last; ++code)
+            text += QChar(code) + QStringView(u"x");
+        text = text.repeated(2) + QString(3'000'000, u'x');
+        f.edit->setCleanedHtml(text);
+        QTest::keyClick(f.edit, Qt::Key_Y);
+        QVERIFY(f.edit->cleanedHtml() == u'y' + text);
+    }
+
+    void whatIsNotShownIsDeletedWithWhatStandsForIt()
+    {
+        const Fixture f;
+        const QString text(3'000'000, u'x');
+        f.edit->setCleanedHtml(text);
+        f.edit->selectAll();
+        QTest::keyClick(f.edit, Qt::Key_Y);
+        QCOMPARE(f.edit->cleanedHtml(), u"y"_s);
+        f.edit->undo();
+        QCOMPARE(f.edit->cleanedHtml(), text);
+    }
+
+    void whatIsNotShownIsCutAndPastedWithWhatStandsForIt()
+    {
+        const Fixture f;
+        const QString text = u"a<sub>b</sub>\n&amp; "_s.repeated(200'000);
+        f.edit->setCleanedHtml(text);
+        f.edit->selectAll();
+        f.edit->cut();
+        QCOMPARE(f.edit->cleanedHtml(), QString());
+        QCOMPARE(QApplication::clipboard()->text(), text);
+        f.edit->undo();
+        QCOMPARE(f.edit->cleanedHtml(), text);
+        f.edit->redo();
+        QCOMPARE(f.edit->cleanedHtml(), QString());
+        f.edit->paste();
+        QCOMPARE(f.edit->cleanedHtml(), QString(text).replace(u'\n', u"<br>"_s));
+    }
+
+    void ofAPartThatIsCopiedNoMoreIsTaken()
+    {
+        const Fixture f;
+        const QString text = u"a<sub>b</sub> "_s.repeated(200'000);
+        f.edit->setCleanedHtml(text);
+        const auto move = [&](QTextCursor::MoveOperation operation, int times) {
+            QTextCursor cursor = f.edit->textCursor();
+            cursor.movePosition(operation, QTextCursor::KeepAnchor, times);
+            f.edit->setTextCursor(cursor);
+        };
+        move(QTextCursor::NextCharacter, 4);
+        f.edit->copy();
+        QCOMPARE(QApplication::clipboard()->text(), u"a<su"_s);
+        move(QTextCursor::End, 1);
+        f.edit->copy();
+        QCOMPARE(QApplication::clipboard()->text(), text);
+        f.edit->moveCursor(QTextCursor::End);
+        move(QTextCursor::PreviousCharacter, 1);
+        f.edit->copy();
+        const int shown = f.edit->document()->characterCount() - 2;
+        QCOMPARE(QApplication::clipboard()->text(), text.sliced(shown));
+    }
+
+    void whatIsPastedOverAHugeTextIsShown()
+    {
+        const Fixture f;
+        f.edit->setCleanedHtml(QString(3'000'000, u'x'));
+        f.edit->selectAll();
+        QApplication::clipboard()->setText(u"water"_s);
+        f.edit->paste();
+        QCOMPARE(f.edit->toPlainText(), u"water"_s);
+        QCOMPARE(shownTip(f.edit), QString());
+    }
+
+    void whatIsPastedIntoAHugeTextIsShown()
+    {
+        const Fixture f;
+        const QString text(3'000'000, u'x');
+        f.edit->setCleanedHtml(text);
+        QApplication::clipboard()->setText(u"water"_s);
+        f.edit->paste();
+        QVERIFY(f.edit->toPlainText().startsWith(u"waterx"_s));
+        QCOMPARE(f.edit->cleanedHtml(), u"water"_s + text);
+        f.edit->moveCursor(QTextCursor::End);
+        f.edit->paste();
+        QVERIFY(f.edit->toPlainText().endsWith(u"water"_s));
+        QCOMPARE(f.edit->cleanedHtml(), u"water"_s + text + u"water"_s);
+        QApplication::clipboard()->setText(text);
+        f.edit->paste();
+        QCOMPARE(f.edit->cleanedHtml(), u"water"_s + text + u"water"_s + text);
+    }
+
+    void aKeyThatWouldDeleteWhatIsNotShownSelectsItFirst_data()
+    {
+        QTest::addColumn<bool>("isBehind");
+        QTest::addColumn<QKeySequence>("keys");
+        QTest::addColumn<QString>("left");
+        const QString words = u"word "_s.repeated(40'000);
+        QTest::newRow("Backspace") << true << QKeySequence(Qt::Key_Backspace) << words;
+        QTest::newRow("word before") << true << QKeySequence(Qt::CTRL | Qt::Key_Backspace) << words;
+        QTest::newRow("Delete") << false << QKeySequence(Qt::Key_Delete) << words;
+        QTest::newRow("word behind") << false << QKeySequence(Qt::CTRL | Qt::Key_Delete) << words;
+    }
+    void aKeyThatWouldDeleteWhatIsNotShownSelectsItFirst()
+    {
+        QFETCH(bool, isBehind);
+        QFETCH(QKeySequence, keys);
+        QFETCH(QString, left);
+        const Fixture f;
+        const QString text = u"word "_s.repeated(600'000);
+        f.edit->setCleanedHtml(text);
+        f.edit->moveCursor(QTextCursor::End);
+        if (!isBehind)
+            f.edit->moveCursor(QTextCursor::PreviousCharacter);
+        QTest::keySequence(f.edit, keys);
+        QCOMPARE(f.edit->cleanedHtml(), text);
+        QVERIFY(f.edit->textCursor().hasSelection());
+        QTest::keySequence(f.edit, keys);
+        QCOMPARE(f.edit->cleanedHtml(), left);
+        f.edit->undo();
+        QCOMPARE(f.edit->cleanedHtml(), text);
+    }
+
+    void otherKeysBesideWhatIsNotShownDeleteOneCharacter()
+    {
+        const Fixture f;
+        const QString text(3'000'000, u'x');
+        f.edit->setCleanedHtml(text);
+        f.edit->moveCursor(QTextCursor::End);
+        QTest::keyClicks(f.edit, u"ab"_s);
+        QTest::keyClick(f.edit, Qt::Key_Backspace);
+        QCOMPARE(f.edit->cleanedHtml(), text + u'a');
+        QTest::keyClick(f.edit, Qt::Key_Backspace);
+        QCOMPARE(f.edit->cleanedHtml(), text);
+        f.edit->moveCursor(QTextCursor::PreviousCharacter);
+        QTest::keyClick(f.edit, Qt::Key_Backspace);
+        QCOMPARE(f.edit->cleanedHtml(), text.chopped(1));
+    }
+
+    void ofAHugeTextThatIsPastedTheBeginningIsShown()
+    {
+        const Fixture f;
+        f.edit->setCleanedHtml(u"H<sub>2</sub>"_s);
+        f.edit->moveCursor(QTextCursor::End);
+        f.edit->setCurrentCharFormat({});
+        QApplication::clipboard()->setText(u"line\r\n"_s.repeated(300'000));
+        f.edit->paste();
+        const QString whole = u"H<sub>2</sub>"_s + u"line<br>"_s.repeated(300'000);
+        QCOMPARE(f.edit->cleanedHtml(), whole);
+        QCOMPARE_LT(f.edit->document()->characterCount(), 300'000);
+        QVERIFY(f.edit->document()->isModified());
+        QVERIFY(shownTip(f.edit).contains(u"too long"_s));
+        QCOMPARE(f.edit->wordWrapMode(), QTextOption::WrapAnywhere);
+        f.edit->undo();
+        QCOMPARE(f.edit->cleanedHtml(), u"H<sub>2</sub>"_s);
+    }
+
+    void pastingAgainAndAgainShowsNoMoreThanCanBeShown()
+    {
+        const Fixture f;
+        const QString text(900'000, u'x');
+        QApplication::clipboard()->setText(text);
+        for (int time = 0; time < 4; ++time)
+            f.edit->paste();
+        QCOMPARE(f.edit->cleanedHtml(), text.repeated(4));
+        QCOMPARE_LT(f.edit->document()->characterCount(), 1'000'010);
     }
 
     // Each runs in a process of its own, since what is tested is whether it survives.

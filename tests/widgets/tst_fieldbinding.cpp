@@ -108,6 +108,34 @@ class TestFieldBinding : public QObject
 private slots:
     void init() { failOnWarnings(); }
 
+    void aTextTooLongToBeShownIsWrittenOnlyWhenEditedAndThenWhole()
+    {
+        Fixture f;
+        f.model.longest = 10'000'000;
+        const QString text =
+            u"H<SUB>2</sub>  O\n&amp;&#8239;<i>\ufffc\u2028\t<br/>"_s.repeated(50'000);
+        QVERIFY(f.model.setData(f.model.index(0, 0), text, Qt::EditRole));
+        f.model.writes = 0;
+        QTest::keyClick(f.first, Qt::Key_End);
+        f.second->setFocus();
+        f.commit();
+        f.binding->submit();
+        QCOMPARE(f.model.writes, 0);
+        QVERIFY(f.value(0).toString() == text);
+
+        f.first->setFocus();
+        f.first->moveCursor(QTextCursor::Start);
+        QTest::keyClick(f.first, Qt::Key_Delete);
+        QTest::keyClicks(f.first, u"D"_s);
+        f.second->setFocus();
+        QCOMPARE(f.model.writes, 1);
+        QVERIFY(f.value(0).toString() == u'D' + text.sliced(1));
+        f.first->undo();
+        f.first->undo();
+        f.commit();
+        QVERIFY(f.value(0).toString() == text);
+    }
+
     void whatWasTypedIsWrittenOnce()
     {
         Fixture f;

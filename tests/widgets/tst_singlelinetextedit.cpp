@@ -580,6 +580,16 @@ private slots:
         insert(f.edit, u"word "_s.repeated(1'000));
         QCOMPARE(f.edit->minimumHeight(), oneLine);
     }
+
+    void aHugeTextThatIsPastedIsInItAsAWhole()
+    {
+        Fixture f;
+        insert(f.edit, u"two  words\n"_s.repeated(500'000));
+        QCOMPARE(f.edit->cleanedHtml(), u"two words "_s.repeated(500'000).chopped(1));
+        QCOMPARE_LT(f.edit->document()->characterCount(), 300'000);
+        QCOMPARE(f.edit->document()->blockCount(), 1);
+        QVERIFY(tipOf(f.edit).contains(u"too long"_s));
+    }
 };
 
 QTEST_MAIN(TestSingleLineTextEdit)
