@@ -2,13 +2,19 @@
 #include "spectrum/pointeditor.h"
 
 #include "widgets/contrast.h"
+#include "widgets/plaindisplay.h"
 #include "widgets/waitcursor.h"
 
 #include <QAction>
 #include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QKeyEvent>
+#include <QLocale>
 #include <QMenu>
+#include <QMimeData>
+#include <QTextBlock>
 #include <QTextCursor>
+#include <QToolTip>
 
 #include <optional>
 
@@ -61,5 +67,24 @@ void PointEditor::contextMenuEvent(QContextMenuEvent *event)
 void PointEditor::insertFromMimeData(const QMimeData *source)
 {
     const WaitCursor waitCursor;
+    const QString text = source->text();
+    const QTextCursor cursor = textCursor();
+    const QTextBlock first = document()->findBlock(cursor.selectionStart());
+    const QTextBlock last = document()->findBlock(cursor.selectionEnd());
+    const QString lines = first.text().first(cursor.selectionStart() - first.position()) + text
+                          + last.text().sliced(cursor.selectionEnd() - last.position());
+    const QStringView endless = endlessLine(lines);
+    if (!endless.isEmpty()) {
+        QToolTip::showText(
+            mapToGlobal(cursorRect().bottomLeft()),
+            QCoreApplication::translate(
+                "PointEditor",
+                "Nothing is pasted: a line of %1 characters is too long for a point.")
+                .arg(QLocale().toString(endless.size())),
+            this);
+        return;
+    }
+    if (hasEndlessWord(lines))
+        setWordWrapMode(QTextOption::WrapAnywhere);
     QPlainTextEdit::insertFromMimeData(source);
 }

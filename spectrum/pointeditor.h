@@ -4,8 +4,9 @@
 #include <QPlainTextEdit>
 
 // The editor of a spectrum's points: text of up to millions of lines. Shows the wait cursor while
-// it takes in what is pasted, undoes, or removes much at once, however it is asked to. To whoever
-// asks for its class it is a QPlainTextEdit.
+// it takes in what is pasted, undoes, or removes much at once, however it is asked to. What is
+// pasted with a line too long to be laid out is refused as a whole, which a tool tip says. To
+// whoever asks for its class it is a QPlainTextEdit.
 class PointEditor : public QPlainTextEdit
 {
 public:

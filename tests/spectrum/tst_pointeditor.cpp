@@ -6,9 +6,11 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QElapsedTimer>
 #include <QMenu>
 #include <QPointer>
 #include <QTest>
+#include <QToolTip>
 
 #include <functional>
 #include <optional>
@@ -138,6 +140,61 @@ private slots:
         QPointer<QMenu> gone(menu);
         menu->close();
         QTRY_VERIFY(!gone);
+    }
+
+    // Such a line is no point, and no length can be laid out.
+    void whatIsPastedWithALineTooLongToBeLaidOutIsRefused_data()
+    {
+        QTest::addColumn<QString>("text");
+        const QString most(1'000'000, u'8');
+        QTest::newRow("between others")
+            << QString(u"\n6 7\r\n"_s + u"8 "_s.repeated(5'000'000) + u"\n9"_s);
+        QTest::newRow("last") << QString(u"\n8"_s + most);
+        QTest::newRow("at the end of a line") << QString(most + u"\n1 2"_s);
+        QTest::newRow("many letters of another script") << QString(100'000, u'א');
+    }
+    void whatIsPastedWithALineTooLongToBeLaidOutIsRefused()
+    {
+        QFETCH(QString, text);
+        Fixture fixture;
+        const QString before = fixture.editor.toPlainText();
+        QGuiApplication::clipboard()->setText(text);
+        fixture.editor.paste();
+        QCOMPARE(fixture.editor.toPlainText(), before);
+        QVERIFY(QToolTip::text().contains(u"Nothing is pasted"_s));
+        QCOMPARE(QGuiApplication::clipboard()->text(), text);
+        QVERIFY(!QGuiApplication::overrideCursor());
+    }
+
+    void aLongLineThatCanBeLaidOutIsPastedWhole_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("numbers") << u"\n"_s + u"1.25 8;"_s.repeated(100'000) + u"\n9 10"_s;
+        QTest::newRow("no place to break it") << u"\n"_s + QString(900'000, u'8') + u"\n9 10"_s;
+    }
+    void aLongLineThatCanBeLaidOutIsPastedWhole()
+    {
+        QFETCH(QString, text);
+        Fixture fixture;
+        QGuiApplication::clipboard()->setText(text);
+        QElapsedTimer clock;
+        clock.start();
+        fixture.editor.paste();
+        QVERIFY(!fixture.editor.grab().isNull());
+        QCOMPARE_LT(clock.elapsed(), 30'000);
+        QVERIFY(fixture.editor.toPlainText().endsWith(text));
+    }
+
+    void manyLinesArePastedInTime()
+    {
+        Fixture fixture;
+        const QString text = u"12.5 0.25\n"_s.repeated(500'000);
+        QGuiApplication::clipboard()->setText(text);
+        QElapsedTimer clock;
+        clock.start();
+        fixture.editor.paste();
+        QCOMPARE_LT(clock.elapsed(), 30'000);
+        QVERIFY(fixture.editor.toPlainText().endsWith(text));
     }
 };
 
