@@ -5,10 +5,10 @@
 // that. With a picture that means to decode and encode it, which takes five times as long as to
 // parse the file: the reference does that too. bench_check [EXAMPLE.json] takes the profile and the
 // picture from that entry. Prints "limit" lines; fails if one is missed.
+#include "benchmarks/measure.h"
 #include "check/checker.h"
 #include "files/filebytes.h"
 #include "pictures/picture.h"
-#include "ratio.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Listing a folder of species files in natural order against reading the folder, and testing
 // whether a file is a species file against reading and parsing it.
-#include "benchmarks/ratio.h"
+#include "benchmarks/measure.h"
 #include "files/jsonfolder.h"
 #include "species/speciesfile.h"
 

@@ -2,7 +2,7 @@
 // Loading a species file through the main window against what the toolkit alone needs for the same
 // windows, texts and charts, and against loading half as many points.
 #include "app/mainwindow.h"
-#include "benchmarks/ratio.h"
+#include "benchmarks/measure.h"
 #include "ui_spectrumwindow.h"
 
 #include <QApplication>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Refusing a picture of any format that is cut off, damaged or claims too much, against decoding a
 // good one of four megapixels. tst_picturelimits holds the memory that it takes.
-#include "benchmarks/ratio.h"
+#include "benchmarks/measure.h"
 #include "pictures/picture.h"
 
 #include <QBuffer>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A picture of a spectrum of 100,000 points by the command-line program against the editor's own
 // redraw of its chart and the encoding of what it shows.
-#include "benchmarks/ratio.h"
+#include "benchmarks/measure.h"
 #include "cli/plotfile.h"
 #include "spectrum/spectrumchartview.h"
 #include "spectrum/spectrumobject.h"

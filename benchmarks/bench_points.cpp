@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Parsing the point text against the bare conversion of its numbers, and resampling many points
 // against resampling few of them onto the same grid.
-#include "benchmarks/ratio.h"
+#include "benchmarks/measure.h"
 #include "spectrum/points.h"
 #include "spectrum/spectrummodel.h"
 #include "widgets/undoabletext.h"

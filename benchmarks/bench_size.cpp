@@ -2,7 +2,7 @@
 // What the largest documents cost: a table of seconds, and how many times as long each takes as
 // half the size. Where it says so, the wait cursor was up.
 #include "app/mainwindow.h"
-#include "benchmarks/ratio.h"
+#include "benchmarks/measure.h"
 #include "spectrum/spectrumwindow.h"
 #include "widgets/singlelinetextedit.h"
 

@@ -2,7 +2,7 @@
 // Entries of many spectra: loading, closing and leaving one of 500 against one of 250, and loading
 // against making the same windows one by one with nothing around them.
 #include "app/mainwindow.h"
-#include "benchmarks/ratio.h"
+#include "benchmarks/measure.h"
 #include "spectrum/spectrumwindow.h"
 
 #include <QApplication>

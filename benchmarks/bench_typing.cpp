@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A key press in the point editor of a large spectrum against one in that of a small spectrum, and
 // in one of which half of the lines are marked as no points against one without marks.
-#include "benchmarks/ratio.h"
+#include "benchmarks/measure.h"
 #include "spectrum/spectrumwindow.h"
 
 #include <QApplication>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What most files of the libraries without windows include, parsed once a build. Every file still
-// names what it uses: packages are built without this, and so does scripts/check read.
+// names what it uses: packages are built without this, and so does scripts/lint read.
 #pragma once
 
 #include <QByteArray>

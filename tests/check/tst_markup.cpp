@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "benchmarks/ratio.h"
+#include "benchmarks/measure.h"
 #include "check/filecheck.h"
 #include "check/markup.h"
 #include "support/warnings.h"
