@@ -7,6 +7,7 @@
 #include <QFont>
 #include <QFontInfo>
 #include <QMainWindow>
+#include <QMdiSubWindow>
 #include <QScreen>
 #include <QTextEdit>
 #include <QWidget>
@@ -219,6 +220,17 @@ QSize ShrinkingStyle::sizeFromContents(ContentsType type, const QStyleOption *op
     // Styles fix a least width of buttons, which no metric tells.
     const QSize full = contents / interfaceScale;
     return shrunk(QProxyStyle::sizeFromContents(type, option, full, widget)).expandedTo(contents);
+}
+
+QIcon ShrinkingStyle::standardIcon(StandardPixmap icon, const QStyleOption *option,
+                                   const QWidget *widget) const
+{
+    if (!qobject_cast<const QMdiSubWindow *>(widget))
+        return QProxyStyle::standardIcon(icon, option, widget);
+    QIcon &shared = m_subWindowIcons[icon];
+    if (shared.isNull())
+        shared = QProxyStyle::standardIcon(icon, option, widget);
+    return shared;
 }
 
 void ShrinkingStyle::polish(QWidget *widget)

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
+#include <QIcon>
 #include <QList>
 #include <QProxyStyle>
 #include <QString>
@@ -62,9 +64,14 @@ public:
                       const QWidget *widget) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
                            const QWidget *widget) const override;
+    // Each sub-window asks for the pictures of its frame and its menu: they share them.
+    QIcon standardIcon(StandardPixmap icon, const QStyleOption *option,
+                       const QWidget *widget) const override;
     using QProxyStyle::polish;
     void polish(QWidget *widget) override;
 
 private:
     static void shrinkFixedSizes(QWidget *widget);
+
+    mutable QHash<StandardPixmap, QIcon> m_subWindowIcons;
 };

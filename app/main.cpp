@@ -69,7 +69,9 @@ int main(int argc, char *argv[])
     showOnScreen(window);
     if (!commandLine.file.isNull()) {
         const QString file = QFileInfo(withoutParentSteps(commandLine.file)).absoluteFilePath();
-        QTimer::singleShot(0, &window, [&window, file] { window.loadSpeciesFile(file); });
+        // A timer of 0 ms is an event that waits with others, which loading looks through: while
+        // one of them is delivered none is taken out of their list.
+        QTimer::singleShot(1, &window, [&window, file] { window.loadSpeciesFile(file); });
     }
     return QApplication::exec();
 }

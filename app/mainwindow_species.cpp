@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/mainwindow.h"
 
+#include "app/latecontents.h"
 #include "app/messagebox.h"
 #include "app/quietarea.h"
 #include "files/jsonfile.h"
@@ -137,8 +138,15 @@ void MainWindow::loadSpeciesObject(const QJsonObject &file)
 void MainWindow::createSpectrumWindows(const QJsonObject &file)
 {
     const QuietArea quiet(ui->mdiArea);
-    for (const QString &key : datasetKeys(file))
+    const QStringList keys = datasetKeys(file);
+    for (const QString &key : keys)
         createNewSpectrumWindow(file.value(key).toObject());
+    // Nobody notices what a few forms cost.
+    constexpr qsizetype few = 10;
+    if (keys.size() <= few) {
+        for (const QMdiSubWindow *subWindow : ui->mdiArea->subWindowList())
+            showContents(subWindow->widget());
+    }
 }
 
 void MainWindow::saveSpecies()

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/mainwindow.h"
 
+#include "app/latecontents.h"
 #include "app/messagebox.h"
+#include "app/quietarea.h"
 #include "app/spectrumtabs.h"
 #include "files/jsonfile.h"
 #include "files/pathnames.h"
@@ -14,6 +16,9 @@
 #include <QFileDialog>
 #include <QJsonDocument>
 #include <QMdiSubWindow>
+#include <QMenu>
+
+#include <algorithm>
 
 namespace
 {
@@ -29,6 +34,15 @@ QJsonObject shownSpectrum(SpectrumWindow *window)
     window->commitEdits();
     window->readPendingPoints();
     return spectrumFileObject(window->toJson());
+}
+
+// A sub-window makes pictures of its own for its menu.
+void shareMenuIcons(const QMdiArea *area, const QMdiSubWindow *subWindow)
+{
+    const QList<QAction *> first = area->subWindowList().constFirst()->systemMenu()->actions();
+    const QList<QAction *> actions = subWindow->systemMenu()->actions();
+    for (qsizetype i = 0; i < std::min(first.size(), actions.size()); ++i)
+        actions[i]->setIcon(first[i]->icon());
 }
 
 } // namespace
@@ -52,10 +66,12 @@ SpectrumWindow *MainWindow::currentSpectrumWindow() const
 
 void MainWindow::addSpectrumWindowToMdiArea(SpectrumWindow *w)
 {
+    new LateContents(w);
     QMdiSubWindow *subWindow = ui->mdiArea->addSubWindow(w);
     subWindow->setAttribute(Qt::WA_DeleteOnClose);
     spectrumTabs->follow(subWindow);
-    w->show();
+    shareMenuIcons(ui->mdiArea, subWindow);
+    showSubWindow(subWindow);
     setModified();
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/quietarea.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QTabBar>
@@ -8,52 +10,71 @@
 namespace
 {
 
-// The tabs of an area, none of which is shown for as long as it lives but the current one: the area
-// has all that are shown laid out with each that goes.
-class HiddenTabs
+// The current one always is shown: to hide it would choose another. To show one that is shown would
+// make the bar forget that it has others to lay out.
+void showTab(QTabBar *tabs, int tab, bool shown)
 {
-    Q_DISABLE_COPY_MOVE(HiddenTabs)
+    const bool visible = shown || tab == tabs->currentIndex();
+    if (tabs->isTabVisible(tab) != visible)
+        tabs->setTabVisible(tab, visible);
+}
 
-public:
-    explicit HiddenTabs(const QMdiArea *area) : m_tabs(area->findChild<QTabBar *>())
-    {
-        if (!m_tabs)
-            return;
-        m_tabs->hide();
-        showTabs(false);
-    }
-    ~HiddenTabs()
-    {
-        if (!m_tabs)
-            return;
-        showTabs(true);
-        m_tabs->show();
-    }
+void showTabs(QTabBar *tabs, bool shown)
+{
+    for (int i = 0; i < tabs->count(); ++i)
+        showTab(tabs, i, shown);
+}
 
-private:
-    // The current one always is: to hide it would choose another.
-    void showTabs(bool shown)
-    {
-        for (int i = 0; i < m_tabs->count(); ++i)
-            m_tabs->setTabVisible(i, shown || i == m_tabs->currentIndex());
-    }
-
-    QTabBar *m_tabs;
-};
+bool isQuiet(const QMdiArea *area)
+{
+    return !area->updatesEnabled();
+}
 
 } // namespace
 
-QuietArea::QuietArea(QMdiArea *area) : m_area(area)
+HiddenTabs::HiddenTabs(const QMdiArea *area) : m_tabs(area->findChild<QTabBar *>())
+{
+    if (!m_tabs)
+        return;
+    m_tabs->hide();
+    showTabs(m_tabs, false);
+}
+
+HiddenTabs::~HiddenTabs()
+{
+    if (!m_tabs)
+        return;
+    showTabs(m_tabs, true);
+    m_tabs->show();
+}
+
+QuietArea::QuietArea(QMdiArea *area) : m_area(area), m_tabs(area)
 {
     m_area->setUpdatesEnabled(false);
-    // What cannot be used does not become active.
-    m_area->viewport()->setEnabled(false);
 }
 
 QuietArea::~QuietArea()
 {
-    m_area->viewport()->setEnabled(true);
     m_area->setUpdatesEnabled(true);
+}
+
+void showSubWindow(QMdiSubWindow *subWindow)
+{
+    const QMdiArea *area = subWindow->mdiArea();
+    if (!isQuiet(area)) {
+        subWindow->widget()->show();
+        return;
+    }
+    // What cannot be used does not become active. Only the sub-window itself asks for that:
+    // setEnabled() would tell all of its parts, twice.
+    subWindow->setAttribute(Qt::WA_Disabled);
+    subWindow->widget()->show();
+    subWindow->setAttribute(Qt::WA_Disabled, false);
+    // Every new widget asks to be styled in the next turn of the event loop. What is shown has
+    // been, and the rest will be when it is.
+    QCoreApplication::removePostedEvents(nullptr, QEvent::PolishRequest);
+    if (auto *tabs = area->findChild<QTabBar *>())
+        showTab(tabs, tabs->count() - 1, false);
 }
 
 void closeQuietly(QMdiArea *area)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Entries of many spectra: loading, closing and leaving one of 500 against one of 250, and loading
-// against making the same windows one by one with nothing around them.
+// Entries of many spectra: loading, closing and leaving one of 500 against one of 250, loading
+// 2,000 empty ones against 1,000, and loading against making and showing the same windows one by
+// one with nothing around them, in time and, on Linux, in memory.
 #include "app/mainwindow.h"
 #include "benchmarks/measure.h"
 #include "spectrum/spectrumwindow.h"
@@ -9,11 +10,16 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QMdiArea>
 #include <QSettings>
 #include <QTemporaryDir>
 
 #include <cstdlib>
 #include <memory>
+
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 namespace
 {
@@ -37,12 +43,12 @@ QJsonObject spectrumObject()
             {QStringLiteral("I"), intensities}};
 }
 
-QString writeEntry(const QString &path, int spectra)
+QString writeEntry(const QString &path, int spectra, const QJsonObject &spectrum)
 {
     QJsonObject file{{QStringLiteral("Type"), QStringLiteral("Species v1")},
                      {QStringLiteral("Species"), QJsonObject()}};
     for (int i = 1; i <= spectra; ++i)
-        file.insert(QStringLiteral("Dataset%1").arg(i), spectrumObject());
+        file.insert(QStringLiteral("Dataset%1").arg(i), spectrum);
     QFile out(path);
     const QByteArray bytes = QJsonDocument(file).toJson();
     if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size()) {
@@ -111,6 +117,44 @@ double secondsToMakeEach(int spectra)
     });
 }
 
+#ifdef __GLIBC__
+double bytesInUse()
+{
+    return static_cast<double>(mallinfo2().uordblks);
+}
+
+// What a spectrum that is not shown takes, against one that was.
+bool reportMemory(const QString &path)
+{
+    const auto window = shownWindow();
+    load(window.get(), path);
+    auto *area = window->findChild<QMdiArea *>();
+    const double before = bytesInUse();
+    constexpr int shown = 100;
+    for (int i = 0; i < shown; ++i) {
+        area->activateNextSubWindow();
+        settle();
+    }
+    const double all = bytesInUse();
+    const double more = (all - before) / shown;
+    window->cleanUp();
+    settle();
+    const double covered = (before - bytesInUse()) / whole;
+    constexpr double limit = 0.7;
+    const double ratio = covered / (covered + more);
+    std::printf("memory of a spectrum that is not shown: %.2f times that of one that was (limit "
+                "%g%s; %.0f kB against %.0f kB)\n",
+                ratio, limit, ratio <= limit ? "" : ", MISSED", covered / 1e3,
+                (covered + more) / 1e3);
+    return ratio <= limit;
+}
+#else
+bool reportMemory(const QString & /*path*/)
+{
+    return true;
+}
+#endif
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -119,8 +163,14 @@ int main(int argc, char *argv[])
     const QTemporaryDir folder;
     // Loading remembers the folder: not in the settings of whoever measures.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
-    const QString few = writeEntry(folder.filePath(QStringLiteral("few.json")), half);
-    const QString many = writeEntry(folder.filePath(QStringLiteral("many.json")), whole);
+    const auto entry = [&folder](int spectra, const QJsonObject &spectrum) {
+        const QString name = QStringLiteral("%1 %2.json").arg(spectra).arg(spectrum.size());
+        return writeEntry(folder.filePath(name), spectra, spectrum);
+    };
+    const QString few = entry(half, spectrumObject());
+    const QString many = entry(whole, spectrumObject());
+    const QString fewEmpty = entry(1000, {});
+    const QString manyEmpty = entry(2000, {});
 
     constexpr double linear = 2.3;
     const auto compare = [&](const char *what, double (*seconds)(const QString &)) {
@@ -131,8 +181,12 @@ int main(int argc, char *argv[])
     bool kept = compare("load 500 spectra", secondsToLoad);
     kept &= compare("close 500 spectra", secondsToClose);
     kept &= compare("leave the program with 500 spectra", secondsToLeave);
+    const Ratio empty = measureSeconds(
+        rounds, [&] { return secondsToLoad(manyEmpty); }, [&] { return secondsToLoad(fewEmpty); });
+    kept &= report("load 2,000 empty spectra", empty, "1,000", linear);
     const Ratio alone = measureSeconds(
         rounds, [&] { return secondsToLoad(many); }, [] { return secondsToMakeEach(whole); });
-    kept &= report("load 500 spectra", alone, "making, showing and deleting each by itself", 1);
+    kept &= report("load 500 spectra", alone, "making, showing and deleting each by itself", 0.6);
+    kept &= reportMemory(many);
     return kept ? 0 : 1;
 }

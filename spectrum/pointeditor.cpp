@@ -12,6 +12,7 @@
 #include <QLocale>
 #include <QMenu>
 #include <QMimeData>
+#include <QResizeEvent>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QToolTip>
@@ -87,4 +88,15 @@ void PointEditor::insertFromMimeData(const QMimeData *source)
     if (hasEndlessWord(lines))
         setWordWrapMode(QTextOption::WrapAnywhere);
     QPlainTextEdit::insertFromMimeData(source);
+}
+
+// Another width changes nothing for lines that are not wrapped; Qt would make a layout for each all
+// the same.
+void PointEditor::resizeEvent(QResizeEvent *event)
+{
+    QSize before = event->oldSize();
+    if (lineWrapMode() == NoWrap)
+        before.setWidth(event->size().width());
+    QResizeEvent change(event->size(), before);
+    QPlainTextEdit::resizeEvent(&change);
 }

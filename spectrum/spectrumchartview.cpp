@@ -62,6 +62,10 @@ SpectrumChartView::SpectrumChartView(QWidget *parent)
     viewport()->setFocusPolicy(Qt::NoFocus);
     setRenderHint(QPainter::Antialiasing);
     setMouseTracking(true);
+    // A chart without a size would be laid out at the one that it prefers, or its least, seen or
+    // not.
+    chart()->setAttribute(Qt::WA_Resized);
+    chart()->setMinimumSize(0, 0);
     mousePositionLabel->setStyleSheet(
         QStringLiteral("background-color: rgba(255, 255, 255, 150); padding: 2px;"));
     keepTextDark(mousePositionLabel);
@@ -228,6 +232,7 @@ void SpectrumChartView::mouseMoveEvent(QMouseEvent *event)
 void SpectrumChartView::resizeEvent(QResizeEvent *event)
 {
     QChartView::resizeEvent(event);
+    chart()->setMinimumSize(QSizeF());
     mousePositionLabel->adjustSize();
     updateLabelPosition();
 }

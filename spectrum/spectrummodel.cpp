@@ -81,6 +81,8 @@ void SpectrumModel::setTextEditText()
     if (!textEdit)
         return;
     const QScopedValueRollback guard(updatingText, true);
+    if (pointLines.size() > mostWrappedLines)
+        textEdit->setLineWrapMode(QPlainTextEdit::NoWrap);
     textEdit->setPlainText(pointLines.join(QLatin1Char('\n')));
 }
 

@@ -14,6 +14,7 @@
 #include "widgets/wheelguard.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QDataWidgetMapper>
 #include <QDate>
 #include <QGuiApplication>
@@ -37,6 +38,9 @@ SpectrumWindow::SpectrumWindow(QWidget *parent)
       mapper(new QDataWidgetMapper(this)),
       document(documentOf(parent))
 {
+    // To style a widget styles all in it, seen or not. With nothing in it yet, each of its parts is
+    // styled when it is shown.
+    ensurePolished();
     ui->setupUi(this);
     initializeMappings();
     model = new SpectrumModel(this, ui->textEditSpect);
@@ -148,6 +152,8 @@ void SpectrumWindow::buildChart()
     setUpSpectrumChart(ui->chartSpectrum->chart());
     ui->chartSpectrum->setRenderHint(QPainter::Antialiasing);
     ui->chartSpectrum->setRubberBand(QChartView::RectangleRubberBand);
+    // The view gives the chart its size when it is shown; until then there is nothing to lay out.
+    QCoreApplication::removePostedEvents(ui->chartSpectrum->chart(), QEvent::LayoutRequest);
 }
 
 void SpectrumWindow::setupMapper(int type)
