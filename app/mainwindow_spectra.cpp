@@ -67,7 +67,7 @@ SpectrumWindow *MainWindow::currentSpectrumWindow() const
 void MainWindow::addSpectrumWindowToMdiArea(SpectrumWindow *w)
 {
     new LateContents(w);
-    QMdiSubWindow *subWindow = ui->mdiArea->addSubWindow(w);
+    QMdiSubWindow *subWindow = addSubWindow(ui->mdiArea, w);
     subWindow->setAttribute(Qt::WA_DeleteOnClose);
     spectrumTabs->follow(subWindow);
     shareMenuIcons(ui->mdiArea, subWindow);

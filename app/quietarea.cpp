@@ -3,9 +3,14 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QGraphicsObject>
+#include <QGraphicsScene>
+#include <QGraphicsView>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QTabBar>
+
+#include <utility>
 
 namespace
 {
@@ -30,6 +35,30 @@ bool isQuiet(const QMdiArea *area)
     return !area->updatesEnabled();
 }
 
+// Every new widget and graphics item asks to be styled, laid out and painted in the next turn of
+// the event loop. What is shown has been, and the rest will be when it is. All that others asked
+// for the style of was styled when the area became quiet.
+void forgetRequests(QMdiSubWindow *subWindow)
+{
+    QCoreApplication::removePostedEvents(nullptr, QEvent::PolishRequest);
+    QObjectList parts{subWindow};
+    const QList<QWidget *> widgets = subWindow->findChildren<QWidget *>();
+    for (QWidget *widget : widgets) {
+        parts.append(widget);
+        const auto *view = qobject_cast<QGraphicsView *>(widget);
+        const QList<QGraphicsItem *> items =
+            view ? view->scene()->items() : QList<QGraphicsItem *>();
+        for (QGraphicsItem *item : items) {
+            if (item->toGraphicsObject())
+                parts.append(item->toGraphicsObject());
+        }
+    }
+    for (QObject *part : std::as_const(parts)) {
+        QCoreApplication::removePostedEvents(part, QEvent::LayoutRequest);
+        QCoreApplication::removePostedEvents(part, QEvent::UpdateLater);
+    }
+}
+
 } // namespace
 
 HiddenTabs::HiddenTabs(const QMdiArea *area) : m_tabs(area->findChild<QTabBar *>())
@@ -51,11 +80,27 @@ HiddenTabs::~HiddenTabs()
 QuietArea::QuietArea(QMdiArea *area) : m_area(area), m_tabs(area)
 {
     m_area->setUpdatesEnabled(false);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::PolishRequest);
 }
 
 QuietArea::~QuietArea()
 {
     m_area->setUpdatesEnabled(true);
+}
+
+QMdiSubWindow *addSubWindow(QMdiArea *area, QWidget *widget)
+{
+    auto *subWindow = new QMdiSubWindow(area->viewport());
+    subWindow->setWidget(widget);
+    const Qt::WindowFlags flags = subWindow->windowFlags();
+    // The area looks through all others for those that one must stay below, each time for each.
+    // Only one that stays on top is raised without.
+    subWindow->overrideWindowFlags(flags | Qt::WindowStaysOnTopHint);
+    area->addSubWindow(subWindow);
+    subWindow->overrideWindowFlags(flags | Qt::SubWindow);
+    // Nor shall it compare its place with those of all that have one.
+    subWindow->setAttribute(Qt::WA_Moved, false);
+    return subWindow;
 }
 
 void showSubWindow(QMdiSubWindow *subWindow)
@@ -70,9 +115,7 @@ void showSubWindow(QMdiSubWindow *subWindow)
     subWindow->setAttribute(Qt::WA_Disabled);
     subWindow->widget()->show();
     subWindow->setAttribute(Qt::WA_Disabled, false);
-    // Every new widget asks to be styled in the next turn of the event loop. What is shown has
-    // been, and the rest will be when it is.
-    QCoreApplication::removePostedEvents(nullptr, QEvent::PolishRequest);
+    forgetRequests(subWindow);
     if (auto *tabs = area->findChild<QTabBar *>())
         showTab(tabs, tabs->count() - 1, false);
 }

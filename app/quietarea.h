@@ -6,6 +6,7 @@
 class QMdiArea;
 class QMdiSubWindow;
 class QTabBar;
+class QWidget;
 
 // Sub-windows by the hundred. Each one that is shown, and each successor of one that is closed,
 // becomes the active one: the area lays it out at full size, gives it the focus and visits all the
@@ -39,6 +40,10 @@ private:
     QMdiArea *m_area;
     HiddenTabs m_tabs;
 };
+
+// Adds a widget to an area in a sub-window of the default flags. QMdiArea::addSubWindow() itself
+// takes longer the more the area has.
+QMdiSubWindow *addSubWindow(QMdiArea *area, QWidget *widget);
 
 // Shows a sub-window that was just added to its area; it becomes active unless the area is quiet.
 void showSubWindow(QMdiSubWindow *subWindow);

@@ -72,14 +72,9 @@ double widestOf(const QStringList &texts, const QFontMetricsF &metrics)
 
 } // namespace
 
-ChartAxes::ChartAxes(QChart *chart)
-    : QGraphicsObject(chart),
-      m_chart(chart),
-      m_x{makeText(this), {}, {}},
-      m_y{makeText(this), {}, {}}
+ChartAxes::ChartAxes(QChart *chart) : QGraphicsObject(chart), m_chart(chart)
 {
     setZValue(depth);
-    m_y.title->setRotation(-90);
     for (const auto orientation : {Qt::Horizontal, Qt::Vertical}) {
         QValueAxis *axis = valueAxis(orientation);
         axis->hide();
@@ -103,8 +98,10 @@ void ChartAxes::layOut()
 {
     const QValueAxis *x = valueAxis(Qt::Horizontal);
     const QValueAxis *y = valueAxis(Qt::Vertical);
-    if (!x || !y)
+    if (!x || !y || m_chart->size().isEmpty())
         return;
+    if (!m_x.title)
+        makeTitles();
     prepareGeometryChange();
     m_bounds = m_chart->rect();
     setText(m_x.title, x->titleText(), x->titleFont(), x->titleBrush().color());
@@ -118,6 +115,14 @@ void ChartAxes::layOut()
     placeLabels(m_y, Qt::Vertical, plot);
     placeTitles(plot);
     update();
+}
+
+// Texts take more memory than all else of a chart: one that was never shown has none.
+void ChartAxes::makeTitles()
+{
+    m_x.title = makeText(this);
+    m_y.title = makeText(this);
+    m_y.title->setRotation(-90);
 }
 
 // By the size of the chart only, and not by that of its plot, which follows.

@@ -32,12 +32,13 @@ public:
 
 private:
     struct Axis {
-        QGraphicsTextItem *title;
+        QGraphicsTextItem *title = nullptr;
         QList<QGraphicsTextItem *> labels; // of the ticks; those beyond them are hidden
         AxisTicks ticks;
     };
 
     void layOut();
+    void makeTitles(); // when the chart first has a size
     [[nodiscard]] QValueAxis *valueAxis(Qt::Orientation orientation) const;
     [[nodiscard]] QMargins neededMargins();
     double fitTicks(Axis &axis, Qt::Orientation orientation, double length);

@@ -36,6 +36,8 @@ bool mayTakeLong(const QKeyEvent *event, const QTextCursor &cursor)
 PointEditor::PointEditor(QWidget *parent) : QPlainTextEdit(parent)
 {
     keepTextDark(this);
+    connect(this, &QPlainTextEdit::textChanged, this,
+            [this] { wrapLinesUnlessMany(this, blockCount()); });
 }
 
 void PointEditor::keyPressEvent(QKeyEvent *event)
@@ -99,4 +101,12 @@ void PointEditor::resizeEvent(QResizeEvent *event)
         before.setWidth(event->size().width());
     QResizeEvent change(event->size(), before);
     QPlainTextEdit::resizeEvent(&change);
+}
+
+// To wrap lines, Qt makes a layout of 300 bytes for each, seen or not.
+void wrapLinesUnlessMany(QPlainTextEdit *editor, qsizetype lines)
+{
+    constexpr qsizetype mostWrapped = 100'000;
+    editor->setLineWrapMode(lines > mostWrapped ? QPlainTextEdit::NoWrap
+                                                : QPlainTextEdit::WidgetWidth);
 }

@@ -18,3 +18,7 @@ protected:
     void insertFromMimeData(const QMimeData *source) override;
     void resizeEvent(QResizeEvent *event) override;
 };
+
+// Wraps the lines of an editor that is to hold so many, unless that takes too much time and memory.
+// A PointEditor itself follows what it holds.
+void wrapLinesUnlessMany(QPlainTextEdit *editor, qsizetype lines);

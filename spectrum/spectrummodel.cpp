@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "spectrum/spectrummodel.h"
 
+#include "spectrum/pointeditor.h"
 #include "spectrum/points.h"
 #include "widgets/undoabletext.h"
 #include "widgets/waitcursor.h"
@@ -81,8 +82,7 @@ void SpectrumModel::setTextEditText()
     if (!textEdit)
         return;
     const QScopedValueRollback guard(updatingText, true);
-    if (pointLines.size() > mostWrappedLines)
-        textEdit->setLineWrapMode(QPlainTextEdit::NoWrap);
+    wrapLinesUnlessMany(textEdit, pointLines.size());
     textEdit->setPlainText(pointLines.join(QLatin1Char('\n')));
 }
 

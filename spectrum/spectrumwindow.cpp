@@ -14,7 +14,6 @@
 #include "widgets/wheelguard.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QDataWidgetMapper>
 #include <QDate>
 #include <QGuiApplication>
@@ -152,8 +151,6 @@ void SpectrumWindow::buildChart()
     setUpSpectrumChart(ui->chartSpectrum->chart());
     ui->chartSpectrum->setRenderHint(QPainter::Antialiasing);
     ui->chartSpectrum->setRubberBand(QChartView::RectangleRubberBand);
-    // The view gives the chart its size when it is shown; until then there is nothing to lay out.
-    QCoreApplication::removePostedEvents(ui->chartSpectrum->chart(), QEvent::LayoutRequest);
 }
 
 void SpectrumWindow::setupMapper(int type)

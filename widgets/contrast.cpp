@@ -113,22 +113,29 @@ QPalette outlinedBoxes(const QPalette &palette)
 
 void keepTextDark(QWidget *widget)
 {
-    static const QColor button(0xe4, 0xe4, 0xe4);
-    static const QColor faint(0x4d, 0x4d, 0x4d); // readable on all these backgrounds
+    // Shared by all widgets: each colour would take memory of its own in every palette.
+    static const QBrush black(Qt::black);
+    static const QBrush white(Qt::white);
+    static const QBrush button(QColor(0xe4, 0xe4, 0xe4));
+    static const QBrush faint(QColor(0x4d, 0x4d, 0x4d)); // readable on all these backgrounds
+    static const QBrush midlight(QColor(0xf0, 0xf0, 0xf0));
+    static const QBrush mid(QColor(0xb0, 0xb0, 0xb0));
+    static const QBrush dark(QColor(0x90, 0x90, 0x90));
+    static const QBrush shadow(QColor(0x60, 0x60, 0x60));
     QPalette palette = widget->palette();
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(role, Qt::black);
-    palette.setColor(QPalette::PlaceholderText, faint);
+        palette.setBrush(role, black);
+    palette.setBrush(QPalette::PlaceholderText, faint);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, faint);
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::Window, button);
-    palette.setColor(QPalette::Button, button);
-    palette.setColor(QPalette::Light, Qt::white);
-    palette.setColor(QPalette::Midlight, QColor(0xf0, 0xf0, 0xf0));
-    palette.setColor(QPalette::Mid, QColor(0xb0, 0xb0, 0xb0));
-    palette.setColor(QPalette::Dark, QColor(0x90, 0x90, 0x90));
-    palette.setColor(QPalette::Shadow, QColor(0x60, 0x60, 0x60));
+        palette.setBrush(QPalette::Disabled, role, faint);
+    palette.setBrush(QPalette::Base, white);
+    palette.setBrush(QPalette::Window, button);
+    palette.setBrush(QPalette::Button, button);
+    palette.setBrush(QPalette::Light, white);
+    palette.setBrush(QPalette::Midlight, midlight);
+    palette.setBrush(QPalette::Mid, mid);
+    palette.setBrush(QPalette::Dark, dark);
+    palette.setBrush(QPalette::Shadow, shadow);
     if (qobject_cast<QAbstractButton *>(widget) && !drawsButtonsIn(palette))
         palette.setColor(QPalette::ButtonText, QApplication::palette().color(QPalette::ButtonText));
     widget->setPalette(palette);

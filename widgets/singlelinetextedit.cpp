@@ -9,11 +9,27 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QPointer>
 #include <QScrollBar>
+#include <QStyle>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QToolTip>
+
+namespace
+{
+
+// A scroll bar that is never shown.
+class UnseenBar final : public QScrollBar
+{
+public:
+    using QScrollBar::QScrollBar;
+
+    [[nodiscard]] QSize sizeHint() const override { return {0, 0}; }
+};
+
+} // namespace
 
 SingleLineTextEdit::SingleLineTextEdit(QWidget *parent) : CleanTextEdit(parent)
 {
@@ -25,15 +41,46 @@ SingleLineTextEdit::SingleLineTextEdit(QWidget *parent) : CleanTextEdit(parent)
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setFrameStyle(QFrame::NoFrame);
     setLineWrapMode(QTextEdit::NoWrap);
-    setStyleSheet(QStringLiteral("background-color: white; border: 1px solid gray; padding: 2px;"));
+    setSheetForLater(
+        QStringLiteral("background-color: white; border: 1px solid gray; padding: 2px;"));
     connect(findChild<TypedAlignment *>(), &TypedAlignment::typedInPlaceOfEditor, this,
             &SingleLineTextEdit::adjustHeight);
     // Whatever moves the view: typing, a new text, size or font, the wheel.
     for (const QScrollBar *bar : {horizontalScrollBar(), verticalScrollBar()}) {
+        // The editor would look in the next turn of the event loop whether to show the bar.
+        disconnect(bar, &QScrollBar::rangeChanged, this, nullptr);
         connect(bar, &QScrollBar::valueChanged, this, &SingleLineTextEdit::showBeginning);
         connect(bar, &QScrollBar::rangeChanged, this, &SingleLineTextEdit::showBeginning);
     }
     adjustHeight();
+}
+
+// A style sheet makes a style for the field, tells all of its parts, and keeps what it makes of the
+// rules, which takes more memory than the rest of a field that is never shown. Fields that wait to
+// be shown share one such style, which their parts do not have, and keep only the rules' text.
+void SingleLineTextEdit::setSheetForLater(const QString &sheet)
+{
+    static QPointer<QStyle> shared;
+    if (!shared) {
+        setStyleSheet(sheet);
+        shared = style();
+        return;
+    }
+    // Qt's were styled when it asked for their size, and a part that is styled already has the
+    // whole field styled at once.
+    verticalScrollBar()->hide();
+    horizontalScrollBar()->hide();
+    setVerticalScrollBar(new UnseenBar(this));
+    setHorizontalScrollBar(new UnseenBar(this));
+    setStyle(shared);
+    setStyleSheet(sheet);
+}
+
+// Before the field is first shown it gets the style of its own.
+void SingleLineTextEdit::styleParts()
+{
+    if (testAttribute(Qt::WA_SetStyle))
+        setStyle(nullptr); // which makes another from the sheet
 }
 
 void SingleLineTextEdit::adjustHeight()
@@ -56,6 +103,8 @@ bool SingleLineTextEdit::event(QEvent *event)
             return true;
         }
     }
+    if (event->type() == QEvent::Polish)
+        styleParts();
     const bool done = CleanTextEdit::event(event);
     switch (event->type()) {
     case QEvent::Polish:

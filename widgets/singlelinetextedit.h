@@ -23,6 +23,8 @@ protected:
     void insertFromMimeData(const QMimeData *source) override;
 
 private:
+    void setSheetForLater(const QString &sheet);
+    void styleParts();
     void showBeginning();
     void showCursor(Qt::FocusReason reason);
     [[nodiscard]] bool showsAll() const;

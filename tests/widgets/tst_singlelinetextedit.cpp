@@ -11,6 +11,7 @@
 #include <QMetaObject>
 #include <QMimeData>
 #include <QScrollBar>
+#include <QStyle>
 #include <QTest>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -149,6 +150,28 @@ private slots:
     }
 
     // The style keeps a record for ever of each widget that has a background painted but no sheet.
+    void everyFieldHasItsSheetFromTheStartAndItsStyleWhenItIsShown()
+    {
+        QWidget window;
+        QList<SingleLineTextEdit *> fields;
+        auto *layout = new QVBoxLayout(&window);
+        for (int i = 0; i < 3; ++i) {
+            fields.append(new SingleLineTextEdit(&window));
+            layout->addWidget(fields.last());
+            QCOMPARE(fields.last()->styleSheet(),
+                     u"background-color: white; border: 1px solid gray; padding: 2px;"_s);
+        }
+        window.show();
+        const QImage first = fields.first()->grab().toImage();
+        for (SingleLineTextEdit *field : fields) {
+            QCOMPARE(field->grab().toImage(), first);
+            QVERIFY(!field->testAttribute(Qt::WA_SetStyle));
+            for (const QWidget *part : field->findChildren<QWidget *>())
+                QCOMPARE(part->style(), field->style());
+        }
+        QCOMPARE(fields.last()->styleSheet(), fields.first()->styleSheet());
+    }
+
     void thePartThatShowsTheTextHasNoBackgroundOfItsOwn()
     {
         Fixture fixture;
