@@ -8,6 +8,7 @@
 #include "check/numbertext.h"
 #include "check/recordcheck.h"
 #include "check/textcheck.h"
+#include "species/speciesmodel.h"
 
 #include <QStringList>
 
@@ -18,9 +19,9 @@
 namespace
 {
 
-constexpr QLatin1String formulaKey("Formula");
-constexpr QLatin1String massKey("Mass");
-constexpr QLatin1String inchiKey("InChI");
+constexpr QLatin1String formulaKey = keyOf(SpeciesColumn::Formula);
+constexpr QLatin1String massKey = keyOf(SpeciesColumn::Mass);
+constexpr QLatin1String inchiKey = keyOf(SpeciesColumn::Inchi);
 
 struct NamedKind {
     MassKind kind;
@@ -109,23 +110,15 @@ void checkMass(const JsonValue &value, const Source &source, FindingList &findin
 
 QString formulaText(const std::map<int, double> &counts)
 {
-    // Hill's order.
-    std::vector<std::pair<QString, double>> parts;
-    parts.reserve(counts.size());
-    for (const auto &[number, count] : counts)
-        parts.emplace_back(QLatin1String(elementOf(number).symbol), count);
-    const bool organic = counts.contains(6);
-    const auto rank = [&](const QString &symbol) {
-        return organic && symbol == QLatin1String("C")   ? 0
-               : organic && symbol == QLatin1String("H") ? 1
-                                                         : 2;
-    };
+    std::vector<std::pair<int, double>> parts(counts.begin(), counts.end());
     std::sort(parts.begin(), parts.end(), [&](const auto &a, const auto &b) {
-        return std::make_pair(rank(a.first), a.first) < std::make_pair(rank(b.first), b.first);
+        return precedesInHill(a.first, b.first, counts.contains(6));
     });
     QString text;
-    for (const auto &[symbol, count] : parts)
-        text += count == 1 ? symbol : symbol + QString::number(count);
+    for (const auto &[number, count] : parts) {
+        const QLatin1String symbol(elementOf(number).symbol);
+        text += count == 1 ? QString(symbol) : symbol + QString::number(count);
+    }
     return text;
 }
 

@@ -7,8 +7,8 @@
 #include "database/databasecompiler.h"
 #include "files/jsonfile.h"
 #include "species/speciesfile.h"
+#include "species/speciesmodel.h"
 
-#include <QCryptographicHash>
 #include <QFile>
 #include <QHash>
 #include <QJsonDocument>
@@ -16,6 +16,7 @@
 
 #include <array>
 #include <functional>
+#include <variant>
 
 namespace
 {
@@ -136,15 +137,9 @@ private:
     QList<Finding> m_findings;
 };
 
-QByteArray digestOf(const QJsonObject &object)
-{
-    return QCryptographicHash::hash(QJsonDocument(object).toJson(QJsonDocument::Compact),
-                                    QCryptographicHash::Sha256);
-}
-
 QString nameOf(const QJsonObject &entry)
 {
-    return quoted(entry.value(speciesKey).toObject().value(QLatin1String("Name")).toString());
+    return quoted(entry.value(speciesKey).toObject().value(keyOf(SpeciesColumn::Name)).toString());
 }
 
 // Gives each entry of the database to take. False if the file cannot be read.
@@ -178,17 +173,17 @@ std::optional<QString> databaseDifference(const QString &database,
 {
     // How many entries are still without their file.
     QHash<QByteArray, int> unmatched;
-    const bool isRead = takeEntries(
-        database, [&](const QString &, const QJsonObject &entry) { ++unmatched[digestOf(entry)]; });
+    const bool isRead = takeEntries(database, [&](const QString &, const QJsonObject &entry) {
+        ++unmatched[entryDigest(entry)];
+    });
     if (!isRead)
         return std::nullopt;
     QStringList missing;
     for (const SpeciesSource &source : species) {
-        std::optional<QJsonObject> object = readJsonObject(source.path);
-        if (!object)
+        const auto entry = readEntry(source.path);
+        if (!std::holds_alternative<QJsonObject>(entry))
             continue;
-        object->remove(typeKey);
-        const QByteArray digest = digestOf(*object);
+        const QByteArray digest = entryDigest(std::get<QJsonObject>(entry));
         if (!unmatched.contains(digest))
             missing.append(source.name);
         else if (--unmatched[digest] == 0)
@@ -196,7 +191,7 @@ std::optional<QString> databaseDifference(const QString &database,
     }
     QStringList surplus;
     const auto noteSurplus = [&](const QString &key, const QJsonObject &entry) {
-        if (unmatched.contains(digestOf(entry)))
+        if (unmatched.contains(entryDigest(entry)))
             surplus.append(key + QLatin1Char(' ') + nameOf(entry));
     };
     if (!unmatched.isEmpty() && !takeEntries(database, noteSurplus))

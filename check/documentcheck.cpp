@@ -7,6 +7,7 @@
 #include "check/utf8text.h"
 #include "files/jsonfile.h"
 #include "species/speciesfile.h"
+#include "species/speciesmodel.h"
 
 #include <QCryptographicHash>
 
@@ -30,10 +31,10 @@ void noteIdentities(const JsonValue &species, FindingList &findings, std::vector
         QLatin1String key;
     };
     static constexpr std::array sources{
-        Source{Check::SameCas, QLatin1String("CAS")},
-        Source{Check::SameInchi, QLatin1String("InChI")},
-        Source{Check::SameCid, QLatin1String("PubChem")},
-        Source{Check::SameName, QLatin1String("Name")},
+        Source{Check::SameCas, keyOf(SpeciesColumn::Cas)},
+        Source{Check::SameInchi, keyOf(SpeciesColumn::Inchi)},
+        Source{Check::SameCid, keyOf(SpeciesColumn::PubChem)},
+        Source{Check::SameName, keyOf(SpeciesColumn::Name)},
     };
     for (const Source &source : sources) {
         const JsonValue value = species.member(source.key);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <utility>
 
 namespace
 {
@@ -146,6 +147,15 @@ std::optional<int> atomicNumber(QStringView symbol)
 const Element &elementOf(int number)
 {
     return elements.at(static_cast<std::size_t>(number) - 1);
+}
+
+bool precedesInHill(int left, int right, bool hasCarbon)
+{
+    const auto rank = [&](int number) {
+        const int first = hasCarbon && number == 6 ? 0 : hasCarbon && number == 1 ? 1 : 2;
+        return std::pair(first, QLatin1String(elementOf(number).symbol));
+    };
+    return rank(left) < rank(right);
 }
 
 NuclideMass nuclideMass(int number, int massNumber)

@@ -28,6 +28,10 @@ struct Element {
 // The element of an atomic number from 1 to 118.
 [[nodiscard]] const Element &elementOf(int number);
 
+// Whether one element stands before another in a formula in Hill's order: carbon, hydrogen, then by
+// their symbols; without carbon by their symbols alone. Takes atomic numbers.
+[[nodiscard]] bool precedesInHill(int left, int right, bool hasCarbon);
+
 // The mass of a nuclide and how far it may be off: where the table does not hold it, its mass
 // number and 0.12 (no nuclide is farther from it).
 struct NuclideMass {

@@ -21,20 +21,22 @@
 namespace
 {
 
-// Why the file at path cannot be read.
-QString unreadableReason(const QString &path, FileProblem problem)
+QString reasonFor(FileObstacle obstacle)
 {
-    const QFileInfo file(path);
-    if (file.isSymLink() && !file.exists())
+    switch (obstacle) {
+    case FileObstacle::BrokenLink:
         return QStringLiteral("it is a link that leads nowhere");
-    if (!file.exists())
+    case FileObstacle::Missing:
         return QStringLiteral("it does not exist");
-    if (file.isDir())
+    case FileObstacle::Folder:
         return QStringLiteral("it is a folder");
-    if (!file.isFile())
+    case FileObstacle::Special:
         return QStringLiteral("it is no regular file");
-    if (problem == FileProblem::TooLarge)
+    case FileObstacle::TooLarge:
         return QStringLiteral("it is larger than %1 MB").arg(largestJsonFile >> 20);
+    case FileObstacle::Other:
+        break;
+    }
     return QStringLiteral("reading it failed");
 }
 
@@ -111,7 +113,7 @@ FileResult checkFile(const QString &name, const QString &path, const FileCheckOp
     FileProblem problem = FileProblem::None;
     if (const auto bytes = readJsonText(path, &problem))
         return checkBytes(name, *bytes, options);
-    return unreadableResult(name, unreadableReason(path, problem), options);
+    return unreadableResult(name, reasonFor(obstacleOf(path, problem)), options);
 }
 
 FileResult checkBytes(const QString &name, const QByteArray &bytes, const FileCheckOptions &options)

@@ -20,7 +20,7 @@ constexpr int deepestBranch = 200;
 InchiComponent componentOf(InchiScanner &scanner)
 {
     InchiComponent component;
-    std::vector<std::pair<QString, int>> order;
+    std::vector<int> order;
     while (!scanner.atEnd() && scanner.peek() != QLatin1Char('.')) {
         QString symbol(scanner.takeAny());
         while (scanner.peek().isLower())
@@ -34,23 +34,16 @@ InchiComponent componentOf(InchiScanner &scanner)
             failInchi(QStringLiteral("its formula has a count of %1").arg(count));
         if (!component.atoms.emplace(*number, count).second)
             failInchi(QStringLiteral("its formula names %1 twice").arg(symbol));
-        order.emplace_back(symbol, *number);
+        order.push_back(*number);
         if (*number != hydrogen)
             component.heavyAtoms += count;
     }
     if (order.empty())
         failInchi(QStringLiteral("a component of its formula is empty"));
-    // Hill's order: carbon, hydrogen, then the letters; without carbon the letters alone.
-    const bool organic = component.atoms.contains(carbon);
-    const auto rank = [&](const auto &entry) {
-        const int first = !organic                   ? 2
-                          : entry.second == carbon   ? 0
-                          : entry.second == hydrogen ? 1
-                                                     : 2;
-        return std::make_pair(first, entry.first);
-    };
-    if (!std::is_sorted(order.begin(), order.end(),
-                        [&](const auto &a, const auto &b) { return rank(a) < rank(b); }))
+    const bool isHill = std::is_sorted(order.begin(), order.end(), [&](int a, int b) {
+        return precedesInHill(a, b, component.atoms.contains(carbon));
+    });
+    if (!isHill)
         failInchi(QStringLiteral("the elements of its formula are not in Hill's order"));
     component.numberedAtoms = std::max(component.heavyAtoms, 1);
     return component;

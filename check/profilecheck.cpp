@@ -17,10 +17,8 @@
 namespace
 {
 
-constexpr QLatin1String casKey("CAS");
-constexpr QLatin1String pubchemKey("PubChem");
-constexpr QLatin1String adiabaticKey("AIE");
-constexpr QLatin1String verticalKey("VIE");
+constexpr QLatin1String adiabaticKey = keyOf(SpeciesColumn::Aie);
+constexpr QLatin1String verticalKey = keyOf(SpeciesColumn::Vie);
 
 JsonKind kindOf(SpeciesFieldKind kind)
 {
@@ -125,10 +123,10 @@ ProfileEnergies checkProfile(const JsonValue &species, FindingList &findings)
 {
     checkMembers(species, knownKeys(), findings);
     checkTexts(species, findings);
-    checkCas(species.member(casKey), findings);
-    checkPubchem(species.member(pubchemKey), findings);
+    checkCas(species.member(keyOf(SpeciesColumn::Cas)), findings);
+    checkPubchem(species.member(keyOf(SpeciesColumn::PubChem)), findings);
     checkComposition(species, findings);
-    checkPicture(species.member(speciesFields[speciesImageColumn].key), findings);
+    checkPicture(species.member(keyOf(SpeciesColumn::Image)), findings);
 
     const JsonValue vertical = species.member(verticalKey);
     const std::optional<EnergyText> aie = checkEnergy(species.member(adiabaticKey), findings);

@@ -1,28 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "check/recordcheck.h"
 
+#include "files/editdistance.h"
+
 #include <algorithm>
-#include <numeric>
 #include <vector>
 
 namespace
 {
-
-// How many characters must be changed, added or taken away to make one text the other.
-int editDistance(const QString &left, const QString &right)
-{
-    std::vector<int> row(static_cast<std::size_t>(right.size()) + 1);
-    std::iota(row.begin(), row.end(), 0);
-    for (const QChar c : left) {
-        int diagonal = row[0]++;
-        for (std::size_t i = 1; i < row.size(); ++i) {
-            const int substituted = diagonal + (c == right[static_cast<qsizetype>(i) - 1] ? 0 : 1);
-            diagonal = row[i];
-            row[i] = std::min({row[i] + 1, row[i - 1] + 1, substituted});
-        }
-    }
-    return row.back();
-}
 
 void checkKeysOf(const JsonValue &object, FindingList &findings)
 {
@@ -110,7 +95,7 @@ QString similarKey(const QString &key, std::span<const KnownKey> known)
         return best;
     for (const KnownKey &each : known) {
         const QString name(each.key);
-        const qsizetype distance = editDistance(key.toLower(), name.toLower());
+        const qsizetype distance = editDistance(key.toLower(), name.toLower(), Swaps::No);
         // Two changes make another word of a short one.
         if (distance < bestDistance && 2 * distance < name.size()) {
             best = name;

@@ -88,7 +88,7 @@ public:
         QJsonObject rest = before.toObject();
         // Whether the picture is the same is for the decoder to say: what is lost is one that
         // cannot be decoded.
-        const QLatin1String imageKey = speciesFields[speciesImageColumn].key;
+        const QLatin1String imageKey = keyOf(SpeciesColumn::Image);
         const QJsonValue picture = rest.take(imageKey);
         const bool isEmpty = picture.isUndefined() || picture == QJsonValue(QString());
         if (!isEmpty && !after.contains(imageKey))

@@ -17,13 +17,13 @@
 namespace
 {
 
-constexpr QLatin1String titleKey("Title");
-constexpr QLatin1String uploaderKey("Uploader");
-constexpr QLatin1String doiKey("DOI");
-constexpr QLatin1String citationsKey("FurtherRefs");
-constexpr QLatin1String commentsKey("FurtherComments");
-constexpr QLatin1String createdKey("CreatedDate");
-constexpr QLatin1String facilityDateKey("FacilityDate");
+constexpr QLatin1String titleKey = keyOf(SpectrumColumn::Title);
+constexpr QLatin1String uploaderKey = keyOf(SpectrumColumn::Uploader);
+constexpr QLatin1String doiKey = keyOf(SpectrumColumn::Doi);
+constexpr QLatin1String citationsKey = keyOf(SpectrumColumn::FurtherRefs);
+constexpr QLatin1String commentsKey = keyOf(SpectrumColumn::FurtherComments);
+constexpr QLatin1String createdKey = keyOf(SpectrumColumn::CreatedDate);
+constexpr QLatin1String facilityDateKey = keyOf(SpectrumColumn::FacilityDate);
 
 const std::vector<KnownKey> &knownKeys(bool isFile)
 {

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/arguments.h"
 
+#include "files/editdistance.h"
+
 #include <algorithm>
 #include <optional>
-#include <vector>
 
 namespace
 {
@@ -31,27 +32,6 @@ UsageError unknownOption(std::span<const Option> options, const QByteArray &word
     return {"unknown option " + word, closestTo(word, names)};
 }
 
-// How many letters have to be put in, left out, changed or swapped with their neighbour.
-qsizetype distance(const QByteArray &from, const QByteArray &to)
-{
-    const qsizetype width = to.size() + 1;
-    std::vector<qsizetype> table((from.size() + 1) * width);
-    const auto at = [&](qsizetype i, qsizetype j) -> qsizetype & { return table[i * width + j]; };
-    for (qsizetype i = 0; i <= from.size(); ++i) {
-        for (qsizetype j = 0; j <= to.size(); ++j) {
-            if (i == 0 || j == 0) {
-                at(i, j) = i + j;
-                continue;
-            }
-            const qsizetype change = from[i - 1] == to[j - 1] ? 0 : 1;
-            at(i, j) = std::min({at(i - 1, j) + 1, at(i, j - 1) + 1, at(i - 1, j - 1) + change});
-            if (i > 1 && j > 1 && from[i - 1] == to[j - 2] && from[i - 2] == to[j - 1])
-                at(i, j) = std::min(at(i, j), at(i - 2, j - 2) + 1);
-        }
-    }
-    return table.back();
-}
-
 // Whether all parts of a word stand in another one: "cas-digit" in "cas-check-digit".
 bool hasParts(const QByteArrayList &parts, const QByteArray &candidate)
 {
@@ -71,7 +51,7 @@ QByteArray closestTo(const QByteArray &word, const QByteArrayList &candidates)
         return best;
     qsizetype least = std::max<qsizetype>(1, word.size() / 3) + 1;
     for (const QByteArray &candidate : candidates) {
-        const qsizetype needed = distance(word.toLower(), candidate.toLower());
+        const qsizetype needed = editDistance(word.toLower(), candidate.toLower(), Swaps::Yes);
         // The start of a long name, or some of its parts, are as good as one letter off.
         const bool isPart = (word.size() > 2 && candidate.startsWith(word))
                             || hasParts(word.toLower().split('-'), candidate);

@@ -8,9 +8,10 @@
 #include "database/databasecompiler.h"
 #include "files/jsonfile.h"
 #include "species/speciesfile.h"
+#include "species/speciesmodel.h"
 #include "spectrum/spectrumfile.h"
+#include "spectrum/spectrumobject.h"
 
-#include <QCryptographicHash>
 #include <QFile>
 #include <QHash>
 #include <QJsonArray>
@@ -24,9 +25,9 @@
 namespace
 {
 
-QByteArray textOf(const QJsonObject &object, const char *key)
+QByteArray textOf(const QJsonObject &object, QLatin1String key)
 {
-    return plainText(object.value(QLatin1String(key)).toString()).toUtf8();
+    return plainText(object.value(key).toString()).toUtf8();
 }
 
 CollectionEntry recognised(const QByteArray &name, QJsonObject object)
@@ -34,13 +35,13 @@ CollectionEntry recognised(const QByteArray &name, QJsonObject object)
     CollectionEntry entry;
     entry.name = name;
     entry.kind = object.take(typeKey).toString(speciesFileType).toUtf8();
-    entry.digest = QCryptographicHash::hash(QJsonDocument(object).toJson(QJsonDocument::Compact),
-                                            QCryptographicHash::Sha256);
+    entry.digest = entryDigest(object);
     const QJsonObject profile = object.value(speciesKey).toObject();
     const bool isSpecies = entry.kind == QByteArray(speciesFileType.data());
-    entry.cas = textOf(profile, "CAS");
-    entry.inchi = textOf(profile, "InChI");
-    entry.species = isSpecies ? textOf(profile, "Name") : textOf(object, "Title");
+    entry.cas = textOf(profile, keyOf(SpeciesColumn::Cas));
+    entry.inchi = textOf(profile, keyOf(SpeciesColumn::Inchi));
+    entry.species = isSpecies ? textOf(profile, keyOf(SpeciesColumn::Name))
+                              : textOf(object, keyOf(SpectrumColumn::Title));
     return entry;
 }
 

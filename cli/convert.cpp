@@ -225,7 +225,7 @@ int convert(const ConvertJob &job, Console &console)
     for (const auto &[key, value] : job.fields)
         static_cast<void>(setMetadata(spectrum.metadata, key, value));
     // As a new spectrum in the editor.
-    const QString created = QStringLiteral("CreatedDate");
+    const QString created = keyOf(SpectrumColumn::CreatedDate);
     if (!spectrum.metadata.contains(created))
         spectrum.metadata.insert(created, QDate::currentDate().toString(Qt::ISODate));
     const bool isTable = formatOf(job, *bytes) == "table";

@@ -10,6 +10,7 @@
 #include "database/databasecompiler.h"
 #include "files/jsonfile.h"
 #include "species/speciesfile.h"
+#include "species/speciesmodel.h"
 
 #include <QFileInfo>
 
@@ -110,7 +111,7 @@ public:
     {
         const EntryDifference difference = differenceBetween(before.object, after.object);
         const QString name =
-            before.object.value(speciesKey).toObject().value(QLatin1String("Name")).toString();
+            before.object.value(speciesKey).toObject().value(keyOf(SpeciesColumn::Name)).toString();
         if (!difference.isNone())
             report.entries.append({before.name, after.name, plainText(name).toUtf8(), difference});
     }

@@ -2,6 +2,7 @@
 #include "cli/diffreport.h"
 
 #include "cli/filenames.h"
+#include "files/jsonfile.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -16,8 +17,7 @@ QByteArray shown(const QJsonValue &value, bool isDescribed)
         return "nothing";
     if (isDescribed)
         return value.toString().toUtf8();
-    const QByteArray text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    return text.sliced(1, text.size() - 2);
+    return jsonOnOneLine(value);
 }
 
 QByteArray heading(const QByteArray &before, const QByteArray &after, const QByteArray &name)

@@ -35,13 +35,13 @@ void comparePictures(QList<FieldDifference> &fields, const QJsonValue &before,
     const QImage old = decoded(before);
     const QImage present = decoded(after);
     if (old.isNull() || !isSamePicture(old, present))
-        fields.append({speciesFields[speciesImageColumn].key, described(old, before),
-                       described(present, after), true});
+        fields.append(
+            {keyOf(SpeciesColumn::Image), described(old, before), described(present, after), true});
 }
 
 QList<FieldDifference> profileDifferences(QJsonObject before, QJsonObject after)
 {
-    const QLatin1String imageKey = speciesFields[speciesImageColumn].key;
+    const QLatin1String imageKey = keyOf(SpeciesColumn::Image);
     QList<FieldDifference> fields;
     comparePictures(fields, before.take(imageKey), after.take(imageKey));
     return fields + fieldDifferences(before, after);

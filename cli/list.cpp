@@ -42,8 +42,8 @@ constexpr std::size_t spectraColumn = 6;
 constexpr std::size_t typesColumn = 7;
 // The columns that the profile fills, and the keys there.
 constexpr std::array profileKeys{
-    QLatin1String("Name"), QLatin1String("Formula"), QLatin1String("CAS"),
-    QLatin1String("AIE"),  QLatin1String("VIE"),
+    keyOf(SpeciesColumn::Name), keyOf(SpeciesColumn::Formula), keyOf(SpeciesColumn::Cas),
+    keyOf(SpeciesColumn::Aie),  keyOf(SpeciesColumn::Vie),
 };
 
 struct Row {

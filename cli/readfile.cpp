@@ -9,18 +9,24 @@
 #include "spectrum/spectrumfile.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QRegularExpression>
 
 QByteArray whyUnreadable(const InputFile &input, FileProblem problem)
 {
-    if (problem == FileProblem::TooLarge)
+    switch (obstacleOf(input.path, problem)) {
+    case FileObstacle::BrokenLink:
+        return "a link that leads nowhere";
+    case FileObstacle::Missing:
+        return "no such file";
+    case FileObstacle::Folder:
+        return "a folder";
+    case FileObstacle::Special:
+        return "not a regular file";
+    case FileObstacle::TooLarge:
         return "too large";
-    const QFileInfo info(input.path);
-    if (!info.exists())
-        return info.isSymLink() ? "a link that leads nowhere" : "no such file";
-    if (!info.isFile())
-        return info.isDir() ? "a folder" : "not a regular file";
+    case FileObstacle::Other:
+        break;
+    }
     QFile file(input.path);
     if (!file.open(QIODevice::ReadOnly))
         return file.errorString().toUtf8().toLower();

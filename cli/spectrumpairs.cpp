@@ -179,7 +179,7 @@ private:
 KeyedSpectrum::KeyedSpectrum(const QByteArray &keyInFile, const QJsonObject &spectrum)
     : key(keyInFile),
       object(spectrum),
-      title(plainText(spectrum.value(QLatin1String("Title")).toString()).toUtf8())
+      title(plainText(spectrum.value(keyOf(SpectrumColumn::Title)).toString()).toUtf8())
 {
 }
 

@@ -5,6 +5,7 @@
 #include "files/replacementfile.h"
 #include "species/speciesfile.h"
 
+#include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonObject>
@@ -18,19 +19,6 @@
 
 namespace
 {
-
-// The species file's object as an entry, or what is wrong with the file.
-std::variant<QJsonObject, CompileError> readEntry(const QString &file)
-{
-    FileProblem problem = FileProblem::None;
-    std::optional<QJsonObject> object = readJsonObject(file, &problem);
-    if (!object)
-        return CompileError{CompileError::UnreadableInput, file, problem == FileProblem::TooLarge};
-    if (!hasType(*object, speciesFileType))
-        return CompileError{CompileError::InvalidInput, file};
-    object->remove(typeKey);
-    return *std::move(object);
-}
 
 QString entryKey(int index)
 {
@@ -156,6 +144,24 @@ bool isEntryKey(const QString &key)
 {
     static const QRegularExpression form(QStringLiteral("^Entry[1-9][0-9]*\\z"));
     return form.match(key).hasMatch();
+}
+
+std::variant<QJsonObject, CompileError> readEntry(const QString &file)
+{
+    FileProblem problem = FileProblem::None;
+    std::optional<QJsonObject> object = readJsonObject(file, &problem);
+    if (!object)
+        return CompileError{CompileError::UnreadableInput, file, problem == FileProblem::TooLarge};
+    if (!hasType(*object, speciesFileType))
+        return CompileError{CompileError::InvalidInput, file};
+    object->remove(typeKey);
+    return *std::move(object);
+}
+
+QByteArray entryDigest(const QJsonObject &entry)
+{
+    return QCryptographicHash::hash(QJsonDocument(entry).toJson(QJsonDocument::Compact),
+                                    QCryptographicHash::Sha256);
 }
 
 std::optional<CompileError> compileDatabase(const QStringList &files, const QString &output,

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
 #include <QDate>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QLatin1String>
 #include <QString>
 #include <QStringList>
@@ -37,6 +39,13 @@ struct CompileError {
     QString file = {};
     bool isTooLarge = false; // the file, or what its entry would be
 };
+
+// The entry that compiling makes of a species file: the file's object without its "Type"; or what
+// is wrong with the file.
+[[nodiscard]] std::variant<QJsonObject, CompileError> readEntry(const QString &file);
+
+// A fingerprint of what compiling writes of an entry: entries of equal ones are the same.
+[[nodiscard]] QByteArray entryDigest(const QJsonObject &entry);
 
 // Called before each species file with the count of those done and the index of the next one in the
 // list: files are read in the order of their entries' keys. Returning false cancels.

@@ -268,13 +268,15 @@ private:
             if (record.name.startsWith("$ZORAVEL"))
                 readOwnRecord(record);
             else if (!isOurs && record.name == "TITLE")
-                static_cast<void>(setMetadata(m_spectrum.metadata, "Title", textOf(record)));
+                static_cast<void>(setMetadata(m_spectrum.metadata,
+                                              keyOf(SpectrumColumn::Title).data(), textOf(record)));
             else if (!isOurs && !isUsed(record.name) && !textOf(record).isEmpty())
                 comments.append(record.label.trimmed() + "= " + textOf(record));
         }
         if (!comments.isEmpty())
-            static_cast<void>(
-                setMetadata(m_spectrum.metadata, "FurtherComments", comments.join("<br>")));
+            static_cast<void>(setMetadata(m_spectrum.metadata,
+                                          keyOf(SpectrumColumn::FurtherComments).data(),
+                                          comments.join("<br>")));
         if (m_block.comments > 0)
             warn(QByteArray::number(m_block.comments) + " comments ($$) are not kept");
         if (m_missing > 0)

@@ -70,7 +70,7 @@ QByteArray fieldRecord(const QString &key, const QJsonValue &value)
 // The title for other programs.
 QByteArray titleOf(const QJsonObject &spectrum)
 {
-    const QString title = spectrum.value(QLatin1String("Title")).toString();
+    const QString title = spectrum.value(keyOf(SpectrumColumn::Title)).toString();
     QByteArray text;
     for (const QChar c : QStringView(title).left(int(lineLength) - 10))
         text += c >= QLatin1Char(' ') && c <= QLatin1Char('~') && c != QLatin1Char('$')

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "exchange/metadata.h"
 
+#include "files/jsonfile.h"
 #include "spectrum/spectrumobject.h"
 
 #include <QJsonArray>
@@ -10,12 +11,6 @@
 
 namespace
 {
-
-QByteArray jsonOf(const QJsonValue &value)
-{
-    const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    return array.sliced(1, array.size() - 2);
-}
 
 bool isPlain(const QString &text)
 {
@@ -73,7 +68,7 @@ QByteArray metadataText(const QString &key, const QJsonValue &value)
         return spectrumTypeNames[type].data();
     if (value.isString() && isPlain(value.toString()))
         return value.toString().toUtf8();
-    return jsonOf(value);
+    return jsonOnOneLine(value);
 }
 
 QByteArray unquoted(const QByteArray &text)

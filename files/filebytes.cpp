@@ -15,6 +15,18 @@ FileProblem problemOf(bool succeeded, bool fits)
     return fits ? FileProblem::Inaccessible : FileProblem::TooLarge;
 }
 
+FileObstacle obstacleOf(const QString &path, FileProblem problem)
+{
+    const QFileInfo file(path);
+    if (problem == FileProblem::TooLarge)
+        return FileObstacle::TooLarge;
+    if (!file.exists())
+        return file.isSymLink() ? FileObstacle::BrokenLink : FileObstacle::Missing;
+    if (!file.isFile())
+        return file.isDir() ? FileObstacle::Folder : FileObstacle::Special;
+    return FileObstacle::Other;
+}
+
 bool readFilePieces(const QString &path, const std::function<bool(QByteArrayView)> &take)
 {
     constexpr qint64 pieceSize = 1 << 20;

@@ -17,6 +17,10 @@ enum class FileProblem {
 
 [[nodiscard]] FileProblem problemOf(bool succeeded, bool fits);
 
+// What keeps a file from being read, for messages.
+enum class FileObstacle { BrokenLink, Missing, Folder, Special, TooLarge, Other };
+[[nodiscard]] FileObstacle obstacleOf(const QString &path, FileProblem problem);
+
 // Larger files, in bytes, are not read as a whole.
 inline constexpr qint64 largestFile = qint64{256} * 1024 * 1024;
 

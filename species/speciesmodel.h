@@ -8,6 +8,7 @@
 #include <QLatin1String>
 
 #include <array>
+#include <cstddef>
 #include <optional>
 
 // What a cell of the species record holds and how its JSON value is read and written.
@@ -16,6 +17,22 @@ enum class SpeciesFieldKind {
     Lines,  // the same, line ends turned into "<br>" on load
     Number, // a double after loading, text after editing; a JSON number
     Image,  // a QImage; a JSON string, the base64 of a PNG file
+};
+
+// The columns of the record.
+enum class SpeciesColumn {
+    Name,
+    Aliases,
+    Mass, // amu
+    Formula,
+    Inchi,
+    Cas,
+    PubChem,
+    Aie, // eV
+    Vie, // eV
+    AieComment,
+    VieComment,
+    Image,
 };
 
 struct SpeciesField {
@@ -27,18 +44,23 @@ struct SpeciesField {
 inline constexpr std::array speciesFields{
     SpeciesField{QLatin1String("Name"), SpeciesFieldKind::Text},
     SpeciesField{QLatin1String("Aliases"), SpeciesFieldKind::Lines},
-    SpeciesField{QLatin1String("Mass"), SpeciesFieldKind::Number}, // amu
+    SpeciesField{QLatin1String("Mass"), SpeciesFieldKind::Number},
     SpeciesField{QLatin1String("Formula"), SpeciesFieldKind::Text},
     SpeciesField{QLatin1String("InChI"), SpeciesFieldKind::Text},
     SpeciesField{QLatin1String("CAS"), SpeciesFieldKind::Text},
     SpeciesField{QLatin1String("PubChem"), SpeciesFieldKind::Text},
-    SpeciesField{QLatin1String("AIE"), SpeciesFieldKind::Text}, // eV
-    SpeciesField{QLatin1String("VIE"), SpeciesFieldKind::Text}, // eV
+    SpeciesField{QLatin1String("AIE"), SpeciesFieldKind::Text},
+    SpeciesField{QLatin1String("VIE"), SpeciesFieldKind::Text},
     SpeciesField{QLatin1String("AIE_Comment"), SpeciesFieldKind::Text},
     SpeciesField{QLatin1String("VIE_Comment"), SpeciesFieldKind::Text},
     SpeciesField{QLatin1String("StructuralFormula"), SpeciesFieldKind::Image},
 };
-inline constexpr int speciesImageColumn = 11;
+inline constexpr int speciesImageColumn = static_cast<int>(SpeciesColumn::Image);
+
+[[nodiscard]] constexpr QLatin1String keyOf(SpeciesColumn column)
+{
+    return speciesFields[static_cast<std::size_t>(column)].key;
+}
 
 // A copy of text without any tag but sub, sup and br (as written in lower case, with or without
 // attributes); everything outside tags stays, entities and a "<" that no ">" follows included.

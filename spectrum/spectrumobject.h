@@ -80,6 +80,26 @@ inline constexpr std::array spectrumTextFields{
     SpectrumTextField{SpectrumColumn::Aie, QLatin1String("AIE"), SpectrumKind::Simulation},
 };
 
+// The key of a column.
+[[nodiscard]] constexpr QLatin1String keyOf(SpectrumColumn column)
+{
+    for (const SpectrumTextField &field : spectrumTextFields) {
+        if (field.column == column)
+            return field.key;
+    }
+    return column == SpectrumColumn::Type ? spectrumTypeKey : lineSpectrumKey;
+}
+
+// Which spectra a column belongs to.
+[[nodiscard]] constexpr SpectrumKind kindOf(SpectrumColumn column)
+{
+    for (const SpectrumTextField &field : spectrumTextFields) {
+        if (field.column == column)
+            return field.kind;
+    }
+    return SpectrumKind::Any;
+}
+
 // The only type that is a simulation. Types that follow it in the list are experiments again.
 inline constexpr int simulationType = 4;
 

@@ -96,33 +96,27 @@ void SpectrumWindow::readPendingPoints()
 void SpectrumWindow::initializeMappings()
 {
     const QByteArray markup = "cleanedHtml";
-    const auto column = [](SpectrumColumn c) { return static_cast<int>(c); };
-    const auto both = [&](QWidget *widget, SpectrumColumn c, const QByteArray &property) {
-        mappings.append({widget, column(c), true, true, property});
+    const auto map = [&](QWidget *widget, SpectrumColumn column, const QByteArray &property) {
+        const SpectrumKind kind = kindOf(column);
+        mappings.append({widget, static_cast<int>(column), kind != SpectrumKind::Experiment,
+                         kind != SpectrumKind::Simulation, property});
     };
-    const auto simulation = [&](QWidget *widget, SpectrumColumn c) {
-        mappings.append({widget, column(c), true, false, markup});
-    };
-    const auto experiment = [&](QWidget *widget, SpectrumColumn c) {
-        mappings.append({widget, column(c), false, true, markup});
-    };
-
-    both(ui->lineEditTitle, SpectrumColumn::Title, markup);
-    both(ui->lineEditUploader, SpectrumColumn::Uploader, markup);
-    both(ui->lineEditSpectDOI, SpectrumColumn::Doi, markup);
-    both(ui->textEditCitations, SpectrumColumn::FurtherRefs, markup);
-    both(ui->textEditComments, SpectrumColumn::FurtherComments, markup);
-    both(ui->comboBoxType, SpectrumColumn::Type, "currentIndex");
-    both(ui->labelCreated, SpectrumColumn::CreatedDate, {}); // filled by the binding
-    both(ui->lineEditFacilityDate, SpectrumColumn::FacilityDate, markup);
-    both(ui->checkBoxLineSpectrum, SpectrumColumn::LineSpectrum, "checked");
-    both(ui->lineEditSourceT, SpectrumColumn::Temperature, markup);
-    simulation(ui->lineEditSource, SpectrumColumn::LevelOfTheory);
-    simulation(ui->lineEditResolution, SpectrumColumn::ConvolutionFwhm);
-    simulation(ui->lineEditFlux, SpectrumColumn::Aie);
-    experiment(ui->lineEditSource, SpectrumColumn::Source);
-    experiment(ui->lineEditResolution, SpectrumColumn::Resolution);
-    experiment(ui->lineEditFlux, SpectrumColumn::Normalization);
+    map(ui->lineEditTitle, SpectrumColumn::Title, markup);
+    map(ui->lineEditUploader, SpectrumColumn::Uploader, markup);
+    map(ui->lineEditSpectDOI, SpectrumColumn::Doi, markup);
+    map(ui->textEditCitations, SpectrumColumn::FurtherRefs, markup);
+    map(ui->textEditComments, SpectrumColumn::FurtherComments, markup);
+    map(ui->comboBoxType, SpectrumColumn::Type, "currentIndex");
+    map(ui->labelCreated, SpectrumColumn::CreatedDate, {}); // filled by the binding
+    map(ui->lineEditFacilityDate, SpectrumColumn::FacilityDate, markup);
+    map(ui->checkBoxLineSpectrum, SpectrumColumn::LineSpectrum, "checked");
+    map(ui->lineEditSourceT, SpectrumColumn::Temperature, markup);
+    map(ui->lineEditSource, SpectrumColumn::LevelOfTheory, markup);
+    map(ui->lineEditResolution, SpectrumColumn::ConvolutionFwhm, markup);
+    map(ui->lineEditFlux, SpectrumColumn::Aie, markup);
+    map(ui->lineEditSource, SpectrumColumn::Source, markup);
+    map(ui->lineEditResolution, SpectrumColumn::Resolution, markup);
+    map(ui->lineEditFlux, SpectrumColumn::Normalization, markup);
 }
 
 void SpectrumWindow::connectSignals()
