@@ -30,7 +30,7 @@ public:
             .arg(QString::number(number), window->windowTitle());
     }
 
-    // Of the tabs only one is shown; the toolkit says so of all.
+    // // Only one tab is shown; Qt says that all are.
     QAccessible::State state() const override
     {
         QAccessible::State state = QAccessibleWidget::state();

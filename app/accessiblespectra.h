@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// Lets assistive technology see the area of the spectra as it is: its bar of tabs, which the
-// toolkit leaves out, and the sub-windows, whose titles may be empty or the same, each by its
-// number and its title; only the one on top as shown. Once for the program; repeating it does
-// nothing.
+// Describes the area of the spectra to assistive technology: its tab bar, which Qt leaves out, and
+// the sub-windows by number and title, as titles may be empty or the same. Only the one on top is
+// reported as shown. Call it once for the program; repeating it does nothing.
 void describeSpectraToAssistiveTechnology();

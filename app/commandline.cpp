@@ -28,16 +28,16 @@ constexpr char versionText[] = "zoravel-entry-edit " ZORAVEL_VERSION "\n";
 
 constexpr char refusalHint[] = "Try 'zoravel-entry-edit --help'.\n";
 
-// What QApplication and its window systems take out of the arguments. Each may begin with one dash
-// or two; a value is the next argument or, for some, follows an equals sign.
+// The options that QApplication and its platform plugins take out of the arguments. Each begins
+// with one dash or two; a value is the next argument or, for some options, follows an equals sign.
 enum class Value { None, Next, NextOrEquals };
 
-struct ToolkitOption {
+struct QtOption {
     QByteArrayView name;
     Value value;
 };
 
-constexpr ToolkitOption toolkitOptions[] = {
+constexpr QtOption qtOptions[] = {
     {"display", Value::Next},
     {"dograb", Value::None},
     {"geometry", Value::Next},
@@ -64,17 +64,15 @@ constexpr ToolkitOption toolkitOptions[] = {
     {"widgetcount", Value::None},
 };
 
-// How many arguments the toolkit's option takes, itself included; nothing if it is not the
-// toolkit's.
-std::optional<int> toolkitLength(QByteArrayView argument)
+// How many arguments an option of Qt takes, itself included; nothing if Qt does not know it.
+std::optional<int> qtOptionLength(QByteArrayView argument)
 {
     const QByteArrayView word = argument.sliced(argument.startsWith("--") ? 2 : 1);
     const qsizetype equals = word.indexOf('=');
     const QByteArrayView name = equals < 0 ? word : word.first(equals);
-    const auto *option =
-        std::find_if(std::begin(toolkitOptions), std::end(toolkitOptions),
-                     [name](const ToolkitOption &known) { return known.name == name; });
-    if (option == std::end(toolkitOptions))
+    const auto *option = std::find_if(std::begin(qtOptions), std::end(qtOptions),
+                                      [name](const QtOption &known) { return known.name == name; });
+    if (option == std::end(qtOptions))
         return std::nullopt;
     if (equals >= 0)
         return option->value == Value::NextOrEquals ? std::optional(1) : std::nullopt;
@@ -103,12 +101,12 @@ CommandLine readCommandLine(int argc, const char *const *argv)
         if (!optionsEnded && argument.size() > 1 && argument.startsWith('-')) {
             if (argument == "--") {
                 optionsEnded = true;
-                result.toolkitArguments = i;
+                result.qtArguments = i;
             } else if (argument == "-h" || argument == "--help") {
                 return {CommandLine::Request::Help, {}, {}, 0};
             } else if (argument == "-v" || argument == "--version") {
                 return {CommandLine::Request::Version, {}, {}, 0};
-            } else if (const std::optional<int> length = toolkitLength(argument)) {
+            } else if (const std::optional<int> length = qtOptionLength(argument)) {
                 i += *length - 1;
                 if (i >= argc)
                     return refusal(QStringLiteral("option '%1' needs a value").arg(text));

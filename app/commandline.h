@@ -3,20 +3,20 @@
 
 #include <QString>
 
-// What the words after the program's name ask for.
+// What the arguments ask for.
 struct CommandLine {
     enum class Request { Window, Help, Version, Refusal };
 
     Request request = Request::Window;
-    QString file;    // to open in the window; a null text if none is named
-    QString problem; // what is wrong, in one line, for a Refusal
-    int toolkitArguments =
-        0; // how many leading ones, the program's name included, are the toolkit's
+    QString file;        // to open in the window; a null text if none is named
+    QString problem;     // what is wrong, in one line, for a Refusal
+    int qtArguments = 0; // how many leading arguments are Qt's, the program's name included
 };
 
-// Reads the arguments as they came to main, before there is an application, so that help, version
-// and refusals need no display. Options of the toolkit are let through with their values. After
-// "--" comes no option, of the toolkit either: the file may begin with a dash there.
+// Reads main's arguments before there is an application, so that help, version and refusals need no
+// display. Qt's options pass with their values. No option, of Qt either, comes after "--": the file
+// may begin with a dash there. Qt's options are listed here because Qt names them nowhere: it takes
+// them out of the arguments when the application is made, which needs a display.
 [[nodiscard]] CommandLine readCommandLine(int argc, const char *const *argv);
 
 // Answers a request that needs no window, on the standard output or, for a refusal, on the standard

@@ -11,15 +11,15 @@
 CompileProgressDialog::CompileProgressDialog(int fileCount, QWidget *parent)
     : QProgressDialog(parent)
 {
-    // The percentage has the digits that every other number of the program has.
+    // The percentage is written in Latin digits, like every other number of the program.
     setLocale(QLocale::c());
     auto *label = new QLabel(this);
-    // The name of a file is never markup.
+    // File names are never markup.
     label->setTextFormat(Qt::PlainText);
     setLabel(label);
     setWindowTitle(tr("Create database"));
     setWindowModality(Qt::ApplicationModal);
-    // Not by the dialog's own estimate of how long it will take.
+    // The dialog's own estimate of the duration is not used.
     setMinimumDuration(std::numeric_limits<int>::max());
     setAutoReset(false);
     setAutoClose(false);
@@ -38,7 +38,7 @@ bool CompileProgressDialog::advance(int done, int number, const QString &next)
             .arg(QString::number(number), QString::number(maximum()), QFileInfo(next).fileName()));
     setValue(done);
     if (!isVisible()) {
-        // The wait cursor would say that its button cannot be pressed.
+        // The wait cursor would suggest that the button cannot be pressed.
         QGuiApplication::changeOverrideCursor(Qt::BusyCursor);
         show();
     }

@@ -4,7 +4,7 @@
 #include <QElapsedTimer>
 #include <QProgressDialog>
 
-// Shows that a compilation is alive once it has run for a second, modally and with a Cancel button.
+// A modal dialog with a Cancel button that appears once a compilation has run for a second.
 class CompileProgressDialog final : public QProgressDialog
 {
     Q_OBJECT
@@ -12,8 +12,8 @@ class CompileProgressDialog final : public QProgressDialog
 public:
     CompileProgressDialog(int fileCount, QWidget *parent);
 
-    // Shows how many files are done, and the number (from 1) and the name of the next one. False
-    // once the user has cancelled.
+    // Shows how many files are done, and the number (from 1) and name of the next one. Returns
+    // false once the user has cancelled.
     bool advance(int done, int number, const QString &next);
 
 private:

@@ -25,11 +25,11 @@ DownloadNotice::DownloadNotice(QMainWindow *window)
     row->setContentsMargins({});
     row->addWidget(m_label);
     row->addWidget(m_cancel);
-    // The bar stays as high as it is.
+    // Keeps the height of the bar.
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
     window->statusBar()->addPermanentWidget(this);
     hide();
-    // The window has started the download by then: it was connected first.
+    // The window was connected first: it has started the download by now.
     connect(m_starter, &QAbstractButton::clicked, this, &DownloadNotice::follow);
     connect(m_cancel, &QAbstractButton::clicked, this, &DownloadNotice::cancel);
 }
@@ -43,7 +43,7 @@ QList<QNetworkReply *> DownloadNotice::running() const
 
 void DownloadNotice::follow()
 {
-    // Not finished(): the window's box about a failure would keep it back.
+    // finished() would come late: the window's box about a failure holds it back.
     for (const QNetworkReply *reply : running())
         connect(reply, &QNetworkReply::readChannelFinished, this, &DownloadNotice::showRunning,
                 Qt::UniqueConnection);

@@ -10,15 +10,15 @@ class QMainWindow;
 class QNetworkAccessManager;
 class QNetworkReply;
 
-// Says at the right end of the status bar that structure images are on their way, and lets the user
-// cancel them. Owned by the main window, whose layout it leaves as it is.
+// Shows at the right end of the status bar that structure images are being downloaded, with a
+// button to cancel. Owned by the main window, whose layout does not change.
 class DownloadNotice final : public QWidget
 {
     Q_OBJECT
 
 public:
-    // For the window with the button that starts the downloads, buttonDownload, and the manager
-    // that runs them.
+    // The window must have the button buttonDownload and the network manager that runs the
+    // downloads.
     explicit DownloadNotice(QMainWindow *window);
 
 private:

@@ -15,8 +15,8 @@ using namespace std::chrono_literals;
 namespace
 {
 
-// Whether a dialog, a menu or a drag has the user's attention, and code of the program waits for
-// its outcome: a file dialog's save has not been made yet, for example.
+// Whether a dialog, a menu or a drag is open whose outcome the program waits for: a file dialog's
+// save has not been made yet, for example.
 bool isBusy()
 {
     return QApplication::activeModalWidget() || QThread::currentThread()->loopLevel() > 1;
@@ -37,7 +37,8 @@ EndRequests::EndRequests(MainWindow *window) : m_window(window)
 {
     m_later.setSingleShot(true);
     m_later.setInterval(100ms);
-    // To look for changes commits fields and reads points: not ten times a second.
+    // Looking for changes commits fields and reads points, which is too much for ten times a
+    // second.
     connect(&m_later, &QTimer::timeout, this, [this] {
         if (isBusy())
             m_later.start();
@@ -48,15 +49,15 @@ EndRequests::EndRequests(MainWindow *window) : m_window(window)
         showDialog();
         endOrAsk();
     });
-    // The session waits for the return.
+    // The session waits until this returns.
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &EndRequests::answerSession,
             Qt::DirectConnection);
 }
 
 void EndRequests::endOrAsk()
 {
-    // A request that comes while the question is open is the same one: whoever has answered Cancel
-    // shall not be asked again at once.
+    // A request that comes while the question is open is the same one: a user who answers Cancel is
+    // not asked twice.
     if (m_isAsking)
         return;
     if (m_isAgreed || !m_window->hasUnsavedChanges()) {
@@ -74,8 +75,8 @@ void EndRequests::answerSession(QSessionManager &session)
     setAgreed(false);
     if (!m_window->hasUnsavedChanges())
         return;
-    // The answer to the question that is open is awaited first. Where none may be asked, the
-    // session learns that there is something to be lost: it may stay, or say so.
+    // An open question is answered first. If the session allows no question, cancel() tells it that
+    // there are unsaved changes.
     if (m_isAsking) {
         showDialog();
         session.cancel();
@@ -89,7 +90,7 @@ void EndRequests::answerSession(QSessionManager &session)
     session.release();
 }
 
-// Watches the application as long as the agreement holds.
+// Watches the application while the user agrees to the end of the session.
 void EndRequests::setAgreed(bool agreed)
 {
     m_isAgreed = agreed;
@@ -103,8 +104,7 @@ bool EndRequests::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::Quit:
-        // The end of the session. The windows would be closed one by one, and the question asked
-        // again.
+        // The session ends. Qt would close the windows one by one and ask again.
         if (watched == qApp) {
             QCoreApplication::exit();
             return true;
@@ -114,7 +114,7 @@ bool EndRequests::eventFilter(QObject *watched, QEvent *event)
     case QEvent::MouseButtonPress:
     case QEvent::InputMethod:
     case QEvent::Drop:
-        // The work goes on: another program has kept the session from ending.
+        // The user works on: another program has stopped the end of the session.
         setAgreed(false);
         break;
     default:

@@ -8,15 +8,14 @@
 
 class MainWindow;
 
-// Answers what asks the editor from outside to end: signals, and the desktop's session when it
-// ends. Nothing is lost without the question that closing the window asks; without changes there is
-// none, and the editor ends at once.
+// Handles quit requests from signals and the desktop's session. Unsaved changes bring up the same
+// question as closing the window; without any, the editor ends at once.
 class EndRequests final : public QObject
 {
     Q_OBJECT
 
 public:
-    // For this window, which must outlive it.
+    // The window must outlive this object.
     explicit EndRequests(MainWindow *window);
 
 protected:
@@ -29,7 +28,7 @@ private:
 
     MainWindow *m_window;
     EndSignals m_signals;
-    QTimer m_later; // asks once what is open now is over
+    QTimer m_later; // asks again when the open dialog is closed
     bool m_isAsking = false;
-    bool m_isAgreed = false; // the user has let the session end, and with it what was not saved
+    bool m_isAgreed = false; // the user lets the session end and gives up unsaved changes
 };

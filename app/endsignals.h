@@ -3,10 +3,9 @@
 
 #include <QObject>
 
-// Hears the signals by which a system asks a process to end, from its construction to its
-// destruction: SIGTERM, SIGINT (Ctrl+C on the terminal) and SIGHUP (the terminal is closed). One
-// that is ignored at construction, as under nohup, stays ignored. No more than one may exist. On
-// systems without such signals it hears nothing.
+// Receives the signals by which a system asks a process to end: SIGTERM, SIGINT (Ctrl+C on the
+// terminal) and SIGHUP (the terminal is closed). A signal that is ignored at construction, as under
+// nohup, stays ignored. Only one object may exist. On systems without such signals it does nothing.
 class EndSignals final : public QObject
 {
     Q_OBJECT
@@ -16,6 +15,6 @@ public:
     ~EndSignals() override;
 
 signals:
-    // From the event loop; several that came before it was its turn count as one.
+    // Emitted from the event loop; several signals before its turn count as one.
     void received();
 };

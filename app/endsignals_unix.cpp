@@ -16,7 +16,7 @@ namespace
 
 constexpr std::array endSignals{SIGTERM, SIGINT, SIGHUP};
 
-// A signal's handler may hardly do more than write to a pipe, which the event loop reads.
+// A signal handler may do little more than write to a pipe, which the event loop reads.
 std::atomic<int> readEnd = -1;
 std::atomic<int> writeEnd = -1;
 static_assert(std::atomic<int>::is_always_lock_free, "only then may a signal handler use it");
@@ -25,7 +25,7 @@ void onSignal(int /*signal*/)
 {
     const int error = errno;
     const char byte = 0;
-    // A full pipe will be read anyway.
+    // If the pipe is full, the event loop is about to read it anyway.
     [[maybe_unused]] const ssize_t written = write(writeEnd, &byte, 1);
     errno = error;
 }

@@ -24,13 +24,13 @@ constexpr char screenFactorsVariable[] = "QT_SCREEN_SCALE_FACTORS";
 // The factor that cancels interfaceScale.
 constexpr double fullFactor = 1 / interfaceScale;
 
-// Screens that may come later and are provided for, more than any desktop has.
+// Room for screens that are added later, more than any desktop has.
 constexpr int spareScreens = 16;
 
-// A font is not shrunk below this height, in pixels.
+// Fonts are not made smaller than this, in pixels.
 constexpr double leastFontPixels = 9;
 
-// Gives a variable of the environment a value, or takes it out, for as long as it lives.
+// Sets or removes an environment variable for as long as it lives.
 class TemporaryVariable
 {
     Q_DISABLE_COPY_MOVE(TemporaryVariable)
@@ -55,16 +55,16 @@ private:
     QByteArray m_value;
 };
 
-// A screen's factor beside QT_SCALE_FACTOR.
+// A screen's factor, which Qt multiplies with QT_SCALE_FACTOR.
 double factorOf(const ScreenRatio &screen, bool shrinking)
 {
     if (!shrinking)
         return screen.ownFactor;
-    // Below one device pixel per unit nothing is drawn right, whoever asks for it.
+    // Below one device pixel per unit drawing fails, even if the user asks for it.
     return std::max(screen.ownFactor, 1.0) / interfaceScale;
 }
 
-// What a short-lived application sees.
+// What a short-lived application finds.
 struct Probe {
     QList<ScreenRatio> screens;
     double logicalDpi = 96; // of the first screen
@@ -72,7 +72,7 @@ struct Probe {
 
 Probe probeScreens(int argc, char **argv)
 {
-    // The session and the start-up notification are for the application to come.
+    // The session and the start-up notification belong to the real application.
     const TemporaryVariable noScale("QT_SCALE_FACTOR");
     const TemporaryVariable noSession("SESSION_MANAGER");
     const TemporaryVariable noStartup("DESKTOP_STARTUP_ID");
@@ -88,7 +88,7 @@ Probe probeScreens(int argc, char **argv)
     return probe;
 }
 
-// Zero and negative lengths have meanings of their own; a line must not vanish.
+// Zero and negative lengths have special meanings; a line must not vanish.
 int shrunk(int length)
 {
     return length > 0 ? std::max(1, qRound(length * interfaceScale)) : length;
@@ -108,24 +108,24 @@ QFont shrunk(QFont font, double pointScale)
     return font;
 }
 
-// A least or greatest size, whose height may be fixed by the font.
+// A minimum or maximum size, whose height may follow from the font.
 QSize shrunkLimit(const QSize &limit, bool heightToo)
 {
     const auto side = [](int length) { return length < QWIDGETSIZE_MAX ? shrunk(length) : length; };
     return {side(limit.width()), heightToo ? side(limit.height()) : limit.height()};
 }
 
-bool isToolkitClass(const QWidget *widget)
+bool isQtClass(const QWidget *widget)
 {
     return widget->metaObject()->className()[0] == 'Q';
 }
 
-// Whether the widget's sizes come from a form of this program: the toolkit names none of the
-// widgets that it puts in by itself, or with its prefix.
+// Whether a form of this program made the widget: Qt's own widgets have no name or one with Qt's
+// prefix.
 bool isDesigned(const QWidget *widget)
 {
     const QString name = widget->objectName();
-    return !isToolkitClass(widget->window()) && !name.isEmpty()
+    return !isQtClass(widget->window()) && !name.isEmpty()
            && !name.startsWith(QLatin1String("qt_"));
 }
 
@@ -137,12 +137,11 @@ bool needsShrinking(const QList<ScreenRatio> &screens)
                        [](const ScreenRatio &screen) { return screen.ratio * interfaceScale < 1; });
 }
 
-// Whenever a screen is added, the toolkit goes through this list again: the factors without a name
-// are for its screens in their order then, those with a name for the screen of that name, and the
-// last one counts. So a screen keeps its factor by its name, wherever it stands in the order, and
-// the others are for those that are not known yet. These get the least factor that a known one has,
-// which is exact on X11, where one resolution is for all screens, but never one with which they
-// could not be drawn.
+// Qt goes through this list again whenever a screen is added. Factors without a name go to its
+// screens in order, those with a name to the screen of that name, and the last one counts. So each
+// screen keeps its factor by its name, and the nameless factors are for screens that are not known
+// yet. They get the smallest known factor, which is exact on X11, where one resolution serves all
+// screens, but never one too small to draw with.
 QByteArray screenScaleFactors(const QList<ScreenRatio> &screens)
 {
     const bool shrinking = needsShrinking(screens);
@@ -172,7 +171,7 @@ InterfaceShrink prepareScreens(int argc, char **argv)
     Probe probe = probeScreens(argc, argv);
     const auto isPlain = [](const ScreenRatio &screen) { return screen.ratio == 1; };
     if (!std::all_of(probe.screens.begin(), probe.screens.end(), isPlain)) {
-        // A second look, without the toolkit's own factors, tells them from the window system's.
+        // A second look without Qt's own factors tells them from the window system's.
         const TemporaryVariable noScaling("QT_ENABLE_HIGHDPI_SCALING", "0");
         const TemporaryVariable noFactors(screenFactorsVariable);
         const Probe system = probeScreens(argc, argv);
@@ -189,13 +188,14 @@ void shrinkInterface(const InterfaceShrink &shrink)
     const QScreen *screen = QGuiApplication::primaryScreen();
     if (!shrink.needed || !screen)
         return;
-    // With its high-resolution scaling turned off, the toolkit divides the resolution of fonts by
-    // the screen's factor, which must not count twice. And a user's small font must stay readable.
+    // If its high-DPI scaling is off, Qt divides the resolution of fonts by the screen's factor,
+    // which must not count twice. A small font of the user stays readable.
     const double scale = interfaceScale * shrink.logicalDpi / screen->logicalDotsPerInch();
     const double readable = leastFontPixels / QFontInfo(QApplication::font()).pixelSize();
     const double pointScale = std::min(1.0, std::max(scale, readable));
     QApplication::setStyle(new ShrinkingStyle);
-    // After the style, which brings the desktop's fonts of single classes back: this drops them.
+    // Set after the style: the style restores the desktop's fonts of single classes, and this drops
+    // them.
     QApplication::setFont(shrunk(QApplication::font(), pointScale));
 }
 
@@ -217,7 +217,7 @@ QSize ShrinkingStyle::sizeFromContents(ContentsType type, const QStyleOption *op
 {
     if (type != CT_PushButton)
         return QProxyStyle::sizeFromContents(type, option, contents, widget);
-    // Styles fix a least width of buttons, which no metric tells.
+    // Styles fix a minimum width of buttons that no metric tells.
     const QSize full = contents / interfaceScale;
     return shrunk(QProxyStyle::sizeFromContents(type, option, full, widget)).expandedTo(contents);
 }
@@ -236,7 +236,7 @@ QIcon ShrinkingStyle::standardIcon(StandardPixmap icon, const QStyleOption *opti
 void ShrinkingStyle::polish(QWidget *widget)
 {
     QProxyStyle::polish(widget);
-    // Called again when a style sheet changes.
+    // Polishing is repeated when a style sheet changes.
     static constexpr char done[] = "fixedSizesShrunk";
     if (!isDesigned(widget) || widget->property(done).toBool())
         return;
@@ -254,7 +254,7 @@ void ShrinkingStyle::shrinkFixedSizes(QWidget *widget)
         window->setIconSize(shrunk(window->iconSize()));
     if (widget->isWindow() && widget->testAttribute(Qt::WA_Resized))
         widget->resize(shrunk(widget->size()));
-    // Its fonts are the application's.
+    // A chart's fonts are the application's; only its margins shrink.
     if (const auto *view = qobject_cast<QChartView *>(widget))
         view->chart()->setMargins(view->chart()->margins() * interfaceScale);
 }

@@ -33,8 +33,8 @@ void showOnScreen(QWidget &window)
         window.showMaximized();
 }
 
-// A write beyond the user's limit of file sizes, or to a terminal that is gone, is to fail as any
-// other write: by default it ends the program, and with it what is being edited.
+// A write beyond the user's limit of file sizes, or to a closed terminal, fails like any other
+// write: by default it would end the program and lose the user's work.
 void letWritesFail()
 {
 #ifdef Q_OS_UNIX
@@ -50,7 +50,7 @@ int main(int argc, char *argv[])
     const CommandLine commandLine = readCommandLine(argc, argv);
     if (commandLine.request != CommandLine::Request::Window)
         return answerOnTerminal(commandLine);
-    argc = commandLine.toolkitArguments;
+    argc = commandLine.qtArguments;
 
     letWritesFail();
     qputenv("QT_SCALE_FACTOR", QByteArray::number(interfaceScale));

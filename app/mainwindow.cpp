@@ -55,8 +55,8 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow()
 {
-    // A field that loses the focus on its way out commits what it holds, which marks the document:
-    // that must still find the window whole.
+    // A field that is destroyed loses the focus and commits what it holds, which marks the document
+    // as changed: the window must still be whole then.
     delete ui->mdiArea;
     delete ui->speciesDock;
 }
@@ -66,13 +66,13 @@ void MainWindow::connectImage()
     connect(ui->buttonDownload, &QPushButton::clicked, this, &MainWindow::onButtonDownloadClicked);
     networkManager->setTransferTimeout(structureImagePatience);
     connect(networkManager, &QNetworkAccessManager::finished, this, &MainWindow::onImageDownloaded);
-    // Pixels of the screen are not parted: without this the image's would cover some of the
-    // border's.
+    // Pixels of the screen are not divided: without this margin the image would cover part of the
+    // border.
     ui->imageLabel->setMargin(1);
     ui->imageLabel->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(ui->imageLabel, &QWidget::customContextMenuRequested, this,
             &MainWindow::showImageContextMenu);
-    // The toolkit knows it on Windows only; not every keyboard has a key Menu.
+    // Qt adds this key on Windows only, and not every keyboard has a Menu key.
     auto *menuKeys = new QShortcut(Qt::SHIFT | Qt::Key_F10, ui->imageLabel);
     menuKeys->setContext(Qt::WidgetShortcut);
     connect(menuKeys, &QShortcut::activated, this,
@@ -90,7 +90,7 @@ void MainWindow::connectActions()
     on(ui->actionSaveSpeciesAs, &MainWindow::saveSpeciesAs);
     on(ui->actionSubscript, &MainWindow::applySubscript);
     on(ui->actionSuperscript, &MainWindow::applySuperscript);
-    // A tool bar that is hidden or floats would take their shortcuts along.
+    // A hidden or floating tool bar would disable their shortcuts.
     addActions({ui->actionSubscript, ui->actionSuperscript});
     on(ui->actionClean, &MainWindow::cleanUp);
     on(ui->actionDelete, &MainWindow::deleteCurrentSpectrum);
@@ -106,25 +106,25 @@ void MainWindow::connectActions()
     on(ui->actionCreateDatabase, &MainWindow::createSpeciesDatabase);
 }
 
-// A floating dock is a window of its own and gets the drops on it.
+// A floating dock is a window of its own and receives drops itself.
 void MainWindow::takeDropsOnDock()
 {
     ui->speciesDock->setAcceptDrops(true);
     ui->speciesDock->installEventFilter(this);
 }
 
-// Its style sheet makes it grey and most of its fields white in every theme.
+// The dock's style sheet makes it grey and most of its fields white in every theme.
 void MainWindow::keepDockReadable()
 {
     keepTextDark(ui->speciesDock);
-    // A widget under a style sheet does not take its parent's palette.
+    // A widget under a style sheet does not inherit its parent's palette.
     const QList<QWidget *> parts = ui->speciesDock->findChildren<QWidget *>();
     for (QWidget *part : parts)
         keepTextDark(part);
 }
 
-// What has no shortcut can be reached with Tab. Of the tool bar these are the buttons that do not
-// work on the field with the keyboard.
+// Tab reaches what has no shortcut. In the tool bar these are the buttons that do not act on the
+// focused field.
 void MainWindow::openToTheKeyboard()
 {
     auto *tabs = ui->mdiArea->findChild<QTabBar *>();
@@ -141,7 +141,7 @@ void MainWindow::openToTheKeyboard()
         setTabOrder(last, button);
         last = button;
     }
-    // In two steps: the toolkit does not take the first one of the chain behind the last one.
+    // Done in two steps: Qt does not move the first widget of the chain behind the last.
     setTabOrder(ui->imageLabel, tabs);
     setTabOrder(last, tabs);
     followSpectra();
@@ -153,7 +153,7 @@ void MainWindow::updateWindowTitle(bool isModified)
 {
     modified = isModified;
     QString name = currentFile.isEmpty() ? tr("(untitled)") : QFileInfo(currentFile).fileName();
-    // Alone it would be Qt's place for a mark of its own; doubled, it is shown as it is.
+    // Qt replaces a single [*] with its own mark; a doubled one is shown as it is.
     const QLatin1String placeholder("[*]");
     name.replace(placeholder, placeholder + placeholder);
     const QString mark = modified ? QStringLiteral(" *") : QString();
@@ -183,7 +183,7 @@ bool MainWindow::promptToSaveChanges()
     box.setDefaultButton(QMessageBox::Save);
     switch (box.exec()) {
     case QMessageBox::Save:
-        // What was being composed is finished only when the box has taken the keyboard.
+        // An input method finishes its text only once the box has the keyboard.
         finishEdits();
         saveSpecies();
         return true;
@@ -245,7 +245,7 @@ bool MainWindow::focusNextPrevChild(bool next)
     return moveFocusByTab(this, next) || QMainWindow::focusNextPrevChild(next);
 }
 
-// Within the spectra, their area takes Ctrl+Tab; it shall reach them from everywhere.
+// The area takes Ctrl+Tab within the spectra only; this makes it work everywhere.
 void MainWindow::keyPressEvent(QKeyEvent *event)
 {
     const bool isTab = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;

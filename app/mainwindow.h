@@ -28,10 +28,9 @@ class MainWindow;
 }
 
 // The editor's one window and the owner of the one open document: a species record, shown in the
-// dock, and any number of spectra, each in a sub-window. It knows which file the document belongs
-// to and whether it has changes that are not in that file, and asks before such changes would be
-// lost. Its members ask, call the libraries below and show the outcome; formats and rules are
-// theirs.
+// dock, and any number of spectra, each in a sub-window. It knows the document's file and its
+// unsaved changes, and asks before they would be lost. Its members ask, call the libraries below
+// and show the outcome; formats and rules belong to the libraries.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -43,21 +42,21 @@ public:
 
     // The document: title, save prompt, last folder (mainwindow.cpp)
     void updateWindowTitle(bool modified);
-    // Also of what has been typed and is not in the models yet, which it brings there.
+    // Commits what has been typed first.
     [[nodiscard]] bool hasUnsavedChanges();
-    // Asks whether to save the changes, if there are any. False if the user wants to stay: the
-    // caller must not discard the document then. A save that fails does not keep the caller.
+    // Asks whether to save changes, if there are any. False if the user wants to stay: the caller
+    // must keep the document then. A save that fails still returns true.
     [[nodiscard]] bool promptToSaveChanges();
     [[nodiscard]] QString lastfolder() const;
     void setlastfolder(const QString &path);
 
     // The species form and its files (mainwindow_species.cpp)
     void setupMapper();
-    // Underlines a mass that is saved as 0 because it is no number.
+    // Underlines a mass that is no number and so is saved as 0.
     void markBadMass();
     void loadSpeciesFromFile();
-    // Asks to save, then loads the species file at path; says what is wrong with it in a box. True
-    // if it is the document now.
+    // Asks to save, then loads the species file at path; a box says what is wrong with it. True if
+    // it is the document now.
     bool loadSpeciesFile(const QString &requested);
     [[nodiscard]] bool isValidSpeciesFile(const QString &path) const;
     // Reads the file into the document, which must have been emptied.
@@ -67,9 +66,8 @@ public:
     void saveSpeciesToFile();
 
     // Stepping through a folder (mainwindow_navigation.cpp)
-    // Loads the first species file of a folder (step 0) or the one before (-1) or after (1) the
-    // file at path in its folder, round its ends. Says why in a box if there is none; false if none
-    // was loaded.
+    // Loads a species file of a folder: its first (step 0), or the one before (-1) or after (1) the
+    // file at path, wrapping round. If there is none, a box says why and it returns false.
     bool navigateSpeciesFiles(const QString &path, int step);
 
     // The spectrum sub-windows, their files and the clipboard (mainwindow_spectra.cpp)
@@ -81,8 +79,8 @@ public:
     void pasteSpectrumFromClipboard();
 
     // The database (mainwindow_database.cpp)
-    // Writes the species files as one database file at path and says which file is bad in a box.
-    // False if the database was not written; an existing one is as it was then.
+    // Writes the species files as one database file at path; a box says which file is bad. False if
+    // the database was not written; an existing one is unchanged then.
     bool compileSpeciesFiles(const QList<QString> &files, const QString &path,
                              const QString &version, const QString &databaseName,
                              const QString &title, bool compact);
@@ -90,12 +88,12 @@ public:
     // The structure image (mainwindow_image.cpp)
     void updateImageFromSpecies();
     [[nodiscard]] bool isValidCASNumber(const QString &cas) const;
-    // pos in coordinates of the image label.
+    // Takes pos in coordinates of the image label.
     void showImageContextMenu(const QPoint &pos);
     void clearImage();
     void pasteImageFromClipboard();
 
-    // The top-level keys of a species file that hold a spectrum.
+    // Matches the top-level keys of a species file that hold a spectrum.
     static const QRegularExpression reDataset;
 
 public slots:
@@ -132,25 +130,25 @@ private:
     void takeDropsOnDock();
     void keepDockReadable();
     void openToTheKeyboard();
-    // The sub-windows' spectra in the order of their creation.
+    // The spectra of the sub-windows in the order of their creation.
     [[nodiscard]] QList<SpectrumWindow *> spectrumWindows() const;
     // The spectrum that the user works on, or null.
     [[nodiscard]] SpectrumWindow *currentSpectrumWindow() const;
-    // After the document was replaced: the keyboard stays with before, which had it, if that is
-    // beside the spectra, and goes to the title of the spectrum on top otherwise. To the name if
-    // there is none, or if nothing had it.
+    // Places the keyboard after the document is replaced: it stays with before, which had it, if
+    // that is beside the spectra. Otherwise it goes to the title of the spectrum on top, or to the
+    // name if there is no spectrum or nothing had the keyboard.
     void settleFocus(QWidget *before);
-    // Writes what has been typed into the fields and is not in the models yet, into the models.
+    // Commits what has been typed into the fields to the models.
     void commitEdits();
-    // The same, and reads points that were typed within the last two seconds.
+    // Commits, and reads points that were typed within the last two seconds.
     void finishEdits();
-    // Fills the emptied document from a species file's object.
+    // Fills the emptied document from the object of a species file.
     void loadSpeciesObject(const QJsonObject &file);
-    // One for each spectrum of a species file's object, in the order of their keys.
+    // Creates one for each spectrum of a species file's object, in the order of their keys.
     void createSpectrumWindows(const QJsonObject &file);
-    // Writes the document to the current file. None if the file holds it.
+    // Writes the document to the current file and returns why that failed, or None.
     [[nodiscard]] FileProblem writeSpecies();
-    // What a box adds if a file was refused for its size; an empty text if it was not.
+    // The text that a box adds if a file was refused for its size; empty otherwise.
     [[nodiscard]] static QString sizeRemark(FileProblem problem);
     bool loadFirstOf(const QDir &folder, const QStringList &files);
     bool loadNeighbour(const QDir &folder, const QStringList &files, qsizetype current, int step);

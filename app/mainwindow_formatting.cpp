@@ -35,7 +35,7 @@ void MainWindow::applyTextFormatting(QTextCharFormat::VerticalAlignment alignmen
     QTextCharFormat format;
     format.setVerticalAlignment(isSet ? QTextCharFormat::AlignNormal : alignment);
     cursor.mergeCharFormat(format);
-    // It runs forwards from now on, so that the next time its own last character is read.
+    // The cursor ends behind the selection, so that its next reading sees the last character.
     const int end = cursor.selectionEnd();
     cursor.setPosition(cursor.selectionStart());
     cursor.setPosition(end, QTextCursor::KeepAnchor);

@@ -19,7 +19,7 @@ namespace
 
 constexpr char tooLargeProperty[] = "bodyTooLarge";
 
-// A body that grows beyond the limit is not waited for.
+// A download is cancelled as soon as its body exceeds the limit.
 void refuseLargeBody(QNetworkReply *reply, qint64 received)
 {
     if (received <= largestStructureImage)
@@ -81,8 +81,7 @@ void MainWindow::updateImageFromSpecies()
     }
     ui->imageLabel->setAccessibleDescription(
         tr("%1 by %2 pixels").arg(image.width()).arg(image.height()));
-    // In the screen's own pixels, so that it is sharp where several of them make one of the
-    // label's.
+    // The image is scaled to the screen's own pixels, so that it is sharp at ratios above 1.
     const qreal ratio = ui->imageLabel->devicePixelRatioF();
     QPixmap pixmap = QPixmap::fromImage(image).scaled(
         ui->imageLabel->size() * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation);

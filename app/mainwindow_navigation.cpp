@@ -74,7 +74,7 @@ bool MainWindow::loadFirstOf(const QDir &folder, const QStringList &files)
 bool MainWindow::loadNeighbour(const QDir &folder, const QStringList &files, qsizetype current,
                                int step)
 {
-    // The other files in the order in which they are come upon, round the ends of the list.
+    // The other files in the order of the steps, wrapping round.
     QStringList others = files.sliced(current + 1) + files.first(current);
     if (step < 0)
         std::reverse(others.begin(), others.end());

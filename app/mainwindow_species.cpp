@@ -26,7 +26,7 @@
 namespace
 {
 
-// The local path of the first file of a drag if it is to be opened, or an empty text.
+// The local path of the first file of a drag if it may be opened; otherwise an empty text.
 QString droppedSpeciesFile(const QMimeData *data)
 {
     const QList<QUrl> urls = data->urls();
@@ -71,7 +71,7 @@ void MainWindow::loadSpeciesFromFile()
 
 bool MainWindow::loadSpeciesFile(const QString &requested)
 {
-    // It may be the current file's path, which changes on the way.
+    // The reference may be to currentFile, which changes below.
     const QString named = requested; // NOLINT(performance-unnecessary-copy-initialization)
     if (!promptToSaveChanges())
         return false;
@@ -174,7 +174,8 @@ void MainWindow::saveSpeciesToFile()
 {
     const FileProblem problem = writeSpecies();
     const bool isWritten = problem == FileProblem::None;
-    // Whatever the file holds after a failure, under a new name above all, it is not the document.
+    // After a failure the file's content does not count as the document, least of all under a new
+    // name.
     updateWindowTitle(!isWritten);
     if (!isWritten)
         showMessage(this, QMessageBox::Warning, tr("Error"), tr("Could not open file for writing."),
@@ -210,8 +211,8 @@ void MainWindow::dragEnterEvent(QDragEnterEvent *event)
         event->acceptProposedAction();
 }
 
-// The last answer to a move is what X11 tells the source as the action that was carried out. It
-// must never be a move, after which the file manager would delete the file.
+// X11 reports the last answer to a move to the source as the action taken. It must never be a move:
+// the file manager would delete the file.
 void MainWindow::dragMoveEvent(QDragMoveEvent *event)
 {
     if (droppedSpeciesFile(event->mimeData()).isEmpty())
@@ -229,7 +230,7 @@ void MainWindow::dropEvent(QDropEvent *event)
     event->accept();
     if (!promptToSaveChanges())
         return;
-    // The box about a bad file runs the event loop, in which closed spectra go.
+    // The box about a bad file runs the event loop, which deletes closed spectra.
     const QPointer<QWidget> focused = focusWidget();
     modified = false;
     cleanUp();

@@ -28,7 +28,7 @@ QJsonDocument clipboardDocument()
     return QJsonDocument::fromJson(QGuiApplication::clipboard()->text().toUtf8());
 }
 
-// The spectrum file's object of what is shown, also of what has just been typed.
+// The spectrum file's object of what is shown, unread typing included.
 QJsonObject shownSpectrum(SpectrumWindow *window)
 {
     window->commitEdits();
@@ -59,7 +59,7 @@ QList<SpectrumWindow *> MainWindow::spectrumWindows() const
 
 SpectrumWindow *MainWindow::currentSpectrumWindow() const
 {
-    // Not the active one: while a floating dock has the focus, none is active.
+    // activeSubWindow() is null while a floating dock has the focus.
     const QMdiSubWindow *subWindow = ui->mdiArea->currentSubWindow();
     return subWindow ? qobject_cast<SpectrumWindow *>(subWindow->widget()) : nullptr;
 }

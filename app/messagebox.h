@@ -3,7 +3,7 @@
 
 #include <QMessageBox>
 
-// Shows a modal box with one OK button. The text is plain: the name of a file in it is never
-// markup. The informative text says more about it.
+// Shows a modal box with one OK button. Both texts are plain, so that a file name in them is never
+// markup.
 void showMessage(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text,
                  const QString &informativeText = {});

@@ -17,7 +17,7 @@ namespace
 {
 
 constexpr int widestTab = 48; // letters of average width
-// Characters; the toolkit shortens the whole text again and again.
+// In characters: Qt elides the whole text again and again.
 constexpr qsizetype longestTitle = 500;
 
 QString tabText(const QTabBar *tabs, const QString &title)
@@ -25,7 +25,7 @@ QString tabText(const QTabBar *tabs, const QString &title)
     const QFontMetrics metrics = tabs->fontMetrics();
     QString text =
         metrics.elidedText(title, Qt::ElideMiddle, widestTab * metrics.averageCharWidth());
-    // It would underline the next letter instead.
+    // A single "&" would underline the next letter.
     return text.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
@@ -41,7 +41,7 @@ SpectrumTabs::SpectrumTabs(QMdiArea *area)
     area->viewport()->installEventFilter(this);
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget * /*before*/, QWidget *now) { noteFocus(now); });
-    // They scroll the tabs; the keyboard does so by choosing one.
+    // These buttons scroll the tabs; the keyboard scrolls them by choosing one.
     const QList<QToolButton *> scrollers = m_tabs->findChildren<QToolButton *>();
     for (QToolButton *scroller : scrollers)
         scroller->setFocusPolicy(Qt::NoFocus);
@@ -61,12 +61,12 @@ void SpectrumTabs::follow(QMdiSubWindow *subWindow)
 bool SpectrumTabs::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_viewport) {
-        // An area that is being destroyed is none any more.
+        // An area that is being destroyed is no QMdiArea any more.
         if (event->type() == QEvent::ChildRemoved && qobject_cast<QMdiArea *>(watched->parent()))
             showNeighbourOf(static_cast<QChildEvent *>(event)->child());
         return QObject::eventFilter(watched, event);
     }
-    // The sub-window would pass an empty title over, and take all of a long one.
+    // QMdiSubWindow ignores an empty title and shows all of a long one.
     auto *subWindow = qobject_cast<QMdiSubWindow *>(watched->parent());
     if (event->type() != QEvent::WindowTitleChange || !subWindow)
         return QObject::eventFilter(watched, event);
@@ -74,7 +74,7 @@ bool SpectrumTabs::eventFilter(QObject *watched, QEvent *event)
     return true;
 }
 
-// Behind the last one the area would begin anew with the first.
+// QMdiArea goes to the first sub-window when the last is closed.
 void SpectrumTabs::showNeighbourOf(const QObject *closed)
 {
     const QList<QMdiSubWindow *> subWindows = m_area->subWindowList();
@@ -89,12 +89,12 @@ void SpectrumTabs::showNeighbourOf(const QObject *closed)
 void SpectrumTabs::showTitle(QMdiSubWindow *subWindow) const
 {
     const QString title = subWindow->widget()->windowTitle().left(longestTitle);
-    // Each new text lays all tabs out again.
+    // Each new text lays out all tabs.
     if (subWindow->windowTitle() != title)
         subWindow->setWindowTitle(title);
     const auto index = static_cast<int>(m_area->subWindowList().indexOf(subWindow));
     const QString text = tabText(m_tabs, title);
-    // The area's own word for no title stays.
+    // QMdiArea's own text for an untitled tab stays.
     if (!title.isEmpty() && m_tabs->tabText(index) != text)
         m_tabs->setTabText(index, text);
     m_tabs->setTabToolTip(
@@ -102,8 +102,8 @@ void SpectrumTabs::showTitle(QMdiSubWindow *subWindow) const
     m_tabs->setAccessibleTabName(index, title);
 }
 
-// A sub-window forgets what had the keyboard when another one comes up: it is hidden for a
-// moment, and the toolkit moves the keyboard on to the next field first.
+// QMdiSubWindow forgets its focused widget when another one comes up: it is hidden for a moment,
+// and Qt first moves the keyboard to the next field.
 void SpectrumTabs::noteFocus(QWidget *focused)
 {
     for (QWidget *widget = focused; widget && widget != m_area; widget = widget->parentWidget()) {
@@ -113,7 +113,7 @@ void SpectrumTabs::noteFocus(QWidget *focused)
     }
 }
 
-// The toolkit gives the keyboard to the field behind the one that had it, or to the sub-window.
+// Qt gives the keyboard to the field after the one that had it, or to the sub-window.
 void SpectrumTabs::settleFocus(const QMdiSubWindow *subWindow) const
 {
     const QWidget *focused = QApplication::focusWidget();

@@ -9,8 +9,8 @@ class QMdiArea;
 class QMdiSubWindow;
 class QTabBar;
 
-// The tabs of an area of spectra: what they say, and where the keyboard is in the spectrum that
-// comes up. For the area, which owns it.
+// Manages the tabs of an area of spectra: their texts, and which widget has the keyboard in the
+// spectrum that comes up. Owned by the area.
 class SpectrumTabs : public QObject
 {
     Q_OBJECT
@@ -18,10 +18,10 @@ class SpectrumTabs : public QObject
 public:
     explicit SpectrumTabs(QMdiArea *area);
 
-    // Keeps up with a sub-window that was just added, which holds a spectrum.
+    // Starts to follow a sub-window that was just added and holds a spectrum.
     void follow(QMdiSubWindow *subWindow);
 
-    // Brings up the spectrum that was on top before, and gives it the keyboard.
+    // Brings up the previous spectrum and gives it the keyboard.
     void goToPrevious();
 
 protected:

@@ -6,10 +6,10 @@
 namespace
 {
 
-// Scheme and host of the service; a build for another one sets ZORAVEL_IMAGE_SERVICE.
+// Scheme and host of the service; ZORAVEL_IMAGE_SERVICE sets another one at build time.
 constexpr QLatin1String imageServiceBase(ZORAVEL_IMAGE_SERVICE);
 
-// On a reply; Qt ends one that has taken too long with the same error.
+// Set on a reply: Qt reports a timeout with the same error as a cancelled download.
 constexpr char cancelledProperty[] = "cancelledByUser";
 
 } // namespace
@@ -28,7 +28,7 @@ QNetworkRequest structureImageRequest(const QString &casNumber)
     QNetworkRequest request(structureImageUrl(casNumber));
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::SameOriginRedirectPolicy);
-    // Qt's code for HTTP/2 has had holes that a server can use.
+    // Qt's code for HTTP/2 has had flaws that a server can exploit.
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     return request;
 }

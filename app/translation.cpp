@@ -12,7 +12,7 @@
 namespace
 {
 
-// Owned by the application.
+// The translator belongs to the application.
 bool installFile(const QString &name, const QString &folder, const QLocale &locale)
 {
     auto translator = std::make_unique<QTranslator>(QCoreApplication::instance());
@@ -30,7 +30,7 @@ QString translationFolder()
 
 void installTranslation(const QString &folder, const QLocale &locale)
 {
-    // The toolkit's texts alone would leave two languages in one window.
+    // Qt's texts alone would mix two languages in one window.
     if (installFile(QStringLiteral("zoravel"), folder, locale))
         installFile(QStringLiteral("qtbase"), QLibraryInfo::path(QLibraryInfo::TranslationsPath),
                     locale);

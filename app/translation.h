@@ -4,10 +4,10 @@
 class QLocale;
 class QString;
 
-// The folder in which the installed program has its translations.
+// The folder of the installed program's translations.
 [[nodiscard]] QString translationFolder();
 
-// Has the application show its texts, and the toolkit's, in the language of the locale, if the
-// folder has a translation into it; changes nothing if not. Numbers and files are the same in every
-// language. Call it before there are widgets.
+// Shows the texts of the application and of Qt in the language of the locale, if the folder has a
+// translation into it. Numbers and files are the same in every language. Call it before there are
+// widgets.
 void installTranslation(const QString &folder, const QLocale &locale);

@@ -33,7 +33,7 @@ class TestCommandLine : public QObject
 private slots:
     void readsArguments_data();
     void readsArguments();
-    void keepsTheToolkitFromWhatFollowsTwoDashes();
+    void keepsQtFromWhatFollowsTwoDashes();
     void readsFileNamesInTheCodeOfTheSystem();
     void saysWhatIsWrong();
 };
@@ -99,12 +99,12 @@ void TestCommandLine::readsArguments()
     QCOMPARE(line.problem.isEmpty(), request != Request::Refusal);
 }
 
-void TestCommandLine::keepsTheToolkitFromWhatFollowsTwoDashes()
+void TestCommandLine::keepsQtFromWhatFollowsTwoDashes()
 {
-    QCOMPARE(read({"a.json", "-style", "fusion"}).toolkitArguments, 4);
+    QCOMPARE(read({"a.json", "-style", "fusion"}).qtArguments, 4);
     const CommandLine line = read({"-reverse", "--", "-style"});
     QCOMPARE(line.file, u"-style"_s);
-    QCOMPARE(line.toolkitArguments, 2);
+    QCOMPARE(line.qtArguments, 2);
 }
 
 void TestCommandLine::readsFileNamesInTheCodeOfTheSystem()
