@@ -18,7 +18,7 @@ void takeRoomWhenHidden(QWidget *widget, bool take)
     widget->setSizePolicy(policy);
 }
 
-// Of a sub-window that is on top, if this one is in an area.
+// The size of the sub-window when it is on top; the widget's own size outside an area.
 QSize sizeOnTop(const QWidget *widget)
 {
     const auto *subWindow = qobject_cast<QMdiSubWindow *>(widget->parentWidget());
@@ -47,8 +47,8 @@ bool LateContents::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
-// Before a sub-window comes up, its area looks for the part of it that takes the keyboard. Then it
-// makes it fill the area.
+// Before a sub-window comes up, its area looks for a part that takes the keyboard; then it
+// maximises the sub-window.
 void LateContents::followSubWindow()
 {
     auto *subWindow = qobject_cast<QMdiSubWindow *>(m_widget->parentWidget());
@@ -65,13 +65,13 @@ void LateContents::showParts(const QSize &size)
         return;
     m_widget->removeEventFilter(this);
     deleteLater();
-    // All get their sizes before the first is shown: a chart that is shown is drawn anew for each.
+    // All parts get their sizes first: a visible chart is redrawn at each change.
     for (QWidget *part : hidden)
         takeRoomWhenHidden(part, true);
     QLayout *layout = m_widget->layout();
     layout->activate();
     layout->setGeometry({QPoint(), size});
-    // Each that is shown would lay all of them out again.
+    // Each part that is shown would lay out all of them again.
     layout->setEnabled(false);
     for (QWidget *part : hidden) {
         part->show();

@@ -7,18 +7,17 @@
 class QSize;
 class QWidget;
 
-// Keeps the parts of a widget that becomes a sub-window hidden until that comes up. Hidden parts
-// hold what they always do, but are neither styled nor laid out, which is most of what a form
-// costs.
+// Keeps the parts of a widget in a sub-window hidden until the sub-window comes up. Hidden parts
+// hold their values but are neither styled nor laid out, which is most of what a form costs.
 class LateContents : public QObject
 {
     Q_OBJECT
 
 public:
-    // Of a widget with a layout that has not been added to its area yet. Belongs to the widget.
+    // The widget has a layout and is not in its area yet. It owns this object.
     explicit LateContents(QWidget *widget);
 
-    // Shows the parts, as they stand in a widget of this size.
+    // Shows the parts in a widget of this size.
     void showParts(const QSize &size);
 
 protected:
@@ -31,5 +30,5 @@ private:
     QList<QWidget *> m_hidden;
 };
 
-// Shows the parts of such a sub-window's widget now, if they are not shown yet.
+// Shows the parts of a sub-window's widget now if they are still hidden.
 void showContents(const QWidget *widget);

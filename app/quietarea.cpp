@@ -15,8 +15,8 @@
 namespace
 {
 
-// The current one always is shown: to hide it would choose another. To show one that is shown would
-// make the bar forget that it has others to lay out.
+// The current tab stays visible: hiding it would choose another. Showing a visible tab again would
+// make the bar forget that others wait for their layout.
 void showTab(QTabBar *tabs, int tab, bool shown)
 {
     const bool visible = shown || tab == tabs->currentIndex();
@@ -35,9 +35,9 @@ bool isQuiet(const QMdiArea *area)
     return !area->updatesEnabled();
 }
 
-// Every new widget and graphics item asks to be styled, laid out and painted in the next turn of
-// the event loop. What is shown has been, and the rest will be when it is. All that others asked
-// for the style of was styled when the area became quiet.
+// Each new widget and graphics item posts requests to be styled, laid out and painted. What is
+// shown has been styled, and the rest will be when it is shown. What others asked for was done when
+// the area became quiet.
 void forgetRequests(QMdiSubWindow *subWindow)
 {
     QCoreApplication::removePostedEvents(nullptr, QEvent::PolishRequest);
@@ -93,12 +93,12 @@ QMdiSubWindow *addSubWindow(QMdiArea *area, QWidget *widget)
     auto *subWindow = new QMdiSubWindow(area->viewport());
     subWindow->setWidget(widget);
     const Qt::WindowFlags flags = subWindow->windowFlags();
-    // The area looks through all others for those that one must stay below, each time for each.
-    // Only one that stays on top is raised without.
+    // When it raises a sub-window, QMdiArea searches all others for those that must stay above, for
+    // each of them again. It skips this only for one that stays on top.
     subWindow->overrideWindowFlags(flags | Qt::WindowStaysOnTopHint);
     area->addSubWindow(subWindow);
     subWindow->overrideWindowFlags(flags | Qt::SubWindow);
-    // Nor shall it compare its place with those of all that have one.
+    // The area must not compare its place with those of all others either.
     subWindow->setAttribute(Qt::WA_Moved, false);
     return subWindow;
 }
@@ -110,8 +110,8 @@ void showSubWindow(QMdiSubWindow *subWindow)
         subWindow->widget()->show();
         return;
     }
-    // What cannot be used does not become active. Only the sub-window itself asks for that:
-    // setEnabled() would tell all of its parts, twice.
+    // A disabled sub-window does not become active. Only the sub-window itself is asked:
+    // setEnabled() would notify all of its parts, twice.
     subWindow->setAttribute(Qt::WA_Disabled);
     subWindow->widget()->show();
     subWindow->setAttribute(Qt::WA_Disabled, false);

@@ -8,12 +8,12 @@ class QMdiSubWindow;
 class QTabBar;
 class QWidget;
 
-// Sub-windows by the hundred. Each one that is shown, and each successor of one that is closed,
-// becomes the active one: the area lays it out at full size, gives it the focus and visits all the
-// others. And with each that comes or goes it has all tabs laid out that are shown. So the time
-// would grow with the square of their number.
+// QMdiArea activates each sub-window that is shown, and the successor of each that is closed: it
+// lays it out at full size, gives it the focus and visits all others. It also lays out all visible
+// tabs whenever a sub-window comes or goes. With many sub-windows the time grows with the square of
+// their number, so bulk changes suppress both.
 
-// The tabs of an area, none of which is shown for as long as it lives but the current one.
+// Hides all tabs of an area but the current one for as long as it lives.
 class HiddenTabs
 {
     Q_DISABLE_COPY_MOVE(HiddenTabs)
@@ -26,8 +26,8 @@ private:
     QTabBar *m_tabs;
 };
 
-// For as long as it lives, sub-windows that are added to an area and shown do not become active and
-// are not painted, and their tabs are not shown.
+// For as long as it lives, sub-windows that are added to an area and shown do not become active,
+// are not painted, and have no visible tab.
 class QuietArea
 {
     Q_DISABLE_COPY_MOVE(QuietArea)
@@ -41,12 +41,13 @@ private:
     HiddenTabs m_tabs;
 };
 
-// Adds a widget to an area in a sub-window of the default flags. QMdiArea::addSubWindow() itself
-// takes longer the more the area has.
+// Adds a widget to an area in a sub-window with the default flags. QMdiArea::addSubWindow() takes
+// longer the more sub-windows there are.
 QMdiSubWindow *addSubWindow(QMdiArea *area, QWidget *widget);
 
 // Shows a sub-window that was just added to its area; it becomes active unless the area is quiet.
 void showSubWindow(QMdiSubWindow *subWindow);
 
-// Closes all sub-windows of an area, the current one last, so that none becomes active on the way.
+// Closes all sub-windows of an area, the current one last, so that no other becomes active in
+// between.
 void closeQuietly(QMdiArea *area);

@@ -18,7 +18,7 @@ struct Decimal {
     int exponent;
 };
 
-// The double next to a decimal, which is also what a label of it is read as.
+// The double next to a decimal, as which its label is read.
 double valueOf(const Decimal &decimal)
 {
     const QByteArray text =
@@ -27,7 +27,7 @@ double valueOf(const Decimal &decimal)
 }
 
 // The multiples of step in the range; nothing if there are far more than an axis can have, or if
-// doubles do not tell them apart.
+// doubles cannot distinguish them.
 std::optional<QList<Decimal>> multiplesIn(double min, double max, const Decimal &step)
 {
     constexpr double mostDigits = 1e15; // a double has every decimal of so many
@@ -64,7 +64,7 @@ QList<Decimal> roundValues(double min, double max, int most)
         return {};
     if (width == 0)
         return {shortestOf(min)};
-    // From a step of which there are ten or more to one of which there is one at most.
+    // From a step with ten or more multiples to one with at most one.
     const int decade = int(std::floor(std::log10(width)));
     QList<Decimal> finer;
     for (int exponent = decade - 1; exponent <= decade + 1; ++exponent) {
@@ -103,7 +103,7 @@ QString superscript(int number)
     return text;
 }
 
-// The power of ten of the first digit of the largest.
+// The power of ten of the first digit of the largest number.
 int magnitudeOf(const QList<Decimal> &decimals)
 {
     qint64 largest = 0;
@@ -140,7 +140,7 @@ qsizetype longest(const QStringList &labels)
     return most;
 }
 
-// All of the same exponent.
+// The decimals must have the same exponent.
 QStringList labelsOf(const QList<Decimal> &decimals)
 {
     constexpr int large = 6;

@@ -21,7 +21,7 @@ constexpr double edge = 4; // the window has little height to give
 constexpr double markLength = 4;
 constexpr double gap = 3;
 
-// The view's read-out stands so far above the lower edge, and so much higher than its text.
+// The view's read-out: its distance from the lower edge, and its height beyond the text's.
 constexpr double readOutInset = 10;
 constexpr double readOutPadding = 4;
 
@@ -44,8 +44,8 @@ void setText(QGraphicsTextItem *item, const QString &text, const QFont &font, co
         item->setPlainText(text);
 }
 
-// Where along an axis a value is: 0 at its start, 1 at its end. All of a range without width is in
-// the middle.
+// Where along an axis a value is: 0 at its start, 1 at its end, the middle if the range has no
+// width.
 double shareOf(double value, const QValueAxis &axis)
 {
     const double width = axis.max() - axis.min();
@@ -117,7 +117,7 @@ void ChartAxes::layOut()
     update();
 }
 
-// Texts take more memory than all else of a chart: one that was never shown has none.
+// Texts take more memory than the rest of a chart, so a chart that was never shown has none.
 void ChartAxes::makeTitles()
 {
     m_x.title = makeText(this);
@@ -125,7 +125,7 @@ void ChartAxes::makeTitles()
     m_y.title->setRotation(-90);
 }
 
-// By the size of the chart only, and not by that of its plot, which follows.
+// Depends on the chart's size only: the plot's size follows from the margins.
 QMargins ChartAxes::neededMargins()
 {
     const double labelHeight = QFontMetricsF(valueAxis(Qt::Horizontal)->labelsFont()).height();
@@ -142,7 +142,7 @@ QMargins ChartAxes::neededMargins()
     return {qCeil(left), qCeil(above), qCeil(right), qCeil(below)};
 }
 
-// As many ticks as the labels leave room for along the axis. Returns the width of the widest label.
+// Chooses as many ticks as the labels leave room for. Returns the width of the widest label.
 double ChartAxes::fitTicks(Axis &axis, Qt::Orientation orientation, double length)
 {
     const QValueAxis &source = *valueAxis(orientation);
@@ -163,7 +163,7 @@ double ChartAxes::fitTicks(Axis &axis, Qt::Orientation orientation, double lengt
     return widest;
 }
 
-// A label that has no room beside the one before it is hidden.
+// Hides a label that would touch the one before it.
 void ChartAxes::placeLabels(Axis &axis, Qt::Orientation orientation, const QRectF &plot)
 {
     const QValueAxis &source = *valueAxis(orientation);
@@ -192,7 +192,7 @@ void ChartAxes::placeLabels(Axis &axis, Qt::Orientation orientation, const QRect
     }
 }
 
-// In the middle of the plot, or of the chart if they are longer.
+// Centres the titles on the plot, or on the chart if they are longer.
 void ChartAxes::placeTitles(const QRectF &plot)
 {
     const QSizeF x = m_x.title->boundingRect().size();
@@ -211,7 +211,7 @@ void ChartAxes::paint(QPainter *painter, const QStyleOptionGraphicsItem * /*opti
         return;
     const QRectF plot = m_chart->plotArea();
     painter->setRenderHint(QPainter::Antialiasing, false);
-    // From the lower left corner of the plot at every tick.
+    // Each tick starts at the lower left corner of the plot.
     const QPointF corner = plot.bottomLeft();
     const auto drawTo = [&](const QPointF &end) {
         for (const double value : m_x.ticks.values) {

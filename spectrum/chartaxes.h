@@ -13,18 +13,18 @@ class QGraphicsTextItem;
 class QValueAxis;
 
 // The axes of a chart with one horizontal and one vertical QValueAxis: lines, grid, titles and
-// labels at round values of the ranges that these have at the time, zoomed or not. They are drawn
-// here because a QValueAxis divides its range evenly, and rounds what it writes; with ticks at an
-// interval it adds up that interval, which loses the last tick of 0 to 0.3 and writes 3e-21 for 0.
-// Fonts, colours and texts are those of the axes, which are hidden.
+// labels at round values of the current ranges, zoomed or not. They are drawn here because a
+// QValueAxis divides its range evenly and rounds its labels; with ticks at an interval it adds that
+// up, which loses the last tick of 0 to 0.3 and writes 3e-21 for 0. Fonts, colours and texts come
+// from the QValueAxis objects, which are hidden.
 //
-// Belongs to the chart and sets its margins, in which they stand.
+// Belongs to the chart and sets its margins to make room for itself.
 class ChartAxes final : public QGraphicsObject
 {
     Q_OBJECT
 
 public:
-    // To be made once the chart has its axes.
+    // The chart must have its axes.
     explicit ChartAxes(QChart *chart);
 
     [[nodiscard]] QRectF boundingRect() const override;

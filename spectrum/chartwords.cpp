@@ -15,7 +15,7 @@ QString translated(const char *text)
     return QCoreApplication::translate("SpectrumChartView", text);
 }
 
-// As the read-out writes them.
+// Written as in the read-out.
 QString energyText(double energyEv)
 {
     return QString::number(energyEv, 'f', 4);

@@ -5,10 +5,10 @@
 #include <QPointF>
 #include <QString>
 
-// What a chart of a spectrum shows, in words, for those who do not see it. Translated.
+// Describes the chart of a spectrum in words, translated, for those who do not see it.
 
-// How many points there are, the range of their photon energies in eV and the highest of them.
-// Points that are not finite, which are not drawn, count only as points.
+// The number of points, the range of their photon energies in eV and the highest point. Points that
+// are not finite are not drawn and only counted.
 [[nodiscard]] QString pointsInWords(const QList<QPointF> &points);
 
 // The same with the title of the spectrum, which may be empty.

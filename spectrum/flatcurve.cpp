@@ -10,7 +10,7 @@
 namespace
 {
 
-// Above the axes, where the series itself is.
+// The series' own place, above the axes.
 constexpr double depth = 5;
 
 double widthOf(const QValueAxis &axis)
@@ -76,7 +76,7 @@ void FlatCurve::paint(QPainter *painter, const QStyleOptionGraphicsItem * /*opti
         painter->drawPolyline(curve);
         return;
     }
-    // Points that are all the same.
+    // All points are the same.
     const double radius = series->pen().widthF();
     painter->setBrush(series->pen().color());
     if (!curve.isEmpty())

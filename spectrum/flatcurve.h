@@ -6,12 +6,12 @@
 class QChart;
 class QValueAxis;
 
-// Draws the line series of a chart whose points have all one intensity, or all one energy: a
-// QLineSeries shows nothing where the range of an axis has no width. They stand in the middle of
-// that axis, as its label does, and what lies beside that value is far away. Draws nothing where
-// the series does it itself.
+// Draws the line series of a chart whose points have all one intensity or all one energy, as
+// QLineSeries draws nothing if the range of an axis has no width. The points stand in the middle of
+// that axis, as its label does; any other value is far away. Draws nothing if the series draws
+// itself.
 //
-// Belongs to the chart, which has its axes and its series.
+// Belongs to the chart, which must have its axes and its series.
 class FlatCurve final : public QGraphicsObject
 {
     Q_OBJECT

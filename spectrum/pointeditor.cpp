@@ -22,7 +22,7 @@
 namespace
 {
 
-// Undoing what rewrote a large text takes as long as that, and so does any key over a large
+// Undoing a change of a large text takes as long as the change, and so does any key over a large
 // selection.
 bool mayTakeLong(const QKeyEvent *event, const QTextCursor &cursor)
 {
@@ -48,7 +48,8 @@ void PointEditor::keyPressEvent(QKeyEvent *event)
     QPlainTextEdit::keyPressEvent(event);
 }
 
-// The entries of the toolkit's menu go to the text directly.
+// The entries of Qt's menu act on the text control, past this class: they get the wait cursor here,
+// as undoing on a million points takes seconds.
 void PointEditor::contextMenuEvent(QContextMenuEvent *event)
 {
     QMenu *menu = createStandardContextMenu(event->pos());
@@ -92,8 +93,7 @@ void PointEditor::insertFromMimeData(const QMimeData *source)
     QPlainTextEdit::insertFromMimeData(source);
 }
 
-// Another width changes nothing for lines that are not wrapped; Qt would make a layout for each all
-// the same.
+// Lines that do not wrap do not depend on the width, but Qt would lay them all out again.
 void PointEditor::resizeEvent(QResizeEvent *event)
 {
     QSize before = event->oldSize();
@@ -103,7 +103,7 @@ void PointEditor::resizeEvent(QResizeEvent *event)
     QPlainTextEdit::resizeEvent(&change);
 }
 
-// To wrap lines, Qt makes a layout of 300 bytes for each, seen or not.
+// Wrapping makes Qt keep a layout of 300 bytes for each line, visible or not.
 void wrapLinesUnlessMany(QPlainTextEdit *editor, qsizetype lines)
 {
     constexpr qsizetype mostWrapped = 100'000;

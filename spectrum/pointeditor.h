@@ -4,9 +4,8 @@
 #include <QPlainTextEdit>
 
 // The editor of a spectrum's points: text of up to millions of lines. Shows the wait cursor while
-// it takes in what is pasted, undoes, or removes much at once, however it is asked to. What is
-// pasted with a line too long to be laid out is refused as a whole, which a tool tip says. To
-// whoever asks for its class it is a QPlainTextEdit.
+// it pastes, undoes, or removes much at once, by key or by menu. It refuses a paste with a line too
+// long to lay out, and a tool tip says so. Code that asks for its class sees a QPlainTextEdit.
 class PointEditor : public QPlainTextEdit
 {
 public:
@@ -20,5 +19,5 @@ protected:
 };
 
 // Wraps the lines of an editor that is to hold so many, unless that takes too much time and memory.
-// A PointEditor itself follows what it holds.
+// A PointEditor does so itself.
 void wrapLinesUnlessMany(QPlainTextEdit *editor, qsizetype lines);

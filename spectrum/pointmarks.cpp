@@ -17,7 +17,7 @@
 namespace
 {
 
-// States of the lines, which move with them when others come or go. A new line has -1.
+// States of the lines, which move with them when others are inserted or removed. A new line has -1.
 constexpr int markedState = 1;
 constexpr int goodState = 0;
 
@@ -28,9 +28,9 @@ bool isMistake(const QString &line)
     return std::any_of(line.begin(), line.end(), [](QChar c) { return !c.isSpace(); });
 }
 
-// What an editor's plain text, from which points are read, makes of a line that it shows: a blank
-// of a no-break space, and lines of their own of what a line separator parts. (Other characters
-// that part lines never stand within one.)
+// The text of a line as QPlainTextEdit::toPlainText(), from which points are read, returns it: a
+// no-break space becomes a blank, and a line separator starts a new line. (No other line-ending
+// character can stand within a line.)
 QString plainTextOf(const QTextBlock &line)
 {
     QString text = line.text();
@@ -57,7 +57,7 @@ PointMarks::PointMarks(QPlainTextEdit *editor) : QObject(editor), m_editor(edito
 
 void PointMarks::readLines(const QList<QPointF> &points, qsizetype lineCount)
 {
-    // Of most texts: then no line has to be looked at a second time.
+    // This holds for most texts and saves a second look at each line.
     const bool isFaultless =
         points.size() == lineCount && std::all_of(points.begin(), points.end(), isFinite);
     const bool wasMarked = m_count > 0;
@@ -96,8 +96,8 @@ void PointMarks::followView()
     markShownLines();
 }
 
-// The editor looks at all its selections for each line that it draws: those of the lines that can
-// be seen are few. Some more are for lines that come up when a long one becomes shorter.
+// The editor checks all its selections for each line that it draws, so only visible lines are
+// marked, and some more for lines that move up when a long one gets shorter.
 void PointMarks::markShownLines()
 {
     QList<QTextEdit::ExtraSelection> marks;

@@ -9,10 +9,10 @@
 
 class QPlainTextEdit;
 
-// Underlines the lines of a point editor that are not points of two finite numbers: others are left
-// out of a file, and numbers that are not finite come back as 0. Blank lines are no mistakes. A
-// line keeps its mark while it is edited, until the lines are read again. Text, undo history and
-// modified state stay as they are, and a key press costs the same whatever the number of marks.
+// Underlines the lines of a point editor that are not points of two finite numbers: files leave
+// other lines out, and numbers that are not finite come back as 0. Blank lines are no mistakes. An
+// edited line keeps its mark until the lines are read again. Text, undo history and modified state
+// do not change, and a key press costs the same however many marks there are.
 class PointMarks : public QObject
 {
     Q_OBJECT
@@ -21,11 +21,11 @@ public:
     // Belongs to the editor.
     explicit PointMarks(QPlainTextEdit *editor);
 
-    // Looks at every line of the editor; points are what has just been read from its text, which
-    // has this number of lines that are not empty.
+    // Checks every line of the editor. points were just read from its text, which has lineCount
+    // lines that are not empty.
     void readLines(const QList<QPointF> &points, qsizetype lineCount);
 
-    // As of the last reading.
+    // The values of the last reading.
     [[nodiscard]] int count() const { return m_count; }
     // The number of the first marked line, from 1 on; 0 if there is none.
     [[nodiscard]] int firstLine() const { return m_firstLine; }

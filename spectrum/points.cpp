@@ -19,7 +19,7 @@ constexpr double gridStepEv = 0.001;
 constexpr double largestGrid = 10'000'000;
 constexpr double normalisedMaximum = 1000.0;
 
-// What the pattern class [,;\s] matches: Unicode's other white space does not separate.
+// Matches the pattern class [,;\s]: other white space of Unicode does not separate.
 constexpr bool isSeparator(char16_t c)
 {
     constexpr std::uint64_t set = 1ull << u',' | 1ull << u';' | 1ull << u' ' | 0x1full << u'\t';
@@ -45,8 +45,8 @@ const char16_t *skipToken(const char16_t *c, const char16_t *end)
     return c;
 }
 
-// The value of a plain token by the fast converter; nothing for whatever is unusual (signs,
-// infinities, overflow, other scripts, ...), which is not to say that it is no number.
+// Converts a plain token with the fast converter; nothing for an unusual one (signs, infinities,
+// overflow, other scripts, ...), which may still be a number.
 std::optional<double> plainNumber(QStringView token)
 {
     std::array<char, 32> narrow;
@@ -67,7 +67,7 @@ std::optional<double> plainNumber(QStringView token)
     return value;
 }
 
-// The number of one token, which is not empty.
+// The number of one token, which must not be empty.
 std::optional<double> number(QStringView token)
 {
     if (const std::optional<double> plain = plainNumber(token))
@@ -77,7 +77,7 @@ std::optional<double> number(QStringView token)
     return ok ? std::optional(value) : std::nullopt;
 }
 
-// Appends the digits at c to those of a number; returns where they end.
+// Appends the digits at c to a number; returns where they end.
 const char16_t *takeDigits(const char16_t *c, const char16_t *end, std::int64_t &digits)
 {
     for (; c != end && isDigit(*c); ++c)
@@ -136,7 +136,7 @@ std::optional<double> takeShortNumber(const char16_t *&c, const char16_t *end)
     return negative ? -value : value;
 }
 
-// Appends the digits of a whole number of thousandths, or whatever decimals says.
+// Appends digits as a decimal number of so many decimals.
 void appendDecimal(QString &line, int digits, int decimals)
 {
     std::array<char16_t, 12> text;
@@ -151,8 +151,8 @@ void appendDecimal(QString &line, int digits, int decimals)
 }
 
 // Appends the number with the digits that loading keeps, as QString::number() writes it. Most
-// numbers have no more, and few decimals: a quotient of whole numbers that is the number says its
-// digits, in a fifth of the time.
+// numbers need few decimals and are the quotient of a whole number and a power of ten, which has
+// the same digits and is written in a fifth of the time.
 void appendLoaded(QString &line, double number)
 {
     constexpr std::array powersOfTen{1e0, 1e1, 1e2, 1e3, 1e4};
@@ -171,7 +171,7 @@ void appendLoaded(QString &line, double number)
     line += QString::number(number, 'g', keptDigits);
 }
 
-// Takes the next token off the front of c; nothing if there is none or if it is no number.
+// Takes the next token off the front of c; nothing if there is none or it is no number.
 std::optional<double> takeNumber(const char16_t *&c, const char16_t *end)
 {
     c = skipSeparators(c, end);
@@ -263,10 +263,10 @@ std::variant<QList<QPointF>, ResampleError> resampled(const QList<QPointF> &poin
         return ResampleError::GridTooLarge;
 
     QList<QPointF> grid;
-    // The first segment that ends at or above a grid energy never lies before that of the energy
-    // before it, whatever the order of the points, so one walk over them serves the whole grid.
+    // The segment of a grid energy never lies before that of the previous grid energy, whatever the
+    // order of the points, so one walk serves the whole grid.
     qsizetype j = 0;
-    // A range that is far below zero has no step at all, however far.
+    // A range far below zero has no step either; the cast must not overflow.
     const int steps = static_cast<int>(std::max(wholeSteps, -1.0));
     for (int i = 0; i <= steps; ++i) {
         const double x = std::fma(i, gridStepEv, start);

@@ -23,13 +23,13 @@
 // The points among lines, in their order; lines that are not points are passed over.
 [[nodiscard]] QList<QPointF> parsePoints(const QStringList &lines);
 
-// Significant digits of energies and intensities that loading keeps.
+// The significant digits of energies and intensities that loading keeps.
 inline constexpr int keptDigits = 6;
 
-// One line "x; y" of so many significant digits each, as points from a file are shown.
+// One line "x; y" with that many significant digits each, as points from a file are shown.
 [[nodiscard]] QString loadedPointLine(double energyEv, double intensity);
 
-// The number that such a line has for an energy or intensity.
+// The value that this line has for an energy or intensity.
 [[nodiscard]] double loadedNumber(double number);
 
 // Lines "x y" with fixed decimals.
@@ -46,13 +46,13 @@ enum class ResampleError {
 };
 
 // The points interpolated linearly on an even grid of 0.001 eV that starts one step above the first
-// energy and ends at most one step below the last. Energies are taken as ascending and not sorted;
-// for each grid energy the first segment that ends at or above it counts, and where there is none
-// the grid energy yields no point. The result may be empty.
+// energy and ends at most one step below the last. Energies are not sorted and taken as ascending.
+// For each grid energy the first segment that ends at or above it counts; without one, the grid
+// energy has no point. The result may be empty.
 [[nodiscard]] std::variant<QList<QPointF>, ResampleError> resampled(const QList<QPointF> &points);
 
-// The corners of the stick plot of a line spectrum: every point is reached from the baseline but
-// the last, to which a slanted line leads from the baseline at the energy before it.
+// The corners of the stick plot of a line spectrum: a stick rises from the baseline to each point
+// but the last, to which a slanted line leads from the baseline at the energy before it.
 [[nodiscard]] QList<QPointF> stickPlot(const QList<QPointF> &points);
 
 // The points of two finite numbers, in their order: a chart can show no others.
@@ -68,6 +68,6 @@ struct PointRange {
     double maxY;
 };
 
-// Over the points of two finite numbers. Nothing if there is none or if a span is not finite, as an
-// axis cannot show that.
+// The ranges over the points of two finite numbers. Nothing if there is none, or if a span is not
+// finite: an axis cannot show that.
 [[nodiscard]] std::optional<PointRange> finiteRange(const QList<QPointF> &points);

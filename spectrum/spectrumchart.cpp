@@ -51,12 +51,12 @@ void drawSpectrum(QChart *chart, const QList<QPointF> &points, bool isLineSpectr
     auto *series = qobject_cast<QLineSeries *>(chart->series().value(0));
     if (!series)
         return;
-    // Every change of an axis lays the curve out anew: there is none until the ranges are set.
+    // Each change of an axis lays out the curve again, so it is empty while the ranges are set.
     series->clear();
     auto *axisX = qobject_cast<QValueAxis *>(chart->axes(Qt::Horizontal).value(0));
     auto *axisY = qobject_cast<QValueAxis *>(chart->axes(Qt::Vertical).value(0));
     if (axisX && axisY && range) {
-        // Else the chart would go back to the range from before the zoom later.
+        // Otherwise the chart would later return to the range from before the zoom.
         chart->zoomReset();
         axisX->setRange(range->minX, range->maxX);
         axisY->setRange(range->minY, range->maxY);

@@ -22,7 +22,7 @@
 namespace
 {
 
-// Corners of a line; a line spectrum of so many takes about a second to paint.
+// Corners of a line; that many in a line spectrum take about a second to paint.
 constexpr int manyCorners = 500'000;
 
 bool takesLongToPaint(const QChart *chart)
@@ -42,7 +42,7 @@ QAccessibleInterface *chartInterface(const QString &className, QObject *object)
     return view ? new QAccessibleWidget(view, QAccessible::Chart) : nullptr;
 }
 
-// A rectangle moved as little as needed to be within a larger one.
+// Moves a rectangle no further than needed to be within a larger one.
 QRectF movedInto(const QRectF &area, QRectF part)
 {
     const QPointF most = area.bottomRight() - QPointF(part.width(), part.height());
@@ -57,20 +57,19 @@ SpectrumChartView::SpectrumChartView(QWidget *parent)
     : QChartView(new QChart, parent), mousePositionLabel(new QLabel(this))
 {
     QAccessible::installFactory(chartInterface);
-    // The view itself takes the keyboard, not the part of it that is drawn on.
+    // The view takes the focus, not its viewport.
     viewport()->setFocusProxy(nullptr);
     viewport()->setFocusPolicy(Qt::NoFocus);
     setRenderHint(QPainter::Antialiasing);
     setMouseTracking(true);
-    // A chart without a size would be laid out at the one that it prefers, or its least, seen or
-    // not.
+    // A chart without a size would be laid out at its preferred or minimum size, visible or not.
     chart()->setAttribute(Qt::WA_Resized);
     chart()->setMinimumSize(0, 0);
     mousePositionLabel->setStyleSheet(
         QStringLiteral("background-color: rgba(255, 255, 255, 150); padding: 2px;"));
     keepTextDark(mousePositionLabel);
     mousePositionLabel->setAlignment(Qt::AlignCenter);
-    // The label lies over the chart, whose zoom and read-out work under it as elsewhere.
+    // The label lies over the chart: zoom and read-out must work under it.
     mousePositionLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
     mousePositionLabel->show();
     setSpectrumPoints({});
@@ -121,7 +120,7 @@ void SpectrumChartView::readOut(qsizetype point)
 
     const QRectF area = chart()->plotArea();
     const QPointF at = chart()->mapToPosition(value);
-    // A zoomed chart follows.
+    // A zoomed chart scrolls to the point.
     const QPointF off(at.x() - std::clamp(at.x(), area.left(), area.right()),
                       std::clamp(at.y(), area.top(), area.bottom()) - at.y());
     if (isFinite(off) && std::max(std::abs(off.x()), std::abs(off.y())) > 1)
@@ -200,7 +199,7 @@ void SpectrumChartView::keyPressEvent(QKeyEvent *event)
     }
 }
 
-// A line at the energy that the keyboard reads out.
+// Draws a line at the energy that the keyboard reads out.
 void SpectrumChartView::drawForeground(QPainter *painter, const QRectF &rect)
 {
     QChartView::drawForeground(painter, rect);

@@ -10,10 +10,10 @@
 class QLabel;
 
 // A chart view with a rubber-band zoom, reset by the right button, and a small label in its lower
-// right corner that reads out the point under the mouse: photon energy in eV and intensity. With
-// the keyboard it reads out the points of its spectrum one by one, and zooms: Left, Right, Page Up,
-// Page Down, Home, End; +, - and 0. To assistive technology it is a chart that describes its
-// spectrum in words.
+// right corner that reads out the point under the mouse: photon energy in eV and intensity. The
+// keyboard reads out the points of the spectrum one by one and zooms: Left, Right, Page Up, Page
+// Down, Home, End; +, - and 0. Assistive technology gets a chart that describes its spectrum in
+// words.
 class SpectrumChartView : public QChartView
 {
     Q_OBJECT
@@ -21,13 +21,13 @@ class SpectrumChartView : public QChartView
 public:
     explicit SpectrumChartView(QWidget *parent = nullptr);
 
-    // Shows value, a point in the chart's coordinates.
+    // Shows value, a point in chart coordinates.
     void updateMousePositionLabel(const QPointF &value);
-    // Moves the label 10 pixels in from the lower right corner, but not out of the view.
+    // Moves the label 10 pixels in from the lower right corner, but never out of the view.
     void updateLabelPosition();
 
-    // What is drawn, for the keyboard's read-out and the description: the points of the spectrum,
-    // which need not be those of the chart's series.
+    // Sets the spectrum's points for the read-out and the description; the chart's series may have
+    // others.
     void setSpectrumPoints(const QList<QPointF> &points);
     void setSpectrumTitle(const QString &title);
 
@@ -35,19 +35,20 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    // Shows the wait cursor where painting takes long.
+    // Shows the wait cursor if painting takes long.
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void drawForeground(QPainter *painter, const QRectF &rect) override;
 
 private:
     void describe();
-    // Reads out the point of this number, or the nearest one that there is.
+    // Reads out the point of this number, or the nearest existing one.
     void readOut(qsizetype point);
     void zoomAtPoint();
-    // By two, but not to more than the whole spectrum.
+    // Zooms out by two, but not beyond the whole spectrum: 0 goes there at once, - keeps the place
+    // that a close look has found.
     void zoomOut();
-    // The rectangle that the points span, where the chart has them; invalid if they span none.
+    // The rectangle of the points in the chart's present coordinates; invalid if they span none.
     [[nodiscard]] QRectF placeOfPoints() const;
 
     QLabel *mousePositionLabel;

@@ -4,8 +4,8 @@
 #include <QJsonObject>
 #include <QLatin1String>
 
-// A spectrum file, and the clipboard's text for a spectrum: the spectrum object with "Type" beside
-// its own keys.
+// The type of a spectrum file and of the clipboard's text for a spectrum: a spectrum object with
+// "Type" beside its own keys.
 
 inline constexpr QLatin1String spectrumFileType("Spectrum v1");
 

@@ -145,7 +145,7 @@ void SpectrumModel::emitSpectrumDataChanged()
     emit spectrumDataChanged();
 }
 
-// The chart, a save, normalising and resampling all want the same numbers: they are read once.
+// The chart, a save, normalising and resampling share these numbers: they are parsed once.
 void SpectrumModel::setPointLines(const QStringList &lines)
 {
     pointLines = lines;
@@ -153,7 +153,7 @@ void SpectrumModel::setPointLines(const QStringList &lines)
     parsedPoints = parsePoints(lines);
 }
 
-// Makes lines the points and the editor's text, as one step that the editor can undo.
+// Makes lines the points and the editor's text, in one undo step.
 void SpectrumModel::rewritePoints(const QStringList &lines)
 {
     debounceTimer->stop();

@@ -15,10 +15,10 @@ class QTimer;
 inline constexpr int spectrumColumnCount = 16;
 
 // One spectrum of a species entry: sixteen metadata columns in one row, edited through the spectrum
-// window's data mapper, and the list of its point lines, kept in step with the text of a point
-// editor that it does not own and that may be null. The editor is read again two seconds after its
-// last change; until then the points are those from before the typing. Loading and writing never
-// fail: a missing or mistyped value is an empty text, 0, false or no point.
+// window's data mapper, and the list of its point lines, which follows the text of a point editor
+// that it does not own and that may be null. The editor is read two seconds after its last change;
+// until then the points are older than the text. Loading and writing never fail: a missing or
+// mistyped value is an empty text, 0, false or no point.
 class SpectrumModel : public MyStandardItemModel
 {
     Q_OBJECT
@@ -28,25 +28,25 @@ public:
     ~SpectrumModel() override;
 
     // Replaces the record and the point text and starts a fresh undo history of the point editor.
-    // Emits no signal of the model.
+    // Emits no model signal.
     void loadFromJson(const QJsonObject &obj);
     [[nodiscard]] QJsonObject toJson() const;
 
-    // The points as of the last reading: photon energies in eV and intensities, in line order.
+    // The last read points: photon energies in eV and intensities, in line order.
     [[nodiscard]] QList<QPointF> getXYVectors() const;
-    // How many lines that are not empty there were at the last reading, points or not.
+    // The number of lines that were not empty at the last reading, points or not.
     [[nodiscard]] qsizetype lineCount() const { return pointLines.size(); }
-    // Writes the point lines into the editor as its whole text, with a fresh undo history.
+    // Replaces the editor's text with the point lines and starts a fresh undo history.
     void setTextEditText();
 
-    // Reads the editor now if its last change has not been read yet, and not again later.
+    // Reads the editor at once if its last change is unread.
     void readPendingPoints();
-    // Forgets a change that has not been read yet.
+    // Forgets an unread change.
     void dropPendingPoints();
-    // Whether the last reading of the editor found other lines than there were.
+    // Whether the last reading of the editor found changed lines.
     [[nodiscard]] bool lastReadFoundChanges() const;
 
-    // A value of the record, edit role.
+    // The edit role of a value of the record.
     [[nodiscard]] QVariant value(SpectrumColumn column) const;
     bool setValue(SpectrumColumn column, const QVariant &value);
 
@@ -57,8 +57,8 @@ signals:
 public slots:
     // Scales the intensities so that the largest becomes 1000. Drops lines that are not points.
     void normalizeSpectrum();
-    // Resamples on a grid of 0.001 eV, by linear interpolation. Drops lines that are not points.
-    // Says in a box that a line spectrum, or one of too large a range, cannot be resampled.
+    // Resamples on a grid of 0.001 eV by linear interpolation and drops lines that are not points.
+    // A box says if a line spectrum or too large a range cannot be resampled.
     void makePointsSparser();
     void emitSpectrumDataChanged();
 

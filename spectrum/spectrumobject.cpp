@@ -96,7 +96,7 @@ QJsonObject SpectrumRecord::toJson(const QList<QPointF> &points) const
     spectrum.insert(lineSpectrumKey, isLineSpectrum);
     for (std::size_t i = 0; i < spectrumTextFields.size(); ++i) {
         const SpectrumTextField &field = spectrumTextFields[i];
-        // Only the fields that every spectrum has are cleaned of foreign tags.
+        // Foreign tags are removed only from the fields that every spectrum has.
         if (field.kind == SpectrumKind::Any)
             spectrum.insert(field.key, cleanHtmlContent(texts[i]));
         else if (belongsTo(field.kind, type))

@@ -10,7 +10,7 @@
 
 #include <array>
 
-// A spectrum as the object of a file: its keys, and what the editor reads from it and writes.
+// A spectrum as the object of a file: its keys, and what the editor reads and writes.
 
 inline constexpr QLatin1String spectrumTypeKey("SpectType"); // index into spectrumTypeNames
 inline constexpr QLatin1String lineSpectrumKey("LineSpectrum");
@@ -44,7 +44,8 @@ enum class SpectrumColumn {
     Aie,             // eV
 };
 
-// Which spectra a text field belongs to; that of the other kind is emptied on load and not written.
+// The spectra that a text field belongs to; for the other kind it is emptied on load and not
+// written.
 enum class SpectrumKind { Any, Experiment, Simulation };
 
 // Whether a field belongs to the spectra of a type, an index into spectrumTypeNames.
@@ -100,18 +101,18 @@ inline constexpr std::array spectrumTextFields{
     return SpectrumKind::Any;
 }
 
-// The only type that is a simulation. Types that follow it in the list are experiments again.
+// The only type that is a simulation. Later types in the list are experiments again.
 inline constexpr int simulationType = 4;
 
-// Photon energies in eV and intensities with all their digits; the record keeps six. Empty if there
-// are not as many intensities as energies; what is not a number is 0.
+// Photon energies in eV and intensities with all digits; the record keeps six. Empty if there are
+// more of one than of the other; a value that is no number is 0.
 [[nodiscard]] QList<QPointF> storedPoints(const QJsonObject &spectrum);
 
-// Makes points those of the spectrum object.
+// Replaces the points of the spectrum object.
 void storePoints(QJsonObject &spectrum, const QList<QPointF> &points);
 
-// What the editor holds of a spectrum object. A missing or mistyped value is an empty text, 0,
-// false or no point.
+// The editor's record of a spectrum object. A missing or mistyped value is an empty text, 0, false
+// or no point.
 struct SpectrumRecord {
     int type = 0; // index into spectrumTypeNames, or any other number that a file has
     bool isLineSpectrum = false;

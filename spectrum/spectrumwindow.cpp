@@ -23,7 +23,7 @@
 namespace
 {
 
-// The main window among the possible parents, known by its name only: nothing here includes it.
+// The main window among the possible parents, known by its name because nothing here includes it.
 QObject *documentOf(QWidget *parent)
 {
     return parent && parent->inherits("MainWindow") ? parent : nullptr;
@@ -37,8 +37,8 @@ SpectrumWindow::SpectrumWindow(QWidget *parent)
       mapper(new QDataWidgetMapper(this)),
       document(documentOf(parent))
 {
-    // To style a widget styles all in it, seen or not. With nothing in it yet, each of its parts is
-    // styled when it is shown.
+    // Styling a widget styles all of its parts, visible or not. Done while it is empty, each part
+    // is styled when it is shown.
     ensurePolished();
     ui->setupUi(this);
     initializeMappings();
@@ -47,7 +47,7 @@ SpectrumWindow::SpectrumWindow(QWidget *parent)
     binding = new FieldBinding(mapper, model, this);
     new WheelGuard(ui->comboBoxType);
     new UndoKeys(ui->textEditSpect, {ui->buttonNormalize, ui->buttonSparse, ui->buttonCommaToDot});
-    // Leaving the box would write it over nothing, which is a change.
+    // Without a value, leaving the box would write one, which is a change.
     model->setValue(SpectrumColumn::LineSpectrum, false);
     connectSignals();
     buildChart();
@@ -152,7 +152,7 @@ void SpectrumWindow::setupMapper(int type)
     mapper->clearMapping();
     const bool isListed = type >= 0 && type < ui->comboBoxType->count();
     for (const Mapping &mapping : std::as_const(mappings)) {
-        // A type from a file that is not in the list shows as no choice, which must not be written.
+        // A type that is not in the list shows as no choice, which must not be written.
         if (mapping.widget == ui->comboBoxType && !isListed)
             continue;
         if (type == simulationType ? mapping.forSimulation : mapping.forExperiment)
@@ -164,7 +164,7 @@ void SpectrumWindow::onSpectrumTypeChanged(int type)
 {
     if (updating)
         return;
-    // Binding the fields anew fills them afresh, which would lose what was just typed into one.
+    // Binding the fields fills them again, which would lose what was just typed.
     commitEdits();
     const QScopedValueRollback guard(updating, true);
     setTypeLabels(type == simulationType);
@@ -202,7 +202,7 @@ void SpectrumWindow::updateWindowTitle()
 {
     constexpr qsizetype longest = 10'000; // characters; frames and tabs lay out all of them
     QString title = beginningOf(ui->lineEditTitle->toPlainText(), longest);
-    // What stands for text that is not shown, or for a picture, is no part of it.
+    // Marks for hidden text and pictures do not belong to a title.
     setWindowTitle(title.remove(QChar::ObjectReplacementCharacter));
     ui->chartSpectrum->setSpectrumTitle(windowTitle());
 }
@@ -233,8 +233,8 @@ void SpectrumWindow::updateChart()
     ui->chartSpectrum->setSpectrumPoints(points);
 }
 
-// Points that were typed shortly before a save are not in the file: when they are read after it,
-// the document has changes again.
+// Points that were typed just before a save are not in the file: reading them after it changes the
+// document again.
 void SpectrumWindow::onPointsRead()
 {
     if (model->lastReadFoundChanges())
@@ -242,8 +242,7 @@ void SpectrumWindow::onPointsRead()
     markBadLines();
 }
 
-// The line count's tool tip says it to those who see the marks, the description to those who do
-// not.
+// The line count's tool tip tells those who see the marks, the description those who do not.
 void SpectrumWindow::markBadLines()
 {
     marks->readLines(model->getXYVectors(), model->lineCount());
@@ -271,8 +270,8 @@ bool SpectrumWindow::focusNextPrevChild(bool next)
 
 void SpectrumWindow::closeEvent(QCloseEvent *event)
 {
-    // However the window goes, the next save leaves its spectrum out. Deleted it is only later, and
-    // a message box may run the event loop before that.
+    // Deletion is deferred, and a message box may run the event loop first: the next save must
+    // leave this spectrum out already.
     model->dropPendingPoints();
     markModified();
     QWidget::closeEvent(event);

@@ -20,8 +20,8 @@ class SpectrumWindow;
 }
 
 // Edits one spectrum: a form of metadata, the point editor and the chart over one SpectrumModel.
-// The main window shows it as a sub-window and must be the parent at construction: from then on
-// every change calls the parent's slot setModified(). With any other parent nothing is told.
+// The main window shows it as a sub-window and must be its parent at construction: every later
+// change calls the parent's slot setModified(). Another parent is not told.
 class SpectrumWindow : public QWidget
 {
     Q_OBJECT
@@ -29,19 +29,19 @@ class SpectrumWindow : public QWidget
 public:
     // An empty spectrum, created today.
     explicit SpectrumWindow(QWidget *parent = nullptr);
-    // The spectrum of a spectrum object; keys that are missing or mistyped are empty.
+    // Shows a spectrum object; missing or mistyped keys are empty.
     explicit SpectrumWindow(const QJsonObject &spectrum, QWidget *parent = nullptr);
     ~SpectrumWindow() override;
 
     [[nodiscard]] QJsonObject toJson() const;
     [[nodiscard]] bool isSimulation() const;
 
-    // Writes what has been typed into the form and is not in the model yet, into the model.
+    // Commits what has been typed into the form to the model.
     void commitEdits();
     // Gives the keyboard to the title.
     void focusTitle();
-    // Reads points that were typed within the last two seconds now. An input method that is at
-    // work on them is made to finish.
+    // Reads points that were typed within the last two seconds at once. An input method at work on
+    // them has to finish.
     void readPendingPoints();
 
     void initializeMappings();

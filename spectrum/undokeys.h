@@ -7,14 +7,14 @@
 class QPlainTextEdit;
 class QWidget;
 
-// Hands the keys for undo and redo on to a text editor while the keyboard is on one of the buttons
-// that change its text: there it stays after a click.
+// Passes the undo and redo keys to a text editor while a button that changes its text has the
+// focus. A click leaves the focus there, and Ctrl+Z would do nothing.
 class UndoKeys : public QObject
 {
     Q_OBJECT
 
 public:
-    // Belongs to the editor, which outlives the buttons or dies with them.
+    // The editor owns this; it outlives the buttons or is destroyed with them.
     UndoKeys(QPlainTextEdit *editor, const QList<QWidget *> &buttons);
 
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -51,7 +51,7 @@ QString markupOf(const QTextFragment &fragment)
     return parts.join(lineBreakTag);
 }
 
-// The name of the tag at the start of text, in lower case, with "/" in front if it closes.
+// The name of the tag at the start of text, in lower case; a closing tag begins with "/".
 QString tagName(QStringView tag)
 {
     const bool closes = tag.sliced(1).startsWith(QLatin1Char('/'));
@@ -60,9 +60,8 @@ QString tagName(QStringView tag)
     return QStringView(tag.begin() + 1, end).toString().toLower();
 }
 
-// Whether tags are nested so deeply that laying them out would take very long or overflow the
-// stack: the toolkit's time doubles with each nested table and grows with the square of other
-// nesting.
+// Whether tags are nested so deeply that their layout would take very long or overflow the stack:
+// Qt's time doubles with each nested table and grows with the square of other nesting.
 bool isTooDeep(const QString &html)
 {
     constexpr int mostTables = 4;
@@ -91,7 +90,7 @@ bool isTooDeep(const QString &html)
     return false;
 }
 
-// The markup as it stands, or, where it is nested beyond reason, without any tag but line breaks.
+// The markup itself or, if it is nested too deeply, only its text and line breaks.
 QString tamed(const QString &html)
 {
     if (!isTooDeep(html))
@@ -120,7 +119,7 @@ QString CleanTextEdit::cleanedHtml() const
 
 void CleanTextEdit::setCleanedHtml(const QString &html)
 {
-    // Loading a file sets each text twice, and laying out long ones takes its time.
+    // Loading a file sets each text twice, and laying out a long one is slow.
     constexpr qsizetype longText = 100'000; // characters
     if (!m_longText.isEmpty() && html == m_longText) {
         moveCursor(QTextCursor::Start);
@@ -141,7 +140,7 @@ void CleanTextEdit::setCleanedHtml(const QString &html)
 void CleanTextEdit::setPlainly(const QString &text)
 {
     clear();
-    // That the rest is left out must not be undone.
+    // Leaving out the rest is no undo step.
     document()->setUndoRedoEnabled(false);
     QTextCursor cursor(document());
     cursor.setCharFormat({});
@@ -181,7 +180,7 @@ QSize CleanTextEdit::sizeHint() const
 
 QVariant CleanTextEdit::loadResource(int type, const QUrl & /*name*/)
 {
-    // Not nothing at all, for which the document would look by itself.
+    // A null result would make the document load the resource itself.
     if (type != QTextDocument::ImageResource)
         return QString(QLatin1String(""));
     QImage transparent(1, 1, QImage::Format_ARGB32);
@@ -226,7 +225,7 @@ bool CleanTextEdit::insertedPlainly(const QString &text)
     return true;
 }
 
-// A long word is looked through as a whole for each line that it takes, if it is not to be broken.
+// Finding the line breaks of a long word costs too much unless it may break anywhere.
 void CleanTextEdit::wrapAnywhere(bool anywhere)
 {
     const auto mode =

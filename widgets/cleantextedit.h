@@ -4,10 +4,10 @@
 #include <QTextEdit>
 
 // A multi-line rich-text editor whose content is restricted markup: plain characters and the tags
-// sub, sup and br, nothing else. Data mappers bind its property "cleanedHtml". Text is not escaped,
-// neither written nor read: a typed "<" is markup when the string is set again. Markup never makes
-// it load anything from the disk or the network. A text whose layout would take too long is shown
-// as it is written, its beginning only, which the tool tip says; what is not shown stays in it.
+// sub, sup and br. Data mappers bind its property "cleanedHtml". Text is not escaped, neither
+// written nor read: a typed "<" is markup when the string is set again. Markup never loads anything
+// from the disk or the network. If its layout would take too long, the text is shown as written and
+// only its beginning, as the tool tip says; the hidden rest stays part of the content.
 class CleanTextEdit : public QTextEdit
 {
     Q_OBJECT
@@ -18,31 +18,31 @@ public:
 
     // The content as restricted markup; blocks and soft line breaks alike are written "<br>".
     [[nodiscard]] QString cleanedHtml() const;
-    // Replaces the content and starts a fresh undo history. The toolkit parses html as it can; of
-    // markup that is nested beyond reason only text and line breaks are taken.
+    // Replaces the content and starts a fresh undo history. Qt parses html as far as it can; too
+    // deeply nested markup is reduced to text and line breaks.
     void setCleanedHtml(const QString &html);
 
-    // The restricted markup of any document: every fragment in the pair of tags of its own
-    // alignment, neighbours not merged, all other formatting dropped.
+    // The restricted markup of any document: each fragment has its own pair of tags for its
+    // alignment, neighbours are not merged, and other formatting is dropped.
     [[nodiscard]] QString extractAllowedHtmlFromDocument(QTextDocument *document) const;
 
-    // Two lines high: a form of many fields has to fit on a small laptop's screen.
+    // Two lines, so that a form of many fields fits on a small laptop's screen.
     [[nodiscard]] QSize minimumSizeHint() const override;
-    // As high as that: where labels are wrapped, a layout shrinks nothing below its size hint.
+    // Equals the minimum: where labels wrap, a layout shrinks nothing below its size hint.
     [[nodiscard]] QSize sizeHint() const override;
 
-    // Nothing: an entry may come from a stranger, so what its markup refers to is not fetched.
+    // Loads nothing: what a stranger's entry refers to is not fetched.
     QVariant loadResource(int type, const QUrl &name) override;
 
 signals:
     void cleanedHtmlChanged();
 
 protected:
-    // What is selected goes to the clipboard whole: as markup, if some of it is not shown.
+    // Copies the selection whole: as markup, if some of it is hidden.
     [[nodiscard]] QMimeData *createMimeDataFromSelection() const override;
     void insertFromMimeData(const QMimeData *source) override;
-    // Inserts text at the cursor, in its format; whether that was done. It is not, and nothing is,
-    // if the layout of the text takes no longer than that of others.
+    // Inserts text as written if its layout would take too long, in the format at the cursor.
+    // False, and nothing is inserted, for any other text.
     [[nodiscard]] bool insertedPlainly(const QString &text);
 
 private slots:

@@ -29,8 +29,8 @@ double luminance(const QColor &colour)
            + 0.0722 * linear(colour.blueF());
 }
 
-// Whether the application's style draws buttons in the palette's colours. Some have their own, and
-// then the theme's texts go with them.
+// Whether the application's style draws buttons in the palette's colours. A style with colours of
+// its own needs the theme's texts.
 bool drawsButtonsIn(const QPalette &palette)
 {
     QImage picture(60, 30, QImage::Format_RGB32);
@@ -46,7 +46,7 @@ bool drawsButtonsIn(const QPalette &palette)
     return contrast(drawn, palette.color(QPalette::ButtonText)) >= leastTextContrast;
 }
 
-// Catches the menus of the widgets that it filters when they are first shown.
+// Catches the menus of the filtered widgets when they are first shown.
 class MenuFilter final : public QObject
 {
 public:
@@ -56,7 +56,7 @@ public:
     {
         if (event->type() == QEvent::ChildPolished) {
             QObject *child = static_cast<QChildEvent *>(event)->child();
-            // When it is polished it is whole.
+            // A menu is complete once it is polished.
             if (auto *menu = qobject_cast<QMenu *>(child)) // clazy:exclude=child-event-qobject-cast
                 keepTextDark(menu);
         }
@@ -75,7 +75,7 @@ double contrast(const QColor &one, const QColor &other)
 QPalette readableSelection(const QPalette &palette)
 {
     constexpr int step = 4; // of 255
-    // Thin letters do not reach the colour that they are drawn in.
+    // Thin letters are drawn paler than their colour.
     constexpr double leastOnSelection = leastTextContrast + 1;
     QPalette selection;
     for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
@@ -96,7 +96,7 @@ QPalette readableSelection(const QPalette &palette)
 
 QPalette outlinedBoxes(const QPalette &palette)
 {
-    // As criterion 1.4.11 asks for it, and room for lines that lie between two pixels.
+    // The 3 of criterion 1.4.11, and a margin for lines that lie between two pixels.
     constexpr double least = 3 + 1;
     constexpr double drawn = 1.1 / 1.4; // of the colour of windows, by the Fusion style
     constexpr int step = 4;             // of 255
@@ -113,7 +113,7 @@ QPalette outlinedBoxes(const QPalette &palette)
 
 void keepTextDark(QWidget *widget)
 {
-    // Shared by all widgets: each colour would take memory of its own in every palette.
+    // Shared by all widgets: a colour of its own takes memory in every palette.
     static const QBrush black(Qt::black);
     static const QBrush white(Qt::white);
     static const QBrush button(QColor(0xe4, 0xe4, 0xe4));
@@ -142,7 +142,7 @@ void keepTextDark(QWidget *widget)
 
     static MenuFilter menus;
     widget->installEventFilter(&menus);
-    // A text editor's menu comes up from the part that shows its text.
+    // A text editor's menu belongs to its viewport.
     if (const auto *area = qobject_cast<QAbstractScrollArea *>(widget))
         area->viewport()->installEventFilter(&menus);
 }

@@ -6,24 +6,22 @@
 class QColor;
 class QWidget;
 
-// Text is readable from this contrast on, as the Web Content Accessibility Guidelines 2.1 set it
-// for text of normal size (criterion 1.4.3).
+// The least contrast of readable text of normal size (Web Content Accessibility Guidelines 2.1,
+// criterion 1.4.3).
 inline constexpr double leastTextContrast = 4.5;
 
-// The contrast of two opaque colours as those guidelines define it, from 1 to 21.
+// The contrast of two opaque colours by those guidelines, from 1 to 21.
 [[nodiscard]] double contrast(const QColor &one, const QColor &other);
 
-// The colours of selected text in palette, and only these: the background as it is, or moved away
-// from the text's colour as far as the text needs it to be readable.
+// The colours of selected text for palette, and only these: the background moves away from the
+// text's colour as far as reading requires.
 [[nodiscard]] QPalette readableSelection(const QPalette &palette);
 
-// The palette with which check boxes have an outline that can be made out on palette's windows, and
-// only what that needs: Qt's own style draws the outline by the colour of windows, which is too
-// near to it, in dark themes most of all.
+// The palette with which check boxes have a visible outline on palette's windows, and only what
+// that needs: Qt's Fusion style derives the outline from the colour of windows and comes too near
+// to it, most of all in dark themes.
 [[nodiscard]] QPalette outlinedBoxes(const QPalette &palette);
 
-// Keeps the texts and the lines of a widget dark whatever the desktop's theme is. For a widget
-// whose style sheet fixes a light background but no colour of the text: a dark theme would write
-// white on white there. The same for the menus that come up from the widget, which its style sheet
-// reaches.
+// Keeps the texts and lines of a widget and its menus dark in every theme. For a widget whose style
+// sheet fixes a light background but no text colour: a dark theme would write white on white.
 void keepTextDark(QWidget *widget);

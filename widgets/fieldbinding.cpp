@@ -16,7 +16,7 @@ FieldBinding::FieldBinding(QDataWidgetMapper *mapper, QAbstractItemModel *model,
                            const QWidget *form)
     : QStyledItemDelegate(mapper), m_mapper(mapper)
 {
-    // In this order: the mapper fills its fields before they are looked at here.
+    // The order matters: the mapper must fill its fields before they are remembered here.
     mapper->setModel(model);
     mapper->setItemDelegate(this);
     connect(mapper, &QDataWidgetMapper::currentIndexChanged, this, &FieldBinding::rememberAll);
@@ -64,7 +64,7 @@ bool FieldBinding::eventFilter(QObject *object, QEvent *event)
     auto *field = qobject_cast<CleanTextEdit *>(object);
     if (event->type() != QEvent::FocusOut || !field || m_mapper->mappedSection(field) < 0)
         return QStyledItemDelegate::eventFilter(object, event);
-    // A menu of the field's own takes the focus only seemingly.
+    // A field keeps the focus in effect while its own menu is open.
     const bool hasLeft = !field->isActiveWindow() || QApplication::focusWidget() != field;
     const QVariant value = indexOf(field).data(Qt::EditRole);
     const bool isNumber = value.isValid() && value.typeId() != QMetaType::QString;
@@ -105,9 +105,8 @@ void FieldBinding::commit(CleanTextEdit *field)
     const int column = m_mapper->mappedSection(field);
     const QModelIndex index = indexOf(field);
     const QByteArray property = m_mapper->mappedPropertyName(field);
-    // Unmapped meanwhile, so that the mapper does not fill the field afresh: that would move the
-    // cursor, end the undo history and, in the middle of typing, drop blanks and what looks like
-    // markup so far.
+    // The mapping is removed meanwhile, or the mapper would fill the field again: that would move
+    // the cursor, end the undo history and, during typing, drop blanks and unfinished markup.
     m_mapper->removeMapping(field);
     m_mapper->model()->setData(index, field->property(property.constData()), Qt::EditRole);
     m_mapper->addMapping(field, column, property);
@@ -115,7 +114,7 @@ void FieldBinding::commit(CleanTextEdit *field)
     remember(field);
 }
 
-// Not at once: the change may be the first of several, or the mapper's own.
+// The commit is queued: the change may be the first of several, or the mapper's own.
 void FieldBinding::commitSoonWithoutFocus()
 {
     if (m_willCommit)

@@ -8,30 +8,29 @@ class CleanTextEdit;
 class QAbstractItemModel;
 class QDataWidgetMapper;
 
-// Writes what is typed into the CleanTextEdit fields of a data mapper into its model, as the
-// mapper's delegate. A field is committed when it loses the focus, soon after it was changed
-// without having it (by dictation or a screen reader), and by commitEdits(). What decides is
-// whether it holds something else than at its last fill or commit: a mere visit must not lose text
-// that cannot be shown, such as a raw "<" or repeated blanks, and a correction must not get lost
-// for looking like it. A field stays as it is when it is committed: text, cursor, selection, undo.
+// Commits what is typed into the CleanTextEdit fields of a data mapper to its model, as the
+// mapper's delegate. A field is committed when it loses the focus, by commitEdits(), and soon after
+// a change without focus (dictation, a screen reader). It is committed only if it holds something
+// else than at its last fill or commit: a mere visit must not lose text that cannot be shown, such
+// as a raw "<" or repeated blanks, and each correction must count. A commit keeps the field's text,
+// cursor, selection and undo history.
 class FieldBinding final : public QStyledItemDelegate
 {
     Q_OBJECT
 
 public:
-    // Belongs to mapper, which works on model from now on. The fields that it is going to map are
-    // in form already.
+    // Belongs to mapper, which works on model from now on. The fields to be mapped must be in form
+    // already.
     FieldBinding(QDataWidgetMapper *mapper, QAbstractItemModel *model, const QWidget *form);
 
-    // Commits each field that was typed into. An input method that is at work in one of them is
-    // made to finish.
+    // Commits each field that was typed into. An input method at work in a field has to finish.
     void commitEdits();
-    // Commits each field that was changed, by the program too. Unlike QDataWidgetMapper::submit()
-    // it leaves those alone that show less than the model holds.
+    // Commits each field that was changed, by the program too. QDataWidgetMapper::submit() would
+    // also rewrite fields that show less than the model holds.
     void submit();
 
-    // Fills a label that is mapped without a property; of a text that is too long for a line it
-    // shows the beginning, with an ellipsis.
+    // Fills a label that is mapped without a property; a text too long for a line is cut and gets
+    // an ellipsis.
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
 
 protected:

@@ -12,7 +12,7 @@
 namespace
 {
 
-// With places at which a line may end, where a word such as an InChI has none for too long.
+// Adds places for line breaks to a word such as an InChI that has none for too long.
 QString breakable(QString word)
 {
     constexpr qsizetype longWord = 40; // characters

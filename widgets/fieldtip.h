@@ -5,10 +5,10 @@ class QString;
 class QTextDocument;
 class QWidget;
 
-// html as the tool tip of field. A style sheet of the field that fixes its background does so for
-// its tool tip, whose text would be white on white in a dark theme.
+// html as the tool tip of field. If the field's style sheet fixes its background, the tool tip's
+// text is made dark too: it would be white on white in a dark theme.
 [[nodiscard]] QString fieldTip(const QWidget *field, const QString &html);
 
-// The text of a document, with its sub- and superscripts, as html for a tool tip. Long words can be
-// broken; of a text that would fill the screen it is the beginning.
+// The text of a document, with its sub- and superscripts, as html for a tool tip. Long words can
+// break; a text that would fill the screen is cut.
 [[nodiscard]] QString wholeTextTip(const QTextDocument *document);

@@ -10,7 +10,7 @@
 namespace
 {
 
-// Drawn here, as not every style draws focus frames; the style says how wide it is.
+// Not every style draws focus frames; only the width comes from the style.
 class RingFrame final : public QFocusFrame
 {
 public:

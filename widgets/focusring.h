@@ -7,9 +7,9 @@
 class QFocusFrame;
 class QWidget;
 
-// Draws a ring around the widget that has the keyboard, in every window of the program, if it is
-// one that many styles leave unmarked (text editors, views, labels) or whose style sheet does. One
-// object serves the whole program.
+// Draws a ring around the focused widget, in every window of the program, if many styles leave it
+// unmarked (text editors, views, labels) or its style sheet does. One object serves the whole
+// program.
 class FocusRing : public QObject
 {
     Q_OBJECT

@@ -9,17 +9,17 @@
 class CleanTextEdit;
 class QColor;
 
-// The wave under text that is a mistake, to be seen on this background.
+// The wave under a mistake, visible on this background.
 [[nodiscard]] QTextCharFormat mistakeFormat(const QColor &background);
 
-// Underlines the text of a field whenever what it holds is a mistake, and says which in the field's
-// tool tip and to assistive technology. Text, undo history and modified state stay as they are.
+// Underlines the text of a field while it holds a mistake, which it names in the field's tool tip
+// and to assistive technology. Text, undo history and modified state do not change.
 class MistakeMark : public QObject
 {
     Q_OBJECT
 
 public:
-    // What is wrong with the markup that a field holds, or an empty text.
+    // Says what is wrong with the markup of a field; empty if nothing is.
     using Judge = std::function<QString(const QString &markup)>;
 
     // Belongs to the field.

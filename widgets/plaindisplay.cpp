@@ -26,8 +26,8 @@ namespace
 constexpr int objectType = QTextFormat::UserObject + 1;
 constexpr int hiddenProperty = QTextFormat::UserProperty + 1;
 
-// What a field lays out at most: characters, and their slowness. 60,000 of that take some 0.2
-// seconds, and there are up to 21 fields to be seen at once.
+// The most that a field lays out: characters, and their slowness. A slowness of 60,000 takes some
+// 0.2 seconds, and up to 21 fields are visible at once.
 struct Limit {
     qsizetype characters;
     qsizetype slowness;
@@ -35,13 +35,13 @@ struct Limit {
 constexpr Limit formattedLimit{1'000'000, 60'000};
 constexpr Limit plainLimit{200'000, 20'000};
 
-// Takes from a limit what laying out characters costs, one after the other.
+// Subtracts the layout cost of characters from a limit.
 class Budget
 {
 public:
     explicit Budget(Limit limit) : m_left(limit) {}
 
-    // Whether there was enough left.
+    // Returns whether enough was left.
     bool take(QChar c)
     {
         --m_left.characters;
@@ -50,7 +50,7 @@ public:
     }
     void takeChangeOfFormat() { m_left.slowness -= slowRun; }
     [[nodiscard]] bool isExceeded() const { return m_left.characters < 0 || m_left.slowness < 0; }
-    // How many characters at the start of text it is enough for.
+    // How many leading characters of text the budget covers.
     [[nodiscard]] qsizetype take(QStringView text)
     {
         if (isExceeded())
@@ -65,8 +65,8 @@ public:
     }
 
 private:
-    // Each takes some 3 microseconds at most: of a letter, of a run in a format, script or line of
-    // its own, of a mark that is put on other marks. A Latin letter takes 0.6 microseconds.
+    // One unit takes up to 3 microseconds: a letter takes one, a run with its own format, script or
+    // line three, a mark on top of other marks ten. A Latin letter takes 0.6 microseconds.
     static constexpr qsizetype slowLetter = 1;
     static constexpr qsizetype slowRun = 3;
     static constexpr qsizetype slowMark = 10;
@@ -102,7 +102,7 @@ void forEachFragment(const QTextDocument *document, Visitor visit)
     }
 }
 
-// What the document leaves, without what cursor has selected.
+// The budget that document leaves, without the selection of cursor.
 Budget leftBy(const QTextDocument *document, const QTextCursor &cursor)
 {
     Budget left(formattedLimit);
@@ -127,7 +127,7 @@ bool isLineEnd(QChar c)
     return c == u'\n' || c == u'\r' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
 }
 
-// A document makes something else of them: the end of a line, a picture, of a frame.
+// A document treats them as the end of a line, a picture, or the bounds of a frame.
 bool isNotKeptByDocuments(QChar c)
 {
     return isLineEnd(c) || c == QChar::ObjectReplacementCharacter || c == u'\ufdd0'
@@ -144,7 +144,7 @@ QString hiddenText(const QTextCharFormat &format)
     return format.objectType() == objectType ? format.stringProperty(hiddenProperty) : QString();
 }
 
-// The format of text behind a mark.
+// The format without the properties of a mark.
 QTextCharFormat withoutMark(QTextCharFormat format)
 {
     format.clearProperty(QTextFormat::ObjectType);
@@ -152,8 +152,8 @@ QTextCharFormat withoutMark(QTextCharFormat format)
     return format;
 }
 
-// How many characters stand behind the marks that cursor has selected, apart from those that each
-// has one of its own.
+// How many characters the selected marks of cursor stand for. Marks for a single character do not
+// count.
 qsizetype hiddenIn(const QTextCursor &cursor)
 {
     qsizetype characters = 0;
@@ -329,7 +329,7 @@ bool HiddenTextMarks::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
-// One key must not delete megabytes that nobody sees.
+// One key must not delete megabytes that the user does not see.
 bool HiddenTextMarks::selectInsteadOf(const QKeyEvent *event)
 {
     QTextCursor cursor = m_field->textCursor();

@@ -11,43 +11,43 @@ class QTextDocument;
 class QTextEdit;
 class QTextFragment;
 
-// Texts whose layout would take too long or crash, such as a name of megabytes in a stranger's
-// file. A field shows them as they are written, tags and all, and of that only the beginning. The
-// rest stands behind one object at the end of it, a grey mark that says how much it is. Whatever is
-// done to the mark is done to that text: it is copied, cut and deleted with it, and undone.
+// Handles texts whose layout would take too long or crash, such as a name of megabytes in a
+// stranger's file. A field shows the beginning of such a text as it is written, tags included. A
+// grey mark, one object at the end, stands for the rest and says how long it is. Copying, cutting,
+// deleting or undoing the mark does the same to the text that it stands for.
 
-// Whether markup is laid out in time with its formatting: up to a million characters, of which
-// 60,000 may be letters beyond the Latin ones, or 20,000 tags or controls, or some of each.
+// Whether markup can be laid out in time with its formatting: up to a million characters, of which
+// 60,000 may be beyond the Latin letters, or 20,000 tags or controls, or a mix.
 [[nodiscard]] bool isShownFormatted(QStringView markup);
 
-// The first line of text that would take too long to lay out; an empty one if there is none.
+// The first line of text that would take too long to lay out; empty if there is none.
 [[nodiscard]] QStringView endlessLine(QStringView text);
 
-// Whether document, without what cursor has selected, has room for text to be laid out in time.
+// Whether text can be laid out in time once it replaces what cursor has selected in document.
 [[nodiscard]] bool hasRoomFor(const QTextDocument *document, const QTextCursor &cursor,
                               QStringView text);
 
-// Whether a word is so long that looking for the place to break it takes the square of its length.
+// Whether a word is so long that finding its line break takes the square of its length.
 [[nodiscard]] bool hasEndlessWord(QStringView text);
 
-// The first most characters of text, or one less to keep a pair of surrogates together.
+// The first most characters of text, or one less to keep a surrogate pair together.
 [[nodiscard]] QString beginningOf(const QString &text, qsizetype most);
 
-// Puts the beginning of text in the place of what the cursor has selected, as it is written, and
-// the mark for the rest of it. If there is no room, all of it goes behind the mark.
+// Replaces the selection of cursor with the beginning of text, as it is written, and a mark for the
+// rest. If there is no room, the mark stands for all of it.
 void insertPlainly(QTextCursor cursor, const QString &text);
 
-// The text behind a fragment of objects; a null text if it is none.
+// The text that a fragment of marks stands for; null for any other fragment.
 [[nodiscard]] QString hiddenText(const QTextFragment &fragment);
 
-// Whether the cursor has selected objects that text stands behind.
+// Whether the selection of cursor contains marks.
 [[nodiscard]] bool selectsHiddenText(const QTextCursor &cursor);
 
-// Behind a mark, has what is put in next not take its format, which would make it a part of it.
+// Resets the format behind a mark, so that what is inserted next does not become part of it.
 void leaveMark(QTextEdit *field);
 
-// Lets a field show such marks, says in its tool tip what stands behind them, and has a key that
-// would delete one select it first. An event filter for the field, which owns it.
+// Lets a field show marks and name their text in its tool tip; a key that would delete a mark
+// selects it first. An event filter for the field, which owns it.
 class HiddenTextMarks : public QObject
 {
     Q_OBJECT

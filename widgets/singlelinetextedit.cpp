@@ -33,8 +33,8 @@ public:
 
 SingleLineTextEdit::SingleLineTextEdit(QWidget *parent) : CleanTextEdit(parent)
 {
-    // Rich text is taken so that the clipboard's text form is offered whatever it holds; only that
-    // text is inserted.
+    // Rich text is accepted so that the clipboard's text form is always offered; only that is
+    // inserted.
     setAcceptRichText(true);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -45,9 +45,9 @@ SingleLineTextEdit::SingleLineTextEdit(QWidget *parent) : CleanTextEdit(parent)
         QStringLiteral("background-color: white; border: 1px solid gray; padding: 2px;"));
     connect(findChild<TypedAlignment *>(), &TypedAlignment::typedInPlaceOfEditor, this,
             &SingleLineTextEdit::adjustHeight);
-    // Whatever moves the view: typing, a new text, size or font, the wheel.
+    // Anything may move the view: typing, a new text, size or font, the wheel.
     for (const QScrollBar *bar : {horizontalScrollBar(), verticalScrollBar()}) {
-        // The editor would look in the next turn of the event loop whether to show the bar.
+        // The editor would check in the next turn of the event loop whether to show the bar.
         disconnect(bar, &QScrollBar::rangeChanged, this, nullptr);
         connect(bar, &QScrollBar::valueChanged, this, &SingleLineTextEdit::showBeginning);
         connect(bar, &QScrollBar::rangeChanged, this, &SingleLineTextEdit::showBeginning);
@@ -55,9 +55,9 @@ SingleLineTextEdit::SingleLineTextEdit(QWidget *parent) : CleanTextEdit(parent)
     adjustHeight();
 }
 
-// A style sheet makes a style for the field, tells all of its parts, and keeps what it makes of the
-// rules, which takes more memory than the rest of a field that is never shown. Fields that wait to
-// be shown share one such style, which their parts do not have, and keep only the rules' text.
+// A style sheet makes a style for the field, notifies all of its parts and keeps its parsed rules,
+// which takes more memory than the rest of a field that is never shown. Fields that wait to be
+// shown share one such style without their parts, and keep only the text of the rules.
 void SingleLineTextEdit::setSheetForLater(const QString &sheet)
 {
     static QPointer<QStyle> shared;
@@ -66,8 +66,8 @@ void SingleLineTextEdit::setSheetForLater(const QString &sheet)
         shared = style();
         return;
     }
-    // Qt's were styled when it asked for their size, and a part that is styled already has the
-    // whole field styled at once.
+    // Qt's own bars are styled when the editor asks for their size, and a styled part has the whole
+    // field styled at once.
     verticalScrollBar()->hide();
     horizontalScrollBar()->hide();
     setVerticalScrollBar(new UnseenBar(this));
@@ -76,7 +76,7 @@ void SingleLineTextEdit::setSheetForLater(const QString &sheet)
     setStyleSheet(sheet);
 }
 
-// Before the field is first shown it gets the style of its own.
+// The field gets its own style before it is first shown.
 void SingleLineTextEdit::styleParts()
 {
     if (testAttribute(Qt::WA_SetStyle))
@@ -87,8 +87,8 @@ void SingleLineTextEdit::adjustHeight()
 {
     constexpr int heightMargin = 5;
     constexpr int longText = 2000; // characters
-    // Each layout of a long line takes its time, and this makes up to four. Lines are not wrapped,
-    // so the height is the same without.
+    // A long line is slow to lay out, and adjustSize() does so up to four times. Lines do not wrap,
+    // so the height is the same without it.
     if (document()->characterCount() < longText)
         document()->adjustSize();
     setFixedHeight(static_cast<int>(document()->size().height()) + heightMargin);
@@ -109,9 +109,9 @@ bool SingleLineTextEdit::event(QEvent *event)
     switch (event->type()) {
     case QEvent::Polish:
     case QEvent::StyleChange:
-        // The style sheet paints the editor, and the part of it that shows the text is transparent.
-        // The style has a background painted there all the same, of which nothing can be seen, and
-        // for which it keeps a record by the part's address that it never frees.
+        // The style sheet paints the editor, and the viewport is transparent. The style still
+        // paints a background there that nobody sees, and never frees the record that it keeps for
+        // the viewport's address.
         viewport()->setAttribute(Qt::WA_StyledBackground, false);
         break;
     case QEvent::FocusIn:
@@ -127,19 +127,19 @@ bool SingleLineTextEdit::event(QEvent *event)
     return done;
 }
 
-// Its end alone would read as another number.
+// The end of a number alone would read as another number.
 void SingleLineTextEdit::showBeginning()
 {
     if (hasFocus())
         return;
     const bool startsAtTheRight = document()->firstBlock().textDirection() == Qt::RightToLeft;
     QScrollBar *bar = horizontalScrollBar();
-    // Its values count from the side at which the form begins.
+    // The bar's values count from the side at which the form begins.
     bar->setValue(startsAtTheRight == isRightToLeft() ? bar->minimum() : bar->maximum());
     verticalScrollBar()->setValue(verticalScrollBar()->minimum());
 }
 
-// Not where a click may follow, which must hit the character that was seen.
+// A click must hit the character that the user saw, so the view does not move before it.
 void SingleLineTextEdit::showCursor(Qt::FocusReason reason)
 {
     if (reason != Qt::MouseFocusReason && reason != Qt::ActiveWindowFocusReason)

@@ -3,11 +3,10 @@
 
 #include "widgets/cleantextedit.h"
 
-// A CleanTextEdit for one line: Return goes to the parent widget, what is pasted or dropped becomes
-// plain text on one line in the format at the cursor. Its height is that of its document plus 5
-// pixels, taken anew after key presses and insertions only; content that is set from outside leaves
-// it alone. Without the focus it shows the beginning of its text, and its tool tip has the whole
-// text whenever that does not fit, beside what else the field's tool tip says.
+// A CleanTextEdit for one line: Return goes to the parent widget, and pasted or dropped text
+// becomes plain, on one line, in the format at the cursor. Its height is that of its document plus
+// 5 pixels; only key presses and insertions update it. Without the focus it shows the beginning of
+// its text. If the text does not fit, its tool tip also has the whole text.
 class SingleLineTextEdit : public CleanTextEdit
 {
     Q_OBJECT

@@ -11,7 +11,7 @@
 namespace
 {
 
-// Of an area's sub-windows, in tabs, only the current one can be seen.
+// Only the current sub-window of a tabbed area is visible.
 bool isCovered(const QWidget *widget)
 {
     for (; widget && !widget->isWindow(); widget = widget->parentWidget()) {
@@ -29,8 +29,8 @@ bool takesTab(const QWidget *widget)
            && !isCovered(widget);
 }
 
-// How far a bar has to be moved so that the stretch from first to last can be seen in one from 0 to
-// size; its beginning if it is longer.
+// How far to scroll so that the stretch from first to last is visible within 0 to size; if it is
+// longer, its beginning.
 int distance(int first, int last, int size)
 {
     if (first < 0 || last - first >= size)

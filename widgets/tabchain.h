@@ -3,12 +3,12 @@
 
 class QWidget;
 
-// Scrolls the area of sub-windows in which a widget is, if it is in one, until as much of it as has
-// room can be seen.
+// Scrolls the area of sub-windows that contains a widget, if any, until as much of it as possible
+// is visible.
 void scrollIntoSight(const QWidget *widget);
 
-// What Tab and Shift+Tab do in a window with an area of sub-windows: the keyboard goes to the next
-// or previous widget of the whole window that takes it. The toolkit would keep it within a
-// sub-window for good and, from outside, turn to the first one instead of the one that is shown.
-// What it reaches is scrolled into sight. False, and nothing done, if there is no such widget.
+// Handles Tab and Shift+Tab in a window with an area of sub-windows: the keyboard goes to the next
+// or previous widget of the whole window that accepts it, which is scrolled into sight. Qt would
+// never leave a sub-window and, from outside, would enter the first one instead of the visible one.
+// False, and nothing done, if there is no such widget.
 bool moveFocusByTab(const QWidget *window, bool next);

@@ -5,9 +5,8 @@
 
 class QTabBar;
 
-// Lets a tab bar keep the keyboard when Left or Right chooses another tab, whatever the window that
-// comes up does with it: so one arrow after the other goes through all tabs. An event filter for
-// the bar, which owns it.
+// Keeps the focus on a tab bar when Left or Right chooses a tab, although the sub-window that comes
+// up takes it: the arrows step through all tabs. An event filter for the bar, which owns it.
 class TabStepping : public QObject
 {
     Q_OBJECT

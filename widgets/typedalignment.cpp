@@ -19,7 +19,7 @@ namespace
 
 using Alignment = QTextCharFormat::VerticalAlignment;
 
-// Whether the editor puts in the text of a key press.
+// Whether a key press inserts its text.
 bool isTyping(const QKeyEvent *event)
 {
     const QString text = event->text();
@@ -35,7 +35,7 @@ bool isTyping(const QKeyEvent *event)
            || first.isHighSurrogate();
 }
 
-// A cursor that takes its format from the text alone.
+// A cursor whose format comes from the text only.
 QTextCursor plainCursor(const QTextCursor &cursor, int position)
 {
     QTextCursor plain(cursor.document());
@@ -50,7 +50,7 @@ Alignment alignmentBehind(const QTextCursor &cursor)
     return plainCursor(cursor, cursor.position() + 1).charFormat().verticalAlignment();
 }
 
-// The one that all characters of a selection have, or normal.
+// The alignment that all characters of a selection have, or normal.
 Alignment alignmentOfSelection(const QTextCursor &cursor)
 {
     const int start = cursor.selectionStart();
@@ -71,7 +71,7 @@ Alignment alignmentOfSelection(const QTextCursor &cursor)
     return all.value_or(QTextCharFormat::AlignNormal);
 }
 
-// A menu takes the focus only seemingly: an input method goes on behind it.
+// An input method goes on while a menu is open.
 bool isForMenu(Qt::FocusReason reason)
 {
     return reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason;
@@ -92,7 +92,7 @@ bool TypedAlignment::eventFilter(QObject *watched, QEvent *event)
         if (!isForMenu(static_cast<QFocusEvent *>(event)->reason()))
             m_composed.reset();
     }
-    // A field that has the focus loses it in the midst of its destruction.
+    // A field that is being destroyed loses its focus, and is no QTextEdit any more then.
     const bool isText = event->type() == QEvent::KeyPress || event->type() == QEvent::InputMethod;
     bool taken = false;
     if (isText && !m_editor->isReadOnly()) {
@@ -127,7 +127,7 @@ bool TypedAlignment::takeKey(QKeyEvent *event)
 {
     const QTextCursor cursor = m_editor->textCursor();
     m_awaitedAt = -1;
-    // Who corrects what was just typed, or goes to a new line, goes on with it.
+    // A correction of the last text, or a new line, continues it.
     if (goesOn(cursor) && event->key() == Qt::Key_Backspace)
         m_awaitedAt = cursor.position() - 1;
     if (goesOn(cursor) && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
@@ -144,7 +144,7 @@ bool TypedAlignment::takeKey(QKeyEvent *event)
         m_editor->mergeCurrentCharFormat(format);
         return false;
     }
-    // There is no choosing a format for what the editor itself puts in the place of a selection.
+    // The editor takes no format for text that replaces a selection.
     insert(cursor, event->text(), alignment);
     m_editor->ensureCursorVisible();
     event->accept();
@@ -159,7 +159,7 @@ bool TypedAlignment::takeComposition(QInputMethodEvent *event)
         m_composed.reset();
         return false;
     }
-    // Composing removes what is selected, so the question is what was there when it began.
+    // Composing removes the selection, so the alignment is taken when it begins.
     if (!m_composed)
         m_composed = wanted();
     if (event->commitString().isEmpty())
@@ -172,9 +172,9 @@ bool TypedAlignment::takeComposition(QInputMethodEvent *event)
     expect(plain, alignment, event->commitString().size());
     if (!cursor.hasSelection() && plain.charFormat().verticalAlignment() == alignment)
         return false;
-    // What is composed would stay in view in its line if the text ends that.
+    // The line would keep showing the composed text if the committed text ends the line.
     cursor.block().layout()->setPreeditArea(-1, QString());
-    // The editor would take the format of the text before it, whatever was chosen.
+    // The editor would take the format of the text before the cursor.
     cursor.beginEditBlock();
     cursor.removeSelectedText();
     cursor.setPosition(start);
@@ -188,7 +188,7 @@ bool TypedAlignment::takeComposition(QInputMethodEvent *event)
     return true;
 }
 
-// As one step for undo, to which what is typed next is added.
+// One step for undo, which later typing joins.
 void TypedAlignment::insert(QTextCursor cursor, const QString &text, Alignment alignment)
 {
     QTextCharFormat format = cursor.charFormat();
@@ -198,7 +198,7 @@ void TypedAlignment::insert(QTextCursor cursor, const QString &text, Alignment a
     m_editor->setTextCursor(cursor);
 }
 
-// Text of this length in place of the selection.
+// Notes that text of this length replaces the selection.
 void TypedAlignment::expect(const QTextCursor &cursor, Alignment alignment, qsizetype length)
 {
     if (!goesOn(cursor))

@@ -10,12 +10,12 @@ class QInputMethodEvent;
 class QKeyEvent;
 class QTextEdit;
 
-// Decides whether what is typed into an editor, by keys or an input method, becomes subscript,
-// superscript or normal text. Within a run of one alignment it takes that of the run; behind the
-// end of a run it is normal, unless it goes on with what was typed just before; over a selection it
-// takes the alignment that all of the selection has, or is normal. What is pasted is left to the
-// editor, and so is an alignment that was chosen for the next character. An event filter for the
-// editor, which owns it.
+// Decides whether text that is typed, by keys or an input method, becomes subscript, superscript or
+// normal. Without it, QTextEdit goes on with a formula's last subscript in whatever is typed behind
+// it. Within a run of one alignment text takes that of the run; behind a run it is normal, unless
+// it continues what was just typed; over a selection it takes the alignment that all of it has, or
+// is normal. Pasted text and an alignment chosen for the next character are left to the editor. An
+// event filter for the editor, which owns it.
 class TypedAlignment : public QObject
 {
     Q_OBJECT
@@ -26,7 +26,7 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 signals:
-    // A key was taken from the editor and its text put in.
+    // A key was handled here instead of in the editor.
     void typedInPlaceOfEditor();
 
 private:
@@ -41,8 +41,8 @@ private:
     void followCursor();
 
     QTextEdit *m_editor;
-    // What was typed last: where it began, its alignment, where the cursor is behind it (-1 when it
-    // has moved since) and where it will be when the editor has taken the present key.
+    // The last typed text: its start, its alignment, the cursor's position behind it (-1 once it
+    // has moved) and that position after the current key.
     int m_from = 0;
     Alignment m_alignment = QTextCharFormat::AlignNormal;
     int m_goesOnAt = -1;

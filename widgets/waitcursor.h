@@ -14,7 +14,7 @@ public:
     ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
 };
 
-// What the function returns, with the wait cursor shown while it works.
+// Returns what function returns, with the wait cursor shown while it works.
 template <typename Function>
 [[nodiscard]] auto behindWaitCursor(Function function)
 {

@@ -15,6 +15,6 @@ bool WheelGuard::eventFilter(QObject *watched, QEvent *event)
     const auto *widget = qobject_cast<QWidget *>(watched);
     if (event->type() != QEvent::Wheel || !widget || widget->hasFocus())
         return QObject::eventFilter(watched, event);
-    event->ignore(); // so that the toolkit hands it on
+    event->ignore(); // Qt passes it to the parent
     return true;
 }

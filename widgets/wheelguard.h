@@ -5,9 +5,9 @@
 
 class QWidget;
 
-// Lets the wheel change the value of a widget only while it has the keyboard, which the wheel does
-// not give it. Otherwise the wheel goes to what is around the widget: who scrolls a form past it
-// must not change it without noticing. An event filter for the widget, which owns it.
+// Lets the wheel change a widget's value only while it has the focus, which the wheel does not give
+// it. Otherwise the wheel goes to the parent: scrolling a form past the widget must not change it.
+// An event filter for the widget, which owns it.
 class WheelGuard : public QObject
 {
     Q_OBJECT
