@@ -8,11 +8,11 @@
 
 class QFileDevice;
 
-// A file that grows out of sight in the folder of another one and then takes its place in one step,
-// or that of nothing. Until then, and for ever if that fails, the old file is as it was and nothing
-// of this one is left when it goes. Where the system lets files be without a name it has one only
-// for the step itself, so that even the end of the process leaves nothing; elsewhere its name is
-// hidden and does not end in that of the target.
+// A file that is written out of sight beside another and then replaces it in one step, or takes a
+// new name. Until then, and for good if that fails, the old file does not change, and the
+// destructor leaves nothing of the new one. Where the system allows files without a name it is
+// named only for the step itself, so that even the end of the process leaves nothing; elsewhere it
+// has a hidden name without the target's suffix.
 class AtomicFile
 {
     Q_DISABLE_COPY_MOVE(AtomicFile)
@@ -27,12 +27,12 @@ public:
     AtomicFile();
     ~AtomicFile();
 
-    // target is no symbolic link. Call it once, first.
+    // The target must not be a symbolic link. Call it once, first.
     [[nodiscard]] Opened open(const std::filesystem::path &target);
-    // False if the bytes are not taken as a whole; do not take the place then.
+    // False if not all bytes were written; do not call takePlace() then.
     [[nodiscard]] bool write(const QByteArray &bytes);
-    // Writes everything to the disk, and exchanges the files. The mode of the old file is kept, and
-    // so are its group, its access list and its owner where the user may give them. False if the
+    // Writes everything to the disk and replaces the old file. The mode of the old file is kept,
+    // and so are its group, its access list and, if the user may set it, its owner. False if the
     // old file is still there. Call it once, last.
     [[nodiscard]] bool takePlace();
 
@@ -41,9 +41,9 @@ private:
     std::unique_ptr<Private> d;
 };
 
-// Waits until what was written to an open file is on its disk; false if it does not get there.
+// Waits until everything written to an open file is on its disk; false if that fails.
 [[nodiscard]] bool reachesDisk(QFileDevice &file);
 
-// Keeps room on the disk for the first size bytes of an open file, which stays as it is. False if
-// there is no room; true, too, where the file system cannot say.
+// Reserves room on the disk for the first size bytes of an open file, whose content does not
+// change. False if there is no room; true if the file system cannot say.
 [[nodiscard]] bool reserveRoom(QFileDevice &file, qint64 size);

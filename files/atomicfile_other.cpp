@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// By the toolkit's own means, where there are no others: it ignores a disk that fails at the last
-// moment and leaves groups and access lists to the system.
+// Uses QSaveFile where there is nothing better: it ignores a disk that fails at the last moment and
+// leaves groups and access lists to the system.
 #include "files/atomicfile.h"
 
 #include <QFileInfo>
@@ -34,7 +34,8 @@ bool AtomicFile::write(const QByteArray &bytes)
 
 bool AtomicFile::takePlace()
 {
-    // Its commit() reports success after a failed flush or a short write, with the old file gone.
+    // QSaveFile::commit() reports success after a failed flush or a short write, with the old file
+    // gone.
     if (!d->file->flush() || d->file->error() != QFileDevice::NoError) {
         d->file->cancelWriting();
         return false;

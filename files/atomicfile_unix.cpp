@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 namespace
 {
 
-// Calls again what a signal has interrupted.
+// Repeats a call that a signal has interrupted.
 template <typename Call>
 auto withoutInterrupts(Call call)
 {
@@ -28,7 +28,7 @@ auto withoutInterrupts(Call call)
     return result;
 }
 
-// Bytes that are held back so that small pieces do not cost a call each.
+// Small pieces up to this size are collected, so that each does not cost a call.
 constexpr qsizetype heldBack = 1 << 15;
 
 bool writeAll(int descriptor, const QByteArray &bytes)
@@ -48,12 +48,11 @@ bool sync(int descriptor)
 {
     if (withoutInterrupts([&] { return ::fsync(descriptor); }) == 0)
         return true;
-    // Some file systems have nothing to wait for and say so.
+    // Some file systems have nothing to sync and say so.
     return errno == EINVAL || errno == ENOSYS || errno == ENOTSUP;
 }
 
-// The entry of a new name is on the disk after this. That it might not be is no reason to say that
-// the new file is not there: it is.
+// Syncs the entry of a new name. A failure does not count: the new file is there.
 void syncFolder(const fs::path &folder)
 {
     const int descriptor = withoutInterrupts(
@@ -64,7 +63,7 @@ void syncFolder(const fs::path &folder)
     ::close(descriptor);
 }
 
-// Tries hidden names in a folder until taken(path) does not fail because there is such a file.
+// Tries hidden names in a folder as long as taken(path) fails because the name exists.
 template <typename Taken>
 bool underHiddenName(const fs::path &folder, fs::path &path, Taken taken)
 {
@@ -80,14 +79,14 @@ bool underHiddenName(const fs::path &folder, fs::path &path, Taken taken)
     return false;
 }
 
-// A file without a name; -1 with errno EOPNOTSUPP where it could not be given one later.
+// Opens a file without a name; -1 with errno EOPNOTSUPP if it could not be named later.
 int openNameless([[maybe_unused]] const fs::path &folder, [[maybe_unused]] mode_t mode)
 {
 #ifdef O_TMPFILE
     if (::access("/proc/self/fd", X_OK) == 0) {
         const int descriptor = withoutInterrupts(
             [&] { return ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, mode); });
-        // What systems and file systems say that do not know of such files.
+        // These are the errors of systems and file systems without such files.
         if (descriptor >= 0 || (errno != EISDIR && errno != EINVAL && errno != ENOENT))
             return descriptor;
     }
@@ -96,7 +95,7 @@ int openNameless([[maybe_unused]] const fs::path &folder, [[maybe_unused]] mode_
     return -1;
 }
 
-// Whether a folder keeps a file from everybody but its owner, the folder's, and the administrator.
+// Whether only a file's owner, the folder's owner and the administrator may replace the file.
 bool keepsForOwner(const fs::path &folder, const struct stat &file)
 {
     struct stat status = {};
@@ -105,7 +104,7 @@ bool keepsForOwner(const fs::path &folder, const struct stat &file)
            && user != file.st_uid && user != status.st_uid;
 }
 
-// Whether path leads to an open file.
+// Whether path is that of an open file.
 bool leadsTo(const fs::path &path, int descriptor)
 {
     struct stat there = {};
@@ -114,7 +113,7 @@ bool leadsTo(const fs::path &path, int descriptor)
            && there.st_dev == file.st_dev && there.st_ino == file.st_ino;
 }
 
-// Everything in an open file, from its start on.
+// Copies everything in an open file.
 bool copyAll(int from, int to)
 {
     QByteArray piece(1 << 16, Qt::Uninitialized);
@@ -131,7 +130,7 @@ bool copyAll(int from, int to)
     }
 }
 
-// Network file systems report failures of what they have done.
+// A network file system may report a failure although the name was given.
 bool giveName(int nameless, const fs::path &path)
 {
     const std::string itself = "/proc/self/fd/" + std::to_string(nameless);
@@ -172,7 +171,7 @@ private:
 
     fs::path m_target;
     fs::path m_folder;
-    fs::path m_hidden; // its own path while it has one
+    fs::path m_hidden; // its own path while it has a hidden name
     bool m_replaces = false;
     struct stat m_old = {};
 };
@@ -182,12 +181,12 @@ AtomicFile::Opened AtomicFile::Private::open(const fs::path &path)
     m_target = path;
     m_folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
     m_replaces = ::stat(m_target.c_str(), &m_old) == 0;
-    // What is to be kept of the old file must be known.
+    // The attributes to keep of the old file must be known.
     if (!m_replaces && errno != ENOENT)
         return Opened::No;
     if (m_replaces && keepsForOwner(m_folder, m_old))
         return Opened::RefusedByFolder;
-    // Whoever looks for what other processes have left must find it held from the start.
+    // The file is locked from the start, before others look for leftovers.
     descriptor = openNameless(m_folder, mode());
     if (descriptor >= 0)
         lockHidden(descriptor);
@@ -199,7 +198,7 @@ AtomicFile::Opened AtomicFile::Private::open(const fs::path &path)
     return refused ? Opened::RefusedByFolder : Opened::No;
 }
 
-// Nobody else looks in before it has the old file's mode; a new file has the user's usual one.
+// Nobody else may open it before it has the old file's mode; a new file gets the usual mode.
 mode_t AtomicFile::Private::mode() const
 {
     return m_replaces ? 0600 : 0666;
@@ -215,7 +214,7 @@ bool AtomicFile::Private::openHidden()
         lockHidden(descriptor);
         if (::access(path.c_str(), F_OK) == 0 || errno != ENOENT)
             return true;
-        // Another process has tidied it up before it was held.
+        // Another process removed it before it was locked.
         ::close(std::exchange(descriptor, -1));
         errno = EEXIST;
         return false;
@@ -229,7 +228,7 @@ bool AtomicFile::Private::flush()
     return written;
 }
 
-// No error of close() matters after this: everything is on the disk.
+// Everything is on the disk after this, so errors of close() do not matter.
 bool AtomicFile::Private::complete()
 {
     return (!m_replaces || copyAttributes(m_target, m_old, descriptor)) && sync(descriptor);
@@ -245,7 +244,7 @@ bool AtomicFile::Private::takePlace()
 
 bool AtomicFile::Private::nameAndRename()
 {
-    // Where nothing is to be replaced it never has another name, unless somebody comes first.
+    // A new file gets its final name at once, unless another process takes it first.
     if (m_hidden.empty() && !m_replaces && giveName(descriptor, m_target))
         return true;
     if (m_hidden.empty() && !giveHiddenName() && !copyToHidden())
@@ -262,7 +261,7 @@ bool AtomicFile::Private::giveHiddenName()
                            [&](const fs::path &path) { return giveName(descriptor, path); });
 }
 
-// Some systems make files without a name and do not let them have one.
+// Some systems make files without a name but cannot name them.
 bool AtomicFile::Private::copyToHidden()
 {
     const int nameless = std::exchange(descriptor, -1);

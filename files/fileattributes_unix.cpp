@@ -15,8 +15,8 @@
 namespace
 {
 
-// What systems say if somebody may not give a file away, and file systems that know of no owners,
-// groups or attributes. Any other error is a failure.
+// The errors of systems that forbid giving a file away, and of file systems without owners, groups
+// or attributes. Any other error is a failure.
 bool isRefusal(int error)
 {
     return error == EPERM || error == EINVAL || error == ENOSYS || error == ENOTSUP;
@@ -31,20 +31,20 @@ Given giveTo(int descriptor, uid_t owner, gid_t group)
     return isRefusal(errno) ? Given::Refused : Given::Failed;
 }
 
-// Whether the file has the old one's group afterwards is what counts.
+// Only the group decides the result; the owner is optional.
 Given giveOwnerAndGroup(int descriptor, const struct stat &present, const struct stat &old)
 {
     const bool sameGroup = present.st_gid == old.st_gid;
     if (sameGroup && present.st_uid == old.st_uid)
         return Given::Yes;
-    // The administrator may give files away, others give them to their groups.
+    // The administrator may give files away; others may give them to their own groups.
     const Given both = giveTo(descriptor, old.st_uid, old.st_gid);
     if (both != Given::Refused || sameGroup)
         return both == Given::Failed ? both : Given::Yes;
     return giveTo(descriptor, static_cast<uid_t>(-1), old.st_gid);
 }
 
-// Access lists among them.
+// Access lists are extended attributes too.
 bool copyExtendedAttributes([[maybe_unused]] const std::filesystem::path &from,
                             [[maybe_unused]] int to)
 {
@@ -75,7 +75,7 @@ bool copyAttributes(const std::filesystem::path &from, const struct stat &old, i
     if (given == Given::Failed)
         return false;
     mode_t mode = old.st_mode & 0777;
-    // What one group was allowed to do another is not.
+    // The rights of the old group must not pass to another group.
     if (given == Given::Refused)
         mode = (mode & 0707) | ((mode & 0007) << 3);
     if ((present.st_mode & 0777) != mode && ::fchmod(descriptor, mode) != 0)

@@ -5,9 +5,9 @@
 
 #include <sys/stat.h>
 
-// Gives an open file the mode, the group, the access list and the other extended attributes of the
-// old file at from, and its owner where the user may: what may not be given, by rights or by the
-// kind of file system, stays behind. If the group does, what it was allowed to do shrinks to what
-// everybody is. False if the system failed at it, and the file may be open to the wrong people.
+// Gives an open file the mode, group, access list and other extended attributes of the old file at
+// from, and its owner if the user may set it. What rights or the file system forbid is left out. If
+// that is the group, the group's rights shrink to those of everybody. False if the system failed:
+// the file may be open to the wrong people then.
 [[nodiscard]] bool copyAttributes(const std::filesystem::path &from, const struct stat &old,
                                   int descriptor);

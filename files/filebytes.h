@@ -21,19 +21,19 @@ enum class FileProblem {
 enum class FileObstacle { BrokenLink, Missing, Folder, Special, TooLarge, Other };
 [[nodiscard]] FileObstacle obstacleOf(const QString &path, FileProblem problem);
 
-// Larger files, in bytes, are not read as a whole.
+// Larger files, in bytes, are not read whole.
 inline constexpr qint64 largestFile = qint64{256} * 1024 * 1024;
 
-// Gives take the bytes of a regular file in pieces of up to a megabyte until it returns false.
-// False if the file cannot be opened or read to its end, or if take returned false.
+// Passes the bytes of a regular file to take, in pieces of up to a megabyte, until it returns
+// false. False if the file cannot be opened or read to its end, or if take returned false.
 [[nodiscard]] bool readFilePieces(const QString &path,
                                   const std::function<bool(QByteArrayView)> &take);
 
 // All bytes of a regular file; nothing if it cannot be opened or read to its end, or has more than
-// most. What the system says of its size does not count: some of its files say zero and never end.
+// most. The size that the system names does not count: some system files name zero and never end.
 [[nodiscard]] std::optional<QByteArray>
 readFileBytes(const QString &path, qint64 most = largestFile, FileProblem *problem = nullptr);
 
-// Makes bytes the contents of the file at path, as a whole or not at all (see ReplacementFile).
-// Returns false if the file does not hold them now.
+// Replaces the contents of the file at path with bytes, whole or not at all (see ReplacementFile).
+// False if the file does not hold them now.
 [[nodiscard]] bool replaceFileBytes(const QString &path, const QByteArray &bytes);

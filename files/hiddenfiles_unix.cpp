@@ -30,7 +30,7 @@ bool isHiddenName(std::string_view name)
            && name.find_first_not_of(hexadecimalDigits, prefix.size()) == std::string_view::npos;
 }
 
-// One that cannot be opened or locked is somebody else's, or may be in use.
+// A file that cannot be opened or locked belongs to somebody else or may be in use.
 void removeUnlessHeld(const fs::path &path)
 {
     const int descriptor = ::open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
@@ -43,8 +43,8 @@ void removeUnlessHeld(const fs::path &path)
     ::close(descriptor);
 }
 
-// The folder of many files that was read last: who writes thousands of files into it must not read
-// their names as often.
+// The large folder that was read last: a program that writes thousands of files into it must not
+// list it each time.
 struct LargeFolder {
     fs::path path;
     std::chrono::steady_clock::time_point read;

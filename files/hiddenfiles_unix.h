@@ -3,16 +3,16 @@
 
 #include <filesystem>
 
-// The hidden files ".zoravel-" and sixteen hexadecimal digits, in which new contents wait beside
-// the file that they are to replace. Whoever writes one holds a lock on it, which ends with the
-// process: so another process knows what nobody will take away any more.
+// The hidden files ".zoravel-" and sixteen hexadecimal digits hold new contents beside the file
+// that they are to replace. Their writer holds a lock on them until its process ends, so that
+// others know which ones are left over.
 
-// A name that no file has, most likely.
+// A random name, which no file is likely to have.
 [[nodiscard]] std::filesystem::path hiddenName();
 
-// Locks an open file for as long as it is open, on file systems that can.
+// Locks an open file until it is closed, if the file system can.
 void lockHidden(int descriptor);
 
-// Removes the hidden files in folder that no process holds any more. Of a folder of very many files
-// it reads the names once in some seconds only.
+// Removes the hidden files in folder that no process holds. A folder of very many files is listed
+// once in some seconds only.
 void removeHiddenLeftovers(const std::filesystem::path &folder);

@@ -10,7 +10,7 @@
 namespace
 {
 
-// The text of a JSON file that may be long; nothing if it cannot be read or is too large.
+// Reads a JSON file that may be long; nothing if it cannot be read or is too large.
 std::optional<QByteArray> readLongText(const QString &path, bool withLayout, FileProblem *problem)
 {
     QByteArray text;
@@ -37,7 +37,7 @@ std::optional<QByteArray> readText(const QString &path, bool withLayout, FilePro
     FileProblem unasked = FileProblem::None;
     FileProblem *const found = problem ? problem : &unasked;
     std::optional<QByteArray> text;
-    // What is longer may have much layout.
+    // A longer file may consist mostly of layout.
     if (QFileInfo(path).size() <= largestJsonFile)
         text = readFileBytes(path, largestJsonFile, found);
     else
@@ -67,7 +67,7 @@ std::optional<QJsonObject> readJsonObject(const QString &path, FileProblem *prob
 
 QByteArray jsonOnOneLine(const QJsonValue &value)
 {
-    // The only element of an array, without its brackets.
+    // Compact JSON of an array with this one value, without the brackets.
     const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
     return array.sliced(1, array.size() - 2);
 }

@@ -10,14 +10,14 @@
 
 #include <optional>
 
-// The key under which every JSON format of the collection names itself.
+// The key that names the type of every JSON file of the collection.
 inline constexpr QLatin1String typeKey("Type");
 
 // The most that a JSON file may hold, in bytes without the blanks and line ends between its values:
-// an entry counts the same whether it is indented or not, and what can be read can be written.
-// Parsing takes many times as much memory.
+// indenting an entry does not change what counts, and what can be read can be written. Parsing
+// takes many times as much memory.
 inline constexpr qint64 largestJsonFile = largestFile;
-// The same with blanks and line ends. Indenting makes a database ten times as long at most.
+// The same with blanks and line ends: indenting makes a database at most ten times as long.
 inline constexpr qint64 largestJsonText = 0xffff'ffff;
 
 // Whether the object's "Type" is exactly this string.
@@ -32,13 +32,13 @@ inline constexpr qint64 largestJsonText = 0xffff'ffff;
 [[nodiscard]] std::optional<QByteArray> readJsonText(const QString &path,
                                                      FileProblem *problem = nullptr);
 
-// The value as compact JSON, whose texts are Unicode.
+// The value as compact JSON in UTF-8.
 [[nodiscard]] QByteArray jsonOnOneLine(const QJsonValue &value);
 
-// Whether a file of this text, indented as the editor does it or not at all, can be read again.
+// Whether a file of this text can be read again, indented by the editor or not.
 [[nodiscard]] bool fitsIntoFile(QByteArrayView json);
 
-// Writes object as indented JSON, as a whole or not at all. Returns false if the file does not hold
-// it, also because it would be too large to be read.
+// Writes object as indented JSON, whole or not at all. False if the file does not hold it, for
+// example because it would be too large to read.
 [[nodiscard]] bool writeJsonObject(const QString &path, const QJsonObject &object,
                                    FileProblem *problem = nullptr);

@@ -11,8 +11,8 @@
 namespace
 {
 
-// A text whose code units sort as the name sorts naturally: letters folded, a digit run as "0", the
-// count of its digits without leading zeros, and these digits.
+// A key whose code units sort like the name in natural order: letters are folded, and a run of
+// digits becomes "0", the count of its digits without leading zeros, and these digits.
 QString naturalKey(const QString &name)
 {
     QString key;
@@ -68,7 +68,7 @@ void sortNaturally(QStringList &names)
     QCollator collator;
     collator.setNumericMode(true);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
-    // In the C locale the collator takes the numeric mode, says that it is on, and ignores it.
+    // In C locales QCollator claims to use the numeric mode but ignores it.
     if (collator.compare(QStringLiteral("2"), QStringLiteral("10")) < 0)
         sortByKey<QCollatorSortKey>(names,
                                     [&](const QString &name) { return collator.sortKey(name); });

@@ -4,11 +4,10 @@
 #include <QString>
 #include <QStringList>
 
-// The names of the JSON files in folder, without hidden ones: "*.json" in any case, in natural
-// order.
+// The names of the JSON files in folder: "*.json" in any case, not hidden, in natural order.
 [[nodiscard]] QStringList jsonFilesIn(const QString &folder);
 
-// Sorts names as the user's locale does, digit runs by their numeric value and letters without
-// regard to case: C2H4 before C10H8, b before C. Names that are equal so far are sorted by their
-// code units, so that the order is the same everywhere and at every call.
+// Sorts names in the order of the user's locale, with runs of digits by value and without regard to
+// case: C2H4 before C10H8, b before C. Names that are equal by this are sorted by code units, so
+// that the order is always the same.
 void sortNaturally(QStringList &names);

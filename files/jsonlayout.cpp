@@ -11,7 +11,7 @@ bool isBlank(char c)
     return c == ' ' || c == '\n' || c == '\t' || c == '\r';
 }
 
-// A sign beside which blanks mean nothing.
+// Whether blanks beside this character mean nothing.
 bool isSign(char c)
 {
     return c == ',' || c == ':' || c == '{' || c == '}' || c == '[' || c == ']';

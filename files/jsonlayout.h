@@ -6,14 +6,14 @@
 
 #include <utility>
 
-// Takes the text of a JSON file in pieces and leaves out the blanks and line ends between its
-// values, which indenting adds. What is left means the same, and is as little JSON as the text if
-// that is none: a blank that parts two words stays.
+// Takes the text of a JSON file in pieces and drops the blanks and line ends between its values,
+// which indenting adds. The result means the same, and text that is no JSON stays no JSON: a blank
+// between two words is kept.
 class JsonWithoutLayout
 {
 public:
     void take(QByteArrayView piece);
-    // What is left and has not been asked for yet.
+    // What take() has left and bytes() has not returned yet.
     [[nodiscard]] qint64 size() const { return m_bytes.size(); }
     [[nodiscard]] QByteArray bytes() { return std::exchange(m_bytes, {}); }
 

@@ -3,10 +3,10 @@
 
 #include <QString>
 
-// Whether a path goes to a parent folder by "..".
+// Whether ".." occurs in a path.
 [[nodiscard]] bool hasParentStep(const QString &path);
 
-// A path of the same file without "..": up to the last one the system follows the links, what comes
-// behind stays as it is. Cutting "folder/.." out of the text, as Qt does wherever it makes a path
-// absolute, would name another file if the folder is a link. A path that leads nowhere stays.
+// A path of the same file without "..". Links up to the last ".." are resolved as the system does;
+// the rest does not change. Qt makes a path absolute by cutting "folder/.." out of the text, which
+// names another file if the folder is a link. A path that leads nowhere does not change.
 [[nodiscard]] QString withoutParentSteps(const QString &path);

@@ -14,7 +14,7 @@
 namespace
 {
 
-// Systems refuse to make a file where somebody else's might be, even if it is there already.
+// Systems refuse to create a file where somebody else's might be, even if it exists already.
 constexpr QIODevice::OpenMode inPlace = QIODevice::ReadWrite | QIODevice::ExistingOnly;
 
 bool copyBytes(QIODevice &from, QFile &to)
@@ -31,8 +31,8 @@ bool copyBytes(QIODevice &from, QFile &to)
            && reachesDisk(to);
 }
 
-// For the standard library. Half a surrogate pair, which no file's name on Unix can hold, becomes
-// what the toolkit makes of it, too; the library would throw.
+// A path for the standard library, which would throw on half a surrogate pair. No file name on Unix
+// can hold one: it becomes what Qt makes of it.
 std::filesystem::path standardPath(const QString &path)
 {
 #ifdef Q_OS_UNIX
@@ -42,7 +42,7 @@ std::filesystem::path standardPath(const QString &path)
 #endif
 }
 
-// A pipe would wait for a reader that may never come; symbolic links in a circle lead nowhere.
+// A pipe would wait for a reader that may never come, and a circle of symbolic links leads nowhere.
 bool waitsOrLoops(const QString &path)
 {
     std::error_code error;
@@ -50,7 +50,7 @@ bool waitsOrLoops(const QString &path)
     return error == std::errc::too_many_symbolic_link_levels || std::filesystem::is_fifo(status);
 }
 
-// What a path leads to, whether it exists or not.
+// The file that a path leads to, whether it exists or not.
 std::filesystem::path behindLinks(const QString &path)
 {
     constexpr int longestChain = 40; // the system follows no more either
@@ -61,12 +61,12 @@ std::filesystem::path behindLinks(const QString &path)
     return file;
 }
 
-// Overwrites the file at path with what contents holds; puts its old bytes back if that fails.
+// Overwrites the file at path with contents; restores its old bytes if that fails.
 bool writeInPlace(const QString &path, QIODevice &contents)
 {
     QFile file(path);
-    // It gets a name, under which it can be found again if the process ends in the midst, but none
-    // of an entry: the file itself may be in the temporary folder.
+    // The copy has a name, so that it can be found if the process ends meanwhile, but not that of
+    // an entry: the file itself may be in the temporary folder.
     QTemporaryFile old(QDir::tempPath() + QStringLiteral("/zoravel-before-XXXXXX.old"));
     if (!file.open(inPlace | QIODevice::Unbuffered) || !old.open() || !copyBytes(file, old)
         || old.fileName().isEmpty() || !reserveRoom(file, contents.size()))
@@ -74,7 +74,7 @@ bool writeInPlace(const QString &path, QIODevice &contents)
     if (copyBytes(contents, file))
         return true;
     file.unsetError();
-    // A disk that refuses even that leaves a mixture: then the copy is the only one.
+    // If even that fails, the file is a mixture, and this copy is the only one.
     if (!copyBytes(old, file))
         old.setAutoRemove(false);
     return false;
@@ -88,10 +88,10 @@ ReplacementFile::~ReplacementFile() = default;
 
 bool ReplacementFile::open()
 {
-    // The system would take what stands before it for the name.
+    // The system would end the name at a null character.
     if (m_path.contains(QChar::Null))
         return false;
-    // A device or a pipe must be written to, never be replaced by a file.
+    // A device or a pipe is written to and never replaced by a file.
     const QFileInfo target(m_path);
     if (waitsOrLoops(m_path))
         return false;
@@ -106,7 +106,7 @@ bool ReplacementFile::open()
     if (opened != AtomicFile::Opened::RefusedByFolder)
         return opened == AtomicFile::Opened::Yes;
 
-    // Find out now whether the file itself can be written.
+    // The file itself must be writable.
     m_second.reset();
     if (!target.exists() || !QFile(m_path).open(inPlace))
         return false;

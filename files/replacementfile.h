@@ -9,12 +9,12 @@
 class QFileDevice;
 class AtomicFile;
 
-// A file that is written piece by piece and replaces the one at its path as a whole on commit(), or
-// not at all: until then, and after any failure, the old file is as it was. Symbolic links are
-// followed and kept; another name of the same file (a hard link) keeps the old contents. What else
-// is kept, see AtomicFile. A file that may be written in a folder that does not take a second one
-// is written in place, from the temporary folder; if that fails, its old contents are put back. A
-// device is written to directly; a pipe is refused.
+// A file that is written piece by piece and replaces the one at its path on commit(), whole or not
+// at all: until then, and after any failure, the old file does not change. Symbolic links are
+// followed and kept; another name of the same file (a hard link) keeps the old contents. AtomicFile
+// says what else is kept. If the folder does not accept a second file, a writable file is written
+// in place from the temporary folder; if that fails, its old contents are restored. A device is
+// written to directly; a pipe is refused.
 class ReplacementFile
 {
     Q_DISABLE_COPY_MOVE(ReplacementFile)
@@ -23,11 +23,11 @@ public:
     explicit ReplacementFile(const QString &path);
     ~ReplacementFile();
 
-    // False if no bytes can be taken. Call it once, first.
+    // False if the file cannot be written. Call it once, first.
     [[nodiscard]] bool open();
-    // False if the bytes were not taken; commit() fails then too.
+    // False if the bytes were not written; commit() fails then too.
     bool write(const QByteArray &bytes);
-    // Puts the new contents in place. False if the file does not hold exactly them now.
+    // Puts the new contents in place. False if the file does not hold exactly them.
     [[nodiscard]] bool commit();
 
 private:

@@ -49,7 +49,7 @@ bool isDrawing(QByteArrayView bytes)
 
 QImage decodeDrawing(const QByteArray &bytes, bool (*fits)(QSize))
 {
-    // Letters cannot be drawn without one.
+    // Drawing letters requires a QGuiApplication.
     if (!qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
         return {};
     const std::optional<QByteArray> text = bytes.startsWith(gzipMark) ? unpacked(bytes) : bytes;

@@ -10,7 +10,7 @@
 namespace
 {
 
-// Paints nothing and adds up what it would cost.
+// Paints nothing and adds up the cost of painting.
 class CostEngine : public QPaintEngine
 {
 public:

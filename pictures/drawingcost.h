@@ -5,6 +5,6 @@
 
 class QSvgRenderer;
 
-// Whether painting a drawing at a size, in pixels, takes seconds at most: by the areas and corners
-// of all that it paints, and not by the clock, so that it is the same everywhere.
+// Whether painting a drawing at a size, in pixels, takes a few seconds at most. The areas and
+// corners of all shapes decide, not the clock, so that the answer is the same everywhere.
 [[nodiscard]] bool isCheapDrawing(QSvgRenderer &renderer, QSize size);

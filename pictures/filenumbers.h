@@ -6,8 +6,8 @@
 
 #include <optional>
 
-// The numbers in the bytes of a file, which must outlive it. Places are counted from the start; at
-// one that is not within the file there is no number.
+// Reads numbers from the bytes of a file, which must outlive it. Places count from the start;
+// outside the file there is no number.
 class FileNumbers
 {
 public:
@@ -15,7 +15,7 @@ public:
 
     FileNumbers(QByteArrayView bytes, Order order) : m_bytes(bytes), m_order(order) {}
 
-    // Of the file, in bytes.
+    // The size of the file in bytes.
     [[nodiscard]] quint64 size() const { return static_cast<quint64>(m_bytes.size()); }
 
     // Whether length bytes from a place on lie within the file.

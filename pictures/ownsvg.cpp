@@ -19,13 +19,13 @@ constexpr qint64 mostDrawn = 200'000;     // elements, each as often as it is us
 constexpr qint64 mostPixels = 16'000'000; // of the pictures in it
 constexpr qsizetype longest = 8'000'000;  // bytes of what is written
 
-// The element without the prefix of its name space.
+// The element's name without the prefix of its name space.
 QStringView localName(QStringView name)
 {
     return name.sliced(name.lastIndexOf(QLatin1Char(':')) + 1);
 }
 
-// The picture within the text that an address is; a null image if it is elsewhere or not taken.
+// The picture that an address itself contains; a null image if it is elsewhere or refused.
 QImage ownPicture(QStringView address)
 {
     const qsizetype comma = address.indexOf(QLatin1Char(','));
@@ -36,7 +36,7 @@ QImage ownPicture(QStringView address)
     return isDrawing(bytes) ? QImage() : decodePicture(bytes);
 }
 
-// How often elements are drawn: each that has an id, or is used, knows what is in it.
+// Counts how often elements are drawn, through "use" too.
 class Uses
 {
 public:
@@ -66,7 +66,7 @@ private:
         int depth = 1;    // of what is in it and what that uses
     };
 
-    // Of one that uses itself there are too many, and so are those that lie too deep.
+    // An element that uses itself, or lies too deep, counts as too many.
     qint64 drawnBy(int index, int level)
     {
         Element &element = m_elements[index];

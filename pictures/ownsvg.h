@@ -3,8 +3,7 @@
 
 #include <QByteArray>
 
-// The SVG text without everything that it refers to outside of itself, which Qt would fetch: style
-// sheets and pictures in files, entities, scripts. Pictures within it are kept if decodePicture()
-// takes them. Empty if the text is no SVG, nested too deeply, or says with "use" to draw things too
-// often.
+// The SVG text without anything outside of it that Qt would fetch: style sheets and pictures in
+// files, entities, scripts. Pictures inside it stay if decodePicture() accepts them. Empty if the
+// text is no SVG, is nested too deeply, or draws too many elements through "use".
 [[nodiscard]] QByteArray ownSvg(const QByteArray &text);

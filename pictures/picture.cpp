@@ -22,18 +22,18 @@ namespace
 {
 
 constexpr qint64 largestPicture = 64'000'000; // pixels
-// Pixels; the encoder and the decoder of PNG take no longer ones (PNG_USER_WIDTH_MAX of libpng).
+// In pixels: PNG's encoder and decoder accept no longer sides (PNG_USER_WIDTH_MAX of libpng).
 constexpr int longestSide = 1'000'000;
 constexpr qint64 megabyte = qint64{1024} * 1024;
 
-// More than eight bits a channel.
+// Whether a channel has more than eight bits.
 bool isDeep(QImage::Format format)
 {
     return format == QImage::Format_Grayscale16 || QImage::toPixelFormat(format).redSize() > 8;
 }
 
-// The format that a reader's picture will have. Of a damaged header some decoders make one that
-// there is not, which must not be looked at as what it claims to be.
+// The format of a reader's picture. Some decoders make a number of a damaged header that is no
+// format: it must not be treated as an enumerator.
 QImage::Format formatIn(const QImageReader &reader)
 {
     using Number = std::underlying_type_t<QImage::Format>;
@@ -42,7 +42,7 @@ QImage::Format formatIn(const QImageReader &reader)
                                                   : QImage::Format_Invalid;
 }
 
-// A bitmap whose lines are stored from the top down says so by a negative height.
+// A bitmap stored from the top down has a negative height.
 QSize sizeIn(const QImageReader &reader)
 {
     constexpr int most = std::numeric_limits<int>::max();
@@ -58,8 +58,8 @@ bool isWithinLimits(QSize size, QImage::Format format)
            && bytes <= QImageReader::allocationLimit() * megabyte;
 }
 
-// An image of zeros: for the decoders that leave out pixels of a damaged file, and would show what
-// was in that memory before. What they do not reach takes no memory.
+// An image of zeros. Some decoders skip pixels of a damaged file and would show what was in that
+// memory before. Rows that they do not reach take no memory.
 QImage clearedImage(QSize size, QImage::Format format)
 {
     if (format == QImage::Format_Invalid)
@@ -73,8 +73,7 @@ QImage clearedImage(QSize size, QImage::Format format)
                   : QImage();
 }
 
-// Makes the colours black that pixels have but the palette does not: what reads them would read
-// past its end.
+// Pads short palettes with black: readers of the pixels would read past their end.
 void completePalette(QImage &image)
 {
     if (image.format() != QImage::Format_Indexed8)
@@ -91,46 +90,46 @@ void completePalette(QImage &image)
     image.setColorTable(colours);
 }
 
-// The image as the encoder gives it back: what was saved once is saved in the same bytes again.
+// The image as the encoder returns it, so that saving it again gives the same bytes.
 QImage encodable(const QImage &image)
 {
     QImage result = image;
     // The encoder keeps sixteen bits a channel, but not ten.
     if (isDeep(image.format()) && image.format() != QImage::Format_Grayscale16)
         result = image.convertToFormat(QImage::Format_RGBA64);
-    // It would write the bits that fill up a line too, which no decoder sets.
+    // The encoder writes the unused bits of a line too, which no decoder sets.
     else if (image.depth() == 1)
         result = image.convertToFormat(QImage::Format_Indexed8);
-    // It would leave out a resolution that is none, and the decoder would put in the usual one.
+    // The encoder leaves out a resolution of 0, for which the decoder puts in the usual one.
     const QImage usual(1, 1, result.format());
     if (result.dotsPerMeterX() <= 0)
         result.setDotsPerMeterX(usual.dotsPerMeterX());
     if (result.dotsPerMeterY() <= 0)
         result.setDotsPerMeterY(usual.dotsPerMeterY());
-    // A colour space that was put together goes by its name once it has been read.
+    // A colour space made from parts has its profile's name once it has been read.
     if (result.colorSpace().isValid())
         result.setColorSpace(QColorSpace::fromIccProfile(result.colorSpace().iccProfile()));
     return result;
 }
 
-// The picture in the bytes of a file of a format; an empty one is detected.
+// The picture in the bytes of a file of this format; an empty format is detected.
 QImage decodedAs(const QByteArray &bytes, const QByteArray &format)
 {
     QBuffer buffer;
     buffer.setData(bytes);
-    // Named, so that no plugin that would take any file is asked to.
+    // The format is named, so that plugins that accept any file are not asked.
     QImageReader reader(&buffer, format);
     reader.setAutoDetectImageFormat(format.isEmpty());
     QImage image;
     const QSize size = sizeIn(reader);
-    // Some decoders do not tell it; Qt then keeps to the limit of memory.
+    // Some decoders do not tell the size; Qt's limit of memory holds then.
     if (!size.isEmpty()) {
         const QImage::Format pixels = formatIn(reader);
         if (!isWithinLimits(size, pixels))
             return {};
         image = clearedImage(size, pixels);
     }
-    // One that is too large would be shown, but be gone after the next save.
+    // A picture that is too large would be shown but lost at the next save.
     if (!reader.read(&image) || !isWithinLimits(image.size(), image.format()))
         return {};
     completePalette(image);
@@ -145,9 +144,8 @@ bool isSamePicture(const QImage &left, const QImage &right)
         return false;
     if (left.isNull())
         return true;
-    // Premultiplied, since a picture that went through a pixmap has lost the colour under
-    // transparency; deep ones do not go through pixmaps, and files hold them as they are compared
-    // here.
+    // Colours are premultiplied, as a picture that went through a pixmap has lost its colour under
+    // transparency. Deep pictures do not go through pixmaps.
     const QImage::Format common = isDeep(left.format()) || isDeep(right.format())
                                       ? QImage::Format_RGBA64
                                       : QImage::Format_ARGB32_Premultiplied;
@@ -166,7 +164,7 @@ bool canBeReloaded(const QImage &image)
 QImage decodePicture(const QByteArray &bytes)
 {
     const QByteArrayList formats = pictureFormats(bytes);
-    // Qt's decoder of drawings fetches what they refer to.
+    // Qt's SVG decoder fetches what a drawing refers to.
     if (formats.contains(QByteArray()) && isDrawing(bytes))
         return decodeDrawing(bytes, [](QSize size) {
             return isWithinLimits(size, QImage::Format_ARGB32_Premultiplied);

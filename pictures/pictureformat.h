@@ -4,7 +4,7 @@
 #include <QByteArrayList>
 #include <QByteArrayView>
 
-// Qt's names of the formats that a picture file may have, by how it begins, the likeliest first. An
-// empty name stands for what Qt finds itself. None if the file is cut off or damaged as far as its
-// format can tell without decoding it. Whether Qt has a decoder is another question.
+// Qt's names of the formats that a picture file may have, judged by its first bytes, the likeliest
+// first. An empty name leaves the choice to Qt. None if the file is cut off or damaged as far as
+// that shows without decoding. Qt may have no decoder for a format.
 [[nodiscard]] QByteArrayList pictureFormats(QByteArrayView bytes);

@@ -11,7 +11,7 @@ namespace
 {
 
 constexpr QByteArrayView signature("\x89PNG\r\n\x1a\n", 8);
-// Bytes of the parts of a chunk.
+// Sizes of the parts of a chunk, in bytes.
 constexpr qsizetype lengthSize = 4;
 constexpr qsizetype typeSize = 4;
 constexpr qsizetype checksumSize = 4;

@@ -12,21 +12,21 @@ struct PngChunk {
     QByteArrayView summed; // type and data, which lie together
     quint32 checksum;      // as the file says
 
-    // Whether the checksum is that of the type and the data.
+    // Whether the checksum matches the type and the data.
     [[nodiscard]] bool isIntact() const;
 };
 
-// Walks through the chunks of a PNG file, whose bytes must outlive it and what it gives.
+// Walks through the chunks of a PNG file, whose bytes must outlive it and its chunks.
 class PngChunks
 {
 public:
-    // There are none in bytes that are not of a PNG file.
+    // Bytes that are no PNG file have no chunks.
     explicit PngChunks(QByteArrayView bytes);
 
-    // Whether the bytes begin as a PNG file does.
+    // Whether the bytes begin like a PNG file.
     [[nodiscard]] bool isPng() const;
 
-    // The type of the next chunk, though the chunk be cut off; empty at the end.
+    // The type of the next chunk, even if the chunk is cut off; empty at the end.
     [[nodiscard]] QByteArrayView nextType() const;
 
     // The next chunk; nothing at the end or if it is cut off.

@@ -12,7 +12,7 @@
 namespace
 {
 
-// The place after the scan data of a JPEG file that begins at a place: that of the next marker.
+// The place after the scan data of a JPEG file that starts at place: that of the next marker.
 quint64 endOfScan(QByteArrayView bytes, quint64 place)
 {
     const char *const end = bytes.data() + bytes.size();
@@ -30,7 +30,7 @@ quint64 endOfScan(QByteArrayView bytes, quint64 place)
     return static_cast<quint64>(bytes.size());
 }
 
-// The place after the blocks of data of a GIF file that begin at a place; past its end if they do
+// The place after the data blocks of a GIF file that start at place; past the file's end if they do
 // not end.
 quint64 endOfBlocks(const FileNumbers &file, quint64 place)
 {
@@ -39,13 +39,13 @@ quint64 endOfBlocks(const FileNumbers &file, quint64 place)
     return place + 1;
 }
 
-// The bytes of a palette of a GIF file, by the flags that go before it.
+// The size in bytes of a GIF palette, from the flags before it.
 quint64 paletteSize(quint8 flags)
 {
     return flags & 0x80 ? quint64{3} << ((flags & 7) + 1) : 0;
 }
 
-// Pictures of three channels in runs: their types and the bytes that go before the runs.
+// Run-length coded pictures of three channels: their types and the bytes before the runs.
 struct RunType {
     QByteArrayView name;
     quint64 side; // pixels
@@ -55,7 +55,7 @@ struct RunType {
 constexpr std::array runTypes{RunType{"is32", 16, 0}, RunType{"il32", 32, 0},
                               RunType{"ih32", 48, 0}, RunType{"it32", 128, 4}};
 
-// Whether the runs in a part of a file make up all three channels, one after the other.
+// Whether the runs in a part of a file fill all three channels, one after the other.
 bool areWholeRuns(const FileNumbers &data, quint64 place, quint64 pixels)
 {
     for (int channel = 0; channel < 3; ++channel) {
@@ -95,7 +95,7 @@ bool isWholeJpeg(QByteArrayView bytes)
 {
     constexpr quint8 endOfImage = 0xd9;
     constexpr quint8 startOfScan = 0xda;
-    // Those of progressive files are some ten. Each is a pass over all pixels, however short it is.
+    // Progressive files have some ten scans. Each is a pass over all pixels, however short it is.
     constexpr int mostScans = 100;
     const FileNumbers file(bytes, FileNumbers::Order::BigEndian);
     int scans = 0;

@@ -7,12 +7,12 @@
 bool isValidCasNumber(const QString &cas)
 {
     static const QRegularExpression form(QStringLiteral("^\\d{1,7}-\\d{2}-\\d$"));
-    // "$" matches before a line feed at the end of the text too.
+    // "$" also matches before a line feed at the end of the text.
     if (cas.endsWith(QLatin1Char('\n')) || !form.match(cas).hasMatch())
         return false;
 
-    // Check digit of the CAS Registry: the digits before it, read from the right, times 1, 2, 3,
-    // ..., summed up modulo 10.
+    // The check digit of the CAS Registry: the sum of the digits before it, read from the right and
+    // multiplied by 1, 2, 3, ..., modulo 10.
     const QStringList parts = cas.split(QLatin1Char('-'));
     const QString digits = parts[0] + parts[1];
     int sum = 0;

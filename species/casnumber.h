@@ -3,6 +3,6 @@
 
 #include <QString>
 
-// Whether cas is a CAS registry number: one to seven digits, a hyphen, two digits, a hyphen and the
-// right check digit, with nothing before or after.
+// Whether cas is exactly a CAS registry number: one to seven digits, a hyphen, two digits, a hyphen
+// and the correct check digit.
 [[nodiscard]] bool isValidCasNumber(const QString &cas);

@@ -30,7 +30,7 @@ bool isNumeric(const QVariant &value)
     }
 }
 
-// The toolkit's own comparison converts first and finds the number 12.5 equal to the text "12.5".
+// QVariant's comparison converts first and finds the number 12.5 equal to the text "12.5".
 bool sameValue(const QVariant &left, const QVariant &right)
 {
     const bool comparable =

@@ -3,7 +3,7 @@
 
 #include <QStandardItemModel>
 
-// The item model under both records. A write that changes nothing visible is refused: it returns
+// The item model under both records. It refuses a write that changes nothing visible: it returns
 // false, stores nothing and emits nothing, so that leaving a field untouched does not modify the
 // document. Values of different types differ unless both are numbers; empty text equals an unset
 // cell.

@@ -13,7 +13,7 @@
 namespace
 {
 
-// The cell value for a JSON value of a field; an invalid one for a missing or unreadable image.
+// The cell value for a JSON value; an invalid one for a missing or unreadable image.
 QVariant cellValue(const QJsonValue &json, SpeciesFieldKind kind)
 {
     switch (kind) {
@@ -41,11 +41,12 @@ bool holdsImage(const QVariant &value)
 QString cleanHtmlContent(const QString &text)
 {
     static const QRegularExpression removeTags(QStringLiteral("<(?!/?(sub|sup|br)\\b)[^>]*>"));
-    // No tag ends behind the last ">". Looking for one there would cost the square of the text's
-    // length in a text of many "<".
+    // No tag ends behind the last ">". Looking for one there takes the square of the length of a
+    // text with many "<".
     const qsizetype end = text.lastIndexOf(QLatin1Char('>')) + 1;
-    // The expression does not match in a text with half a surrogate pair: it sees a copy of the
-    // same length in which another character stands for it. A byte order mark stays, as it counts.
+    // The expression does not match a text with half a surrogate pair, so it gets a copy of the
+    // same length with another character in its place. A byte order mark stays, so that positions
+    // agree.
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
     const QString subject = decoder(QStringView(text).first(end).toUtf8());
     QString result;
@@ -66,7 +67,7 @@ QString convertNewlinesToBr(const QString &text)
     return result;
 }
 
-// JSON has no numbers that are not finite.
+// JSON can hold finite numbers only.
 std::optional<double> savedNumber(const QVariant &value)
 {
     bool isNumber = false;
@@ -131,7 +132,7 @@ bool SpeciesModel::setImage(const QModelIndex &index, const QImage &image)
 {
     const auto current = data(index, Qt::DisplayRole).value<QImage>();
     if (!isSamePicture(image, current)) {
-        // Past the comparison of values, which cannot tell pictures apart.
+        // The base class compares values, but cannot compare pictures.
         // NOLINTNEXTLINE(bugprone-parent-virtual-call)
         QStandardItemModel::setData(index, QVariant::fromValue(image), Qt::EditRole);
         emit imageChanged();

@@ -11,7 +11,7 @@
 #include <cstddef>
 #include <optional>
 
-// What a cell of the species record holds and how its JSON value is read and written.
+// What a cell of the species record holds, and how its JSON value is read and written.
 enum class SpeciesFieldKind {
     Text,   // restricted markup; a JSON string
     Lines,  // the same, line ends turned into "<br>" on load
@@ -62,19 +62,19 @@ inline constexpr int speciesImageColumn = static_cast<int>(SpeciesColumn::Image)
     return speciesFields[static_cast<std::size_t>(column)].key;
 }
 
-// A copy of text without any tag but sub, sup and br (as written in lower case, with or without
-// attributes); everything outside tags stays, entities and a "<" that no ">" follows included.
+// A copy of text without any tag but sub, sup and br (in lower case, with or without attributes).
+// Everything outside tags stays, such as entities and a "<" without a ">".
 [[nodiscard]] QString cleanHtmlContent(const QString &text);
 
 // A copy of text with every CR LF and every other LF turned into "<br>"; a lone CR stays.
 [[nodiscard]] QString convertNewlinesToBr(const QString &text);
 
-// The finite number that a number field's value is or is the text of, with a decimal point in every
-// locale; nothing if it is none, and 0 is saved.
+// The finite number of a number field's value, which may be a text with a decimal point in every
+// locale; nothing if it is none and saved as 0.
 [[nodiscard]] std::optional<double> savedNumber(const QVariant &value);
 
-// The profile of one chemical species: one row, one column a field of speciesFields. The main
-// window owns the one instance and its form edits it through a data mapper. Loading and writing
+// The record of one chemical species: one row, with a column for each of speciesFields. The main
+// window owns the only instance, and its form edits it through a data mapper. Loading and writing
 // never fail: a missing or mistyped value is an empty text, 0 or no image.
 class SpeciesModel : public MyStandardItemModel
 {
@@ -90,8 +90,8 @@ public:
     // The structure image; null if there is none.
     [[nodiscard]] QImage getImage() const;
 
-    // Only Qt::EditRole is taken. An image is stored if it shows something else than the present
-    // one; a value that is no image clears it. Returns true for the image column in any case.
+    // Accepts Qt::EditRole only. Stores an image if it differs visibly from the present one; a
+    // value that is no image clears it. Always returns true for the image column.
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
 
 signals:
