@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Loading a species file through the main window against what the toolkit alone needs for the same
+// Loading a species file through the main window against what Qt alone needs for the same
 // windows, texts and charts, and against loading half as many points.
 #include "app/mainwindow.h"
 #include "benchmarks/measure.h"
@@ -139,12 +139,12 @@ double secondsInANewWindow(Job job, const Entry &entry)
     return secondsOf([&] { job(&window, entry); });
 }
 
-bool compareWithToolkit(const char *what, const Entry &entry)
+bool compareWithQt(const char *what, const Entry &entry)
 {
     const Ratio ratio = measureSeconds(
         rounds, [&] { return secondsInANewWindow(load, entry); },
         [&] { return secondsInANewWindow(loadBarely, entry); });
-    return report(what, ratio, "the toolkit's own part", 1.3);
+    return report(what, ratio, "Qt's own part", 1.3);
 }
 
 bool compareSizes(const Entry &twice, const Entry &once)
@@ -169,8 +169,8 @@ int main(int argc, char *argv[])
         return makeEntry(folder.filePath(name), spectra, points);
     };
     bool kept = true;
-    kept &= compareWithToolkit("load 20 spectra of 5,000 points", entry(20, 5'000));
-    kept &= compareWithToolkit("load a spectrum of 200,000 points", entry(1, 200'000));
+    kept &= compareWithQt("load 20 spectra of 5,000 points", entry(20, 5'000));
+    kept &= compareWithQt("load a spectrum of 200,000 points", entry(1, 200'000));
     Entry once = entry(1, 25'000);
     for (const int points : {50'000, 100'000, 200'000, 400'000}) {
         Entry twice = entry(1, points);

@@ -12,7 +12,7 @@
 namespace
 {
 
-constexpr qsizetype deepestNesting = 1024; // the toolkit's own limit
+constexpr qsizetype deepestNesting = 1024; // Qt's own limit
 constexpr QByteArrayView byteOrderMark("\xef\xbb\xbf");
 
 // The offset after the string that starts with the quote at begin and whose text has this length.

@@ -11,7 +11,7 @@
 namespace
 {
 
-// Names of entities that people write; the toolkit knows more.
+// Names of entities that people write; Qt knows more.
 constexpr std::array entityNames{
     QLatin1String("amp"),    QLatin1String("lt"),     QLatin1String("gt"),
     QLatin1String("quot"),   QLatin1String("apos"),   QLatin1String("nbsp"),

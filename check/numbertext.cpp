@@ -19,7 +19,7 @@ bool isDigit(char c)
 
 NumberForm formOf(QByteArrayView raw)
 {
-    // The toolkit takes the shorter form, which has an exponent in 1e-04, and may have one in large
+    // Qt takes the shorter form, which has an exponent in 1e-04, and may have one in large
     // numbers.
     constexpr int mostLeadingZeros = 2;
     constexpr int mostWholeDigits = 6;

@@ -174,7 +174,7 @@ QString libraryPath(const QByteArray &name)
 {
     if (!isText(name))
         return linkTo(nativePath(name));
-    // The toolkit takes a name that begins with a colon for one of its own resources.
+    // Qt takes a name that begins with a colon for one of its own resources.
     const QString path = QString::fromUtf8(name);
     return path.startsWith(QLatin1Char(':')) ? QString(QLatin1String("./") + path) : path;
 }

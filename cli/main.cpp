@@ -43,7 +43,7 @@ void openClosedStreams()
     }
 }
 
-// The toolkit takes all bytes of the system for UTF-8, and says so where the locale has another
+// Qt takes all bytes of the system for UTF-8, and says so where the locale has another
 // encoding. The user has nothing to do about it: the names of files go through as they are.
 void chooseLocale()
 {
@@ -58,7 +58,7 @@ QByteArrayList commandLine(int argc, char **argv)
 }
 #endif
 
-// The toolkit's own remarks, on folders of the desktop for example, mean nothing to the user.
+// Qt's own remarks, on folders of the desktop for example, mean nothing to the user.
 void dropRemarks(QtMsgType type, const QMessageLogContext &, const QString &text)
 {
     if (type == QtCriticalMsg || type == QtFatalMsg)
@@ -113,9 +113,9 @@ int main(int argc, char *argv[])
     dropDecoderRemarks();
     const QByteArrayList words = commandLine(argc, argv);
     const Command *command = findCommand(words);
-    // The toolkit would take options of its own from the command line.
-    int toolkitArgc = qMin(argc, 1);
-    const auto application = makeApplication(toolkitArgc, argv, command && command->draws);
+    // Qt would take options of its own from the command line.
+    int qtArgc = qMin(argc, 1);
+    const auto application = makeApplication(qtArgc, argv, command && command->draws);
     ProcessConsole console;
     return runProgram(words, console);
 }

@@ -17,7 +17,7 @@ std::vector<QPointF> byEnergy(const QList<QPointF> &points)
     return sorted;
 }
 
-// The toolkit's own comparison is fuzzy.
+// Qt's own comparison is fuzzy.
 bool isSame(const QPointF &left, const QPointF &right)
 {
     return left.x() == right.x() && left.y() == right.y();

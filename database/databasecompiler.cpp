@@ -35,7 +35,7 @@ std::vector<int> keyOrder(qsizetype count)
     return order;
 }
 
-// The text of an object member by member, in the bytes that the toolkit writes for the whole.
+// The text of an object member by member, in the bytes that Qt writes for the whole.
 class MemberText
 {
 public:

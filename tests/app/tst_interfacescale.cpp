@@ -36,7 +36,7 @@ namespace
 constexpr char scaleVariable[] = "QT_SCALE_FACTOR";
 constexpr char factorsVariable[] = "QT_SCREEN_SCALE_FACTORS";
 
-// A screen of the offscreen platform: the toolkit multiplies with dpi / 96, the window system with
+// A screen of the offscreen platform: Qt multiplies with dpi / 96, the window system with
 // dpr.
 QJsonObject screenOf(const QString &name, int x, int dpi, double dpr = 1)
 {
@@ -59,7 +59,7 @@ void useScreens(const QString &file, const QJsonArray &screens)
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(file));
 }
 
-// As the toolkit goes through the list when the screen of this name is the one at this place.
+// As Qt goes through the list when the screen of this name is the one at this place.
 double factorFor(const QByteArray &list, const QByteArray &name, qsizetype place)
 {
     double factor = 0;
@@ -72,7 +72,7 @@ double factorFor(const QByteArray &list, const QByteArray &name, qsizetype place
     return factor;
 }
 
-// What main() does, for other screens: the ratios at which the toolkit draws, whether the interface
+// What main() does, for other screens: the ratios at which Qt draws, whether the interface
 // is shrunk, and the height of its font in pixels on the screen.
 int report(int argc, char **argv)
 {
@@ -224,7 +224,7 @@ private slots:
             << plain << Settings{"QT_SCREEN_SCALE_FACTORS=A=2"} << Ratios{1.7} << false << 20.4;
         QTest::newRow("factor below 1")
             << plain << Settings{"QT_SCREEN_SCALE_FACTORS=0.5"} << Ratios{1} << true << 10.0;
-        QTest::newRow("factor 1, which the toolkit ignores")
+        QTest::newRow("factor 1, which Qt ignores")
             << twice << Settings{"QT_SCREEN_SCALE_FACTORS=1"} << Ratios{1.7} << false << 20.4;
         QTest::newRow("factors that are none")
             << plain << Settings{"QT_SCREEN_SCALE_FACTORS=;A=;x;B=-1;=;"} << Ratios{1} << true
@@ -387,19 +387,19 @@ private slots:
         QCOMPARE(view->chart()->margins(), QMargins(17, 17, 17, 17));
     }
 
-    void dialogsOfTheProgramAreShrunkAndThoseOfTheToolkitAreNot()
+    void dialogsOfTheProgramAreShrunkAndThoseOfQtAreNot()
     {
         FormDialog form;
         form.show();
         QCOMPARE(form.size(), QSize(615, 421));
 
-        QDialog toolkits;
-        toolkits.setObjectName(QStringLiteral("dialog"));
-        toolkits.setMinimumWidth(100);
-        toolkits.resize(724, 495);
-        toolkits.show();
-        QCOMPARE(toolkits.minimumWidth(), 100);
-        QCOMPARE(toolkits.size(), QSize(724, 495));
+        QDialog qtDialog;
+        qtDialog.setObjectName(QStringLiteral("dialog"));
+        qtDialog.setMinimumWidth(100);
+        qtDialog.resize(724, 495);
+        qtDialog.show();
+        QCOMPARE(qtDialog.minimumWidth(), 100);
+        QCOMPARE(qtDialog.size(), QSize(724, 495));
     }
 
     void theApplicationsFontIsShrunk()

@@ -62,7 +62,7 @@ class TestSpectrumTabs : public QObject
     Q_OBJECT
 
 private slots:
-    // "&" would underline the letter behind it, "[*]" is the toolkit's place for a mark.
+    // "&" would underline the letter behind it, "[*]" is Qt's place for a mark.
     void aTitleIsShownLetterByLetter_data()
     {
         QTest::addColumn<QString>("title");
@@ -124,7 +124,7 @@ private slots:
         QCOMPARE(f.spectra().constFirst()->windowTitle(), title.left(400));
     }
 
-    // The toolkit would shorten all of it, again and again.
+    // Qt would shorten all of it, again and again.
     void ofAnEndlessTitleTheTabTakesTheBeginning()
     {
         Fixture f;

@@ -58,8 +58,8 @@ namespace
 
 const QString folder = QStringLiteral(ZORAVEL_PSEUDO_TRANSLATION_FOLDER);
 
-// What the toolkit shows by itself is in its own translations.
-bool isOfTheToolkit(const QWidget *widget)
+// What Qt shows by itself is in its own translations.
+bool isOfQt(const QWidget *widget)
 {
     return widget->objectName().startsWith(u"qt_"_s)
            || qobject_cast<const QDialogButtonBox *>(widget->parentWidget())
@@ -99,7 +99,7 @@ QStringList textsOf(const QWidget *window)
 {
     QStringList texts{window->windowTitle()};
     for (const QWidget *widget : window->findChildren<QWidget *>()) {
-        if (!isOfTheToolkit(widget))
+        if (!isOfQt(widget))
             addTextsOf(texts, widget);
     }
     for (const QAction *action : window->findChildren<QAction *>()) {

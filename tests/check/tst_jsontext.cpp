@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// The value as the toolkit's parser would have it.
+// The value as Qt's parser would have it.
 QJsonValue valueFrom(const JsonValue &value)
 {
     switch (value.kind()) {
@@ -63,7 +63,7 @@ class TestJsonText : public QObject
 private slots:
     void init() { failOnWarnings(); }
 
-    void theSameIsReadAsByTheToolkit_data()
+    void theSameIsReadAsByQt_data()
     {
         QTest::addColumn<QByteArray>("text");
         const QByteArrayList texts{"{}",
@@ -86,12 +86,12 @@ private slots:
             QTest::newRow(qPrintable(name)) << exampleBytes(name);
     }
 
-    void theSameIsReadAsByTheToolkit()
+    void theSameIsReadAsByQt()
     {
         QFETCH(QByteArray, text);
         const JsonText parsed(text);
         QVERIFY(!parsed.error());
-        // Wrapped, as the toolkit's documents hold no single values.
+        // Wrapped, as Qt's documents hold no single values.
         const QByteArray wrapped =
             '[' + (text.startsWith("\xef\xbb\xbf") ? text.sliced(3) : text) + ']';
         QCOMPARE(valueFrom(parsed.root()), QJsonDocument::fromJson(wrapped).array().first());
@@ -249,7 +249,7 @@ private slots:
             QCOMPARE(JsonText(text).error()->message, u"There are only blanks in the file."_s);
     }
 
-    void nestingIsLimitedAsInTheToolkit()
+    void nestingIsLimitedAsInQt()
     {
         const auto nested = [](int levels) -> QByteArray {
             return QByteArray(levels, '[') + QByteArray(levels, ']');

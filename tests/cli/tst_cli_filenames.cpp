@@ -50,7 +50,7 @@ class TestCliFilenames : public QObject
 private slots:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
 
-    // The toolkit does not remove files whose names are not texts.
+    // Qt does not remove files whose names are not texts.
     void cleanup()
     {
         std::filesystem::remove_all(m_folder->path().toStdString());

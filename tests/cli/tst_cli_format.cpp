@@ -70,7 +70,7 @@ private slots:
         QCOMPARE(console.output, "");
     }
 
-    // The encoder of pictures is the toolkit's: with another one, scripts/make-examples has to be
+    // The encoder of pictures is Qt's: with another one, scripts/make-examples has to be
     // run again.
     void theExamplesAreWhatTheEditorSaves()
     {

@@ -7,7 +7,7 @@
 #include <functional>
 
 // Runs a function in a process of its own and returns its status as waitpid() gives it. A process
-// that has painted cannot do that: the toolkit's threads would be missing in the new one.
+// that has painted cannot do that: Qt's threads would be missing in the new one.
 int inOtherProcess(const std::function<void()> &function);
 
 // What was tried in one operation, and what of it went well.

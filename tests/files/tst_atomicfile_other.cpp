@@ -119,7 +119,7 @@ private slots:
     {
         QTest::addColumn<int>("limit");
         QTest::addColumn<int>("size");
-        // Below and above what the toolkit holds back before it writes.
+        // Below and above what Qt holds back before it writes.
         QTest::newRow("held back") << 1'000 << 5'000;
         QTest::newRow("held back, by one byte") << 4'999 << 5'000;
         QTest::newRow("at once") << 20'000 << 100'000;

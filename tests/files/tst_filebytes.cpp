@@ -754,7 +754,7 @@ private slots:
     {
         QTest::addColumn<int>("limit");
         QTest::addColumn<int>("size");
-        // Below and above what the toolkit holds back before it writes.
+        // Below and above what Qt holds back before it writes.
         QTest::newRow("held back") << 1'000 << 5'000;
         QTest::newRow("held back, by one byte") << 4'999 << 5'000;
         QTest::newRow("at once") << 20'000 << 100'000;
@@ -805,7 +805,7 @@ private slots:
         QTest::newRow("at once") << 20'000 << 100'000;
         QTest::newRow("by one byte") << 99'999 << 100'000;
         QTest::newRow("far behind") << 1'500'000 << 3'000'000;
-        // The toolkit holds a short last piece back until it is told to flush.
+        // Qt holds a short last piece back until it is told to flush.
         QTest::newRow("in the last bytes") << (1 << 20) + 1'000 << (1 << 20) + 5'000;
     }
     void aShortWriteInPlacePutsTheOldContentsBack()

@@ -7,7 +7,7 @@
 namespace
 {
 
-// Decoders complain about broken files; only what the toolkit calls critical is a finding.
+// Decoders complain about broken files; only what Qt calls critical is a finding.
 void keepQuiet(QtMsgType type, const QMessageLogContext & /*context*/, const QString &text)
 {
     if (type == QtCriticalMsg || type == QtFatalMsg)

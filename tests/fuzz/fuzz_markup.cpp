@@ -11,7 +11,7 @@ namespace
 {
 
 // Markup that means just what it says: no "<" but in the tags that are written, no entity, and of
-// white space only single blanks between words and no-break spaces, as the toolkit's reader makes
+// white space only single blanks between words and no-break spaces, as Qt's reader makes
 // one blank of any other run of it. All that an editor writes is of this kind, unless its text has
 // a raw
 // "<", "&" or such white space.

@@ -2,7 +2,7 @@
 // Random actions in the real main window: monkey SEED ACTIONS FOLDER.
 // Ends with 0 if nothing was wrong and the memory after all of it, with every spectrum closed, is
 // within a tenth of that after the first two thousand actions and the largest document: until then
-// the toolkit fills its caches.
+// Qt fills its caches.
 #include "monkey/monkey.h"
 
 #include <QApplication>
@@ -46,7 +46,7 @@ int main(int argc, char *argv[])
     while (done < count && monkey.act()) {
         if (++done == warmUp) {
             monkey.discardAll();
-            // The toolkit's tables of all widgets keep the room that the most of them took.
+            // Qt's tables of all widgets keep the room that the most of them took.
             monkey.openLargest();
             monkey.discardAll();
             atStart = bytesInUse();

@@ -123,7 +123,7 @@ void Monkey::discardAll()
     for (MainWindow *window : {&m_window, &m_reader})
         window->cleanUp();
     QGuiApplication::clipboard()->clear();
-    QPixmapCache::clear(); // of up to 10 MB, which the toolkit fills by and by
+    QPixmapCache::clear(); // of up to 10 MB, which Qt fills by and by
     m_document.clear();
     m_file.clear();
     m_stored = m_document.toJson();

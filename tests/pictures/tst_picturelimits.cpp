@@ -293,7 +293,7 @@ private slots:
     void whatIsOverTheLimitIsRefusedInEveryFormat()
     {
         QFETCH(QByteArray, format);
-        // Lines of whole words: the toolkit leaves what fills them up unset, and looks at it.
+        // Lines of whole words: Qt leaves what fills them up unset, and looks at it.
         QImage large(8032, 7969, QImage::Format_Mono);
         large.fill(1);
         const QByteArray file = pictureFile(large, format.constData());

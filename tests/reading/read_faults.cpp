@@ -37,7 +37,7 @@ const std::array fieldNames{"lineEditSpecies"_L1,    "textEditAliases"_L1,   "li
                             "lineEditCID"_L1,        "lineEditAIE"_L1,       "lineEditVIE"_L1,
                             "lineEditAIEComment"_L1, "lineEditVIEComment"_L1};
 
-// What the toolkit had to warn of, which counts as a fault.
+// What Qt had to warn of, which counts as a fault.
 QStringList warnings;
 
 // Decoders complain about broken images, the platform without a screen of what it lacks, and the

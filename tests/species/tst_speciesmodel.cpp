@@ -28,7 +28,7 @@ namespace
 
 constexpr auto imageKey = "StructuralFormula"_L1;
 
-// A record under the eyes of the toolkit's tester.
+// A record under the eyes of Qt's tester.
 struct Fixture {
     SpeciesModel model{nullptr};
     QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::QtTest};

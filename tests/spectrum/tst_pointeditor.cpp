@@ -121,7 +121,7 @@ private slots:
         QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
     }
 
-    void theMenuHasTheToolkitsEntries()
+    void theMenuHasQtsEntries()
     {
         Fixture fixture;
         const QMenu *usual = fixture.editor.createStandardContextMenu();

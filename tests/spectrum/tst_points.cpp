@@ -81,7 +81,7 @@ QByteArray escaped(const QString &line)
     return result;
 }
 
-// The point of a line by the definition itself: a split at the pattern, then the toolkit's
+// The point of a line by the definition itself: a split at the pattern, then Qt's
 // conversion.
 MaybePoint pointByPattern(const QString &line)
 {
@@ -344,7 +344,7 @@ private slots:
         QVERIFY2(!point, text(point).constData());
     }
 
-    void everyLineMeansWhatThePatternAndTheToolkitsConversionSay()
+    void everyLineMeansWhatThePatternAndQtsConversionSay()
     {
         QRandomGenerator random(20240229);
         int points = 0;

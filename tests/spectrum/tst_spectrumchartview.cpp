@@ -743,7 +743,7 @@ private slots:
         QTest::mouseClick(f.view->viewport(), Qt::RightButton);
         QVERIFY(!f.chart->isZoomed());
         QCOMPARE(f.ranges(), before);
-        // On a chart that is not zoomed it does nothing, where the toolkit's own view zooms out.
+        // On a chart that is not zoomed it does nothing, where Qt's own view zooms out.
         QTest::mouseClick(f.view->viewport(), Qt::RightButton);
         QVERIFY(!f.chart->isZoomed());
         QCOMPARE(f.ranges(), before);

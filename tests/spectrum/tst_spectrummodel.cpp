@@ -23,7 +23,7 @@ using Points = QList<QPointF>;
 
 constexpr double inf = std::numeric_limits<double>::infinity();
 
-// A model over a point editor of its own, checked by the toolkit's model tester.
+// A model over a point editor of its own, checked by Qt's model tester.
 struct Fixture {
     QWidget window;
     QPlainTextEdit editor{&window};

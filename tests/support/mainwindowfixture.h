@@ -60,6 +60,6 @@ private:
 // Whether it is in a spectrum that another one covers.
 [[nodiscard]] bool isCovered(const QWidget *widget);
 
-// Lets a widget see files being dragged over it and dropped, as the toolkit delivers it: to the
+// Lets a widget see files being dragged over it and dropped, as Qt delivers it: to the
 // widget, or to the nearest one around it that takes drops. Returns whether the drag was accepted.
 bool dropFiles(QWidget *target, const QStringList &paths);

@@ -24,7 +24,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// Lets the tests call what the toolkit calls.
+// Lets the tests call what Qt calls.
 class Editor : public SingleLineTextEdit
 {
 public:
