@@ -10,7 +10,7 @@
 namespace
 {
 
-// Hands out the inputs one by one to those who work on them.
+// Hands out the inputs one by one to the working threads.
 class Work
 {
 public:
@@ -35,7 +35,7 @@ public:
     void cancel() { m_cancelled.store(true, std::memory_order_relaxed); }
     [[nodiscard]] bool isCancelled() const { return m_cancelled.load(std::memory_order_relaxed); }
     [[nodiscard]] qsizetype done() const { return m_done.load(std::memory_order_relaxed); }
-    // To be taken once nobody works any more.
+    // Call it when no thread works any more.
     [[nodiscard]] std::vector<FileResult> &results() { return m_results; }
 
 private:
@@ -54,7 +54,7 @@ QList<Finding> checkFiles(const std::vector<CheckInput> &inputs, const CheckOpti
     Work work(inputs, options.file);
     const auto helpers = std::min<std::size_t>(inputs.size(), std::max(options.jobs, 1));
     std::vector<std::thread> threads;
-    // This thread is one of those who work.
+    // This thread works too.
     for (std::size_t i = 1; i < helpers; ++i)
         threads.emplace_back([&work] {
             while (work.checkNext())

@@ -12,12 +12,12 @@
 struct CheckOptions {
     FileCheckOptions file;
     int jobs = 1; // files that are checked at the same time
-    // Called now and then with the number of files that are done, in the calling thread. Returning
-    // false ends the work; there are no findings then.
+    // Called now and then in the calling thread with the number of finished files. Returning false
+    // ends the work without findings.
     std::function<bool(qsizetype done)> progress = {};
 };
 
 // Checks files and compares them with each other. The findings are in the order of the inputs and,
-// of one file, in that of their places, whatever the number of jobs.
+// within a file, of their places, whatever the number of jobs.
 [[nodiscard]] QList<Finding> checkFiles(const std::vector<CheckInput> &inputs,
                                         const CheckOptions &options);

@@ -14,8 +14,8 @@ enum class Severity : quint8 {
     Error,   // certainly wrong
 };
 
-// Every check, in the order of the table. Their ids are part of the program's interface: they stand
-// in scripts, overrides and code scanning results, and never change.
+// All checks, in the order of the table. Their ids never change, as scripts, overrides and code
+// scanning results hold them.
 enum class Check : quint8 {
     // the file
     Unreadable,
@@ -82,7 +82,7 @@ inline constexpr int checkCount = static_cast<int>(Check::UnusedOverride) + 1;
 
 using CheckSet = std::bitset<checkCount>;
 
-// What `explain` says. The texts are English and plain.
+// The texts of `explain`, in plain English.
 struct CheckInfo {
     Check check;
     QLatin1String id;

@@ -15,7 +15,7 @@ struct CheckInput {
     std::optional<QByteArray> bytes; // standard input; read from path if there are none
 };
 
-// Compares the files with each other and adds what is found to their results, one for each input in
-// the same order: the same species or the same points twice, databases that are out of date.
+// Compares the files with each other and adds the findings to their results, one for each input in
+// the same order: the same species or points twice, databases that are out of date.
 void checkCollection(const std::vector<CheckInput> &inputs, const FileCheckOptions &options,
                      std::vector<FileResult> &results);

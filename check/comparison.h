@@ -9,16 +9,16 @@
 
 #include <vector>
 
-// Finds what stands twice: the same species or the same points in a collection, or in a database.
-// Keeps a fingerprint and a place of each, not the texts.
+// Finds duplicates: the same species or the same points in a collection or a database. Keeps a
+// fingerprint and a place of each, not the texts.
 class Comparison
 {
 public:
-    // names are those of the files, as findings have them.
+    // Findings call the files by names.
     Comparison(const CheckSet &enabled, QStringList names);
 
-    // Compares what was noted of a file, or of a part of it, with all that came before. Returns the
-    // findings in that file.
+    // Compares the facts of a file, or of a part of it, with all earlier ones. Returns the findings
+    // in that file.
     [[nodiscard]] QList<Finding> add(quint32 file, const std::vector<Fact> &facts);
 
 private:

@@ -31,7 +31,7 @@ constexpr std::array massKinds{NamedKind{MassKind::Average, "average"},
                                NamedKind{MassKind::Monoisotopic, "monoisotopic"},
                                NamedKind{MassKind::Nominal, "nominal"}};
 
-// The readings of the formula; none if there is no formula or if it cannot be read.
+// The readings of the formula; none if it is missing or cannot be read.
 std::vector<Formula> readFormula(const JsonValue &value, FindingList &findings)
 {
     if (plainText(value).isEmpty())
@@ -51,8 +51,8 @@ std::vector<Formula> readFormula(const JsonValue &value, FindingList &findings)
     return {};
 }
 
-// By how much the mass is off what the formula has, beyond its own rounding; 0 if it fits. Masses
-// are cut off as well as rounded by those who shorten them.
+// How far the mass is from the formula's, beyond its own rounding; 0 if it fits. People shorten
+// masses by cutting as well as by rounding.
 double deviation(double mass, double lastDigit, const FormulaMass &expected)
 {
     constexpr double arithmetic = 1e-9;
@@ -122,8 +122,8 @@ QString formulaText(const std::map<int, double> &counts)
     return text;
 }
 
-// The isotopes that are named, by atomic and mass number. The most abundant one of an element is
-// named by some and left out by others.
+// The named isotopes, by atomic and mass number. The most abundant one is left out, as not
+// everybody names it.
 template <typename Atoms>
 std::map<std::pair<int, int>, double> labelsOf(const Atoms &atoms)
 {
@@ -147,7 +147,7 @@ QString labelText(const std::map<std::pair<int, int>, double> &labels)
     return text.isEmpty() ? QStringLiteral("none") : text;
 }
 
-// The composition that the InChI names, to stand in for a formula.
+// The composition from the InChI, in place of a formula.
 Source sourceOf(const Inchi &inchi)
 {
     const std::map<int, double> counts(inchi.atoms.begin(), inchi.atoms.end());

@@ -7,7 +7,7 @@
 namespace
 {
 
-// What is open behind a text that is right as far as it goes.
+// The open strings and containers at the end of a text that is correct so far.
 class OpenParts
 {
 public:
@@ -42,7 +42,7 @@ private:
     bool m_inString = false;
 };
 
-// Whether the text is an escape that is not whole, or the first half of a character of two.
+// Whether the text is an incomplete escape, or the first half of a surrogate pair.
 bool isPartOfEscape(QByteArrayView text)
 {
     static const QRegularExpression part(

@@ -6,12 +6,13 @@
 
 #include <optional>
 
-// Where a text that is the beginning of a JSON text ends.
+// Where a JSON text that is cut off ends. A parser calls the end of such a file a syntax error;
+// this lets the finding say that the rest is missing, as after a broken transfer.
 struct CutOff {
     qsizetype offset = 0; // of its last character that is no blank
     QString within;       // "an object"
 };
 
-// Nothing if more is wrong with the text than that it ends too early. It has to be UTF-8 and
-// something else than blanks; up to errorOffset a parser found nothing wrong with it.
+// Nothing if more is wrong with the text than its early end. It must be UTF-8, not only blanks, and
+// correct up to errorOffset.
 [[nodiscard]] std::optional<CutOff> cutOffOf(QByteArrayView text, qsizetype errorOffset);

@@ -52,14 +52,14 @@ public:
     }
 
 private:
-    // Returns whether there is any sense in reading on.
+    // Returns whether reading on makes sense.
     bool checkMember()
     {
         const QString key = m_reader.key();
         const TextPosition position = m_reader.keyPosition();
         const Place place{QLatin1Char('/') + key, position.line, position.column};
         const std::optional<QByteArray> bytes = m_reader.take(largestJsonFile);
-        // The text begins with a brace of its own.
+        // The text begins with an added brace.
         FindingList findings(m_name, bytes ? *bytes : m_none, m_options.enabled,
                              {position.line, position.column - 1});
         const bool isReadable =
@@ -142,7 +142,7 @@ QString nameOf(const QJsonObject &entry)
     return quoted(entry.value(speciesKey).toObject().value(keyOf(SpeciesColumn::Name)).toString());
 }
 
-// Gives each entry of the database to take. False if the file cannot be read.
+// Passes each entry of the database to take. False if the file cannot be read.
 bool takeEntries(const QString &database,
                  const std::function<void(const QString &key, const QJsonObject &entry)> &take)
 {
@@ -171,7 +171,7 @@ std::optional<FileResult> checkDatabase(const QString &name, QIODevice &device,
 std::optional<QString> databaseDifference(const QString &database,
                                           const QList<SpeciesSource> &species)
 {
-    // How many entries are still without their file.
+    // The number of entries of each content that have no file yet.
     QHash<QByteArray, int> unmatched;
     const bool isRead = takeEntries(database, [&](const QString &, const QJsonObject &entry) {
         ++unmatched[entryDigest(entry)];

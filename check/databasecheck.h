@@ -9,13 +9,13 @@
 
 #include <optional>
 
-// Checks a database from the device's present place on: its layout, each entry as a species file is
-// checked, and the entries against each other. Memory is that of the largest entry, which may have
+// Checks a database from the device's present place on: its layout, each entry like a species file,
+// and the entries against each other. Memory is that of the largest entry, which may have
 // largestJsonFile bytes. Nothing if the text is read to its end and its "Type" is another one.
 [[nodiscard]] std::optional<FileResult> checkDatabase(const QString &name, QIODevice &device,
                                                       const FileCheckOptions &options);
 
-// A species file as the collection is compared with a database.
+// A species file that is compared with a database.
 struct SpeciesSource {
     QString name; // for messages
     QString path;

@@ -14,10 +14,10 @@
 #include <memory>
 #include <vector>
 
-// What files, and entries of databases, have in common.
+// The common parts of files and of the entries of databases.
 
-// Something by which species and spectra are compared: equal fingerprints of one check are equal
-// texts or points, for all practical purposes.
+// Identifies a species or spectrum: equal fingerprints of one check mean equal texts or points, for
+// all practical purposes.
 struct Fact {
     Check check; // that finds it twice
     std::array<std::uint64_t, 2> fingerprint;
@@ -30,19 +30,19 @@ struct FileCheckOptions {
     QDate today = QDate::currentDate();
 };
 
-// Says that something cannot be read: the file, or an entry of it.
+// Reports that the file or an entry of it cannot be read.
 void reportUnreadable(const QString &message, const Place &place, FindingList &findings);
 
-// The bytes as JSON; nothing if they are none, which is reported.
+// The bytes as JSON; nothing, and a finding, if they are none.
 [[nodiscard]] std::unique_ptr<const JsonText> parsedText(const QByteArray &bytes,
                                                          FindingList &findings);
 
-// Checks the object of a species file, or the entry of a database: it has no "Type". Adds what it
-// is compared by to facts.
+// Checks the object of a species file or the entry of a database, which has no "Type". Adds its
+// facts to facts.
 enum class Envelope { File, Entry };
 void checkSpeciesObject(const JsonValue &object, Envelope envelope, QDate today,
                         FindingList &findings, std::vector<Fact> &facts);
 
-// Checks a dataset, or with isFile the whole of a spectrum file.
+// Checks a dataset or, with isFile, a whole spectrum file.
 void checkDataset(const JsonValue &spectrum, bool isFile, const ProfileEnergies &energies,
                   QDate today, FindingList &findings, std::vector<Fact> &facts);

@@ -22,18 +22,18 @@ struct Element {
     double mainMass; // of that isotope
 };
 
-// The atomic number of the element with this symbol; nothing if there is none. D and T are none.
+// The atomic number of the element with this symbol; nothing for other texts, D and T among them.
 [[nodiscard]] std::optional<int> atomicNumber(QStringView symbol);
 
 // The element of an atomic number from 1 to 118.
 [[nodiscard]] const Element &elementOf(int number);
 
-// Whether one element stands before another in a formula in Hill's order: carbon, hydrogen, then by
-// their symbols; without carbon by their symbols alone. Takes atomic numbers.
+// Whether one element precedes another in Hill's order: carbon, hydrogen, then by symbol; without
+// carbon by symbol alone. Takes atomic numbers.
 [[nodiscard]] bool precedesInHill(int left, int right, bool hasCarbon);
 
-// The mass of a nuclide and how far it may be off: where the table does not hold it, its mass
-// number and 0.12 (no nuclide is farther from it).
+// The mass of a nuclide and its possible error: for one that the table lacks its mass number and
+// 0.12, which no nuclide exceeds.
 struct NuclideMass {
     double mass;
     double uncertainty;

@@ -59,8 +59,8 @@ void reportType(const JsonValue &root, FindingList &findings)
                      hint);
 }
 
-// Checks the text of a species or spectrum file, and reports the type of any other. Returns its
-// kind; a database is left to checkDatabase().
+// Checks the text of a species or spectrum file and reports any other type. Returns its kind;
+// checkDatabase() handles a database.
 FileFacts::Kind checkDocument(const JsonText &text, QDate today, FindingList &findings,
                               std::vector<Fact> &facts)
 {
@@ -93,7 +93,7 @@ FileResult unreadableResult(const QString &name, const QString &reason,
     return {findings.take(), {}};
 }
 
-// The result of a file that begins as a database and is one; nothing for others.
+// The result for a file that begins like a database and is one; nothing for others.
 std::optional<FileResult> databaseResult(const QString &name, QIODevice &device,
                                          const FileCheckOptions &options)
 {
@@ -129,7 +129,7 @@ FileResult checkBytes(const QString &name, const QByteArray &bytes, const FileCh
         facts.kind = checkDocument(*text, options.today, findings, facts.facts);
     device.seek(0);
     if (facts.kind == FileFacts::Database) {
-        // Its first keys are those of another file.
+        // The first keys are those of another type of file.
         if (auto result = checkDatabase(name, device, options))
             return *std::move(result);
     }

@@ -9,8 +9,8 @@
 
 #include <vector>
 
-// What the collection needs to know of a file. The entries of a database are compared with each
-// other, not with the files that they come from: it has no facts.
+// What is compared across the collection. The entries of a database are compared with each other
+// only, so a database has no facts.
 struct FileFacts {
     enum Kind { Other, Species, Spectrum, Database };
     Kind kind = Other;
@@ -23,14 +23,14 @@ struct FileResult {
 };
 
 // Checks the file at path by itself; findings call it name. Runs in any thread. Without a
-// QGuiApplication an SVG image counts as one that cannot be decoded. Memory is that of the file, up
-// to largestJsonFile; of a database, which may be of any size, that of its largest entry.
+// QGuiApplication an SVG image counts as undecodable. Memory is that of the file, up to
+// largestJsonFile; for a database of any size it is that of its largest entry.
 [[nodiscard]] FileResult checkFile(const QString &name, const QString &path,
                                    const FileCheckOptions &options);
 
-// The same for bytes that have been read already.
+// Checks bytes that have already been read.
 [[nodiscard]] FileResult checkBytes(const QString &name, const QByteArray &bytes,
                                     const FileCheckOptions &options);
 
-// Puts findings into the order of their places.
+// Sorts findings by place.
 void sortByPlace(QList<Finding> &findings);

@@ -9,7 +9,7 @@
 
 #include <compare>
 
-// One thing that a check has to say about one place of one file.
+// One finding: what a check says about one place of one file.
 struct Finding {
     Check check;
     Severity severity;
@@ -22,7 +22,7 @@ struct Finding {
     QString source;  // the line of the file and a caret below, where only the place explains it
     bool endsReading = false; // nothing behind this place could be read, nor checked
 
-    // The path as those have it who compare it with the paths in a repository: without "./".
+    // The path without "./", as it compares with paths in a repository.
     [[nodiscard]] QString plainPath() const
     {
         return hasParentStep(path) ? path : QDir::cleanPath(path);

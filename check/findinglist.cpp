@@ -7,8 +7,8 @@
 namespace
 {
 
-// The line that holds offset, a window of it if it is long, and a caret below the place; nothing
-// where there is nothing to see.
+// The line at offset, only a window of it if it is long, and a caret below the place; nothing if
+// there is nothing to see.
 QString sourceAt(const QByteArray &bytes, qsizetype offset)
 {
     constexpr qsizetype longest = 100; // characters
@@ -22,7 +22,7 @@ QString sourceAt(const QByteArray &bytes, qsizetype offset)
         if (!c.isPrint())
             c = QLatin1Char(' ');
     }
-    // The caret counts code points, as columns do; what lies beyond the first plane is rare here.
+    // The caret counts code points, like columns; characters of double width are rare here.
     const qsizetype start = text.size() > longest ? qMax<qsizetype>(column - before, 0) : 0;
     return text.sliced(qMin(start, text.size())).left(longest) + QLatin1Char('\n')
            + QString(column - start, QLatin1Char(' ')) + QLatin1Char('^');

@@ -9,46 +9,47 @@
 
 #include <optional>
 
-// Where a finding of a document stands.
+// The place of a finding in a document.
 struct Place {
     QString pointer;
     int line = 1;
     int column = 1;
 };
 
-// Collects what the checks find in one file. Findings of checks that are not asked for are dropped.
+// Collects the findings of one file. Findings of checks that are not enabled are dropped.
 class FindingList
 {
     Q_DISABLE_COPY_MOVE(FindingList)
 
 public:
-    // bytes, the file's text or a part of it that starts at start, must outlive it.
+    // bytes must outlive this: the file's text, or a part of it that begins at start.
     FindingList(QString path, const QByteArray &bytes, const CheckSet &enabled,
                 TextPosition start = {});
 
-    // At a value, or at the key of an object's member. A milder severity than the check's own may
-    // be given.
+    // Adds a finding at a value, or at the key of a member. The severity may be milder than the
+    // check's own.
     void add(Check check, const JsonValue &value, const QString &message, const QString &hint = {},
              std::optional<Severity> severity = {});
     void addAtKey(Check check, const JsonValue &member, const QString &message,
                   const QString &hint = {});
-    // At a byte of a document, for what has no pointer.
+    // Adds a finding at a byte of a document, where there is no pointer.
     void addAt(Check check, qsizetype offset, const QString &message, const QString &hint = {});
-    // At a byte where reading ends, as the text is no document; shows the line and a caret.
+    // Adds a finding at the byte where reading ends because the text is no document; shows the line
+    // and a caret.
     void addAtByte(Check check, qsizetype offset, const QString &message, const QString &hint = {});
-    // At a place where reading ends, which the bytes need not hold.
+    // Adds a finding at the place where reading ends, which may be outside the bytes.
     void addUnread(Check check, const Place &place, const QString &message);
-    // At a place that the bytes need not hold.
+    // Adds a finding at a place that may be outside the bytes.
     void addAtPlace(Check check, const Place &place, const QString &message,
                     const QString &hint = {});
 
-    // Whether the check has found something, asked for or not.
+    // Whether the check has found something, enabled or not.
     [[nodiscard]] bool has(Check check) const
     {
         return m_found.test(static_cast<std::size_t>(check));
     }
 
-    // Whether one has of those for which belongs is true.
+    // Whether a check that belongs() has found something.
     [[nodiscard]] bool hasAny(bool (*belongs)(Check)) const;
     [[nodiscard]] bool isAsked(Check check) const
     {

@@ -49,7 +49,7 @@ bool isCharge(char16_t c)
     return c == u'+' || c == u'-';
 }
 
-// Digits and signs in the subscript and superscript forms that Unicode has, as plain ones.
+// Unicode's subscript and superscript digits and signs as plain ones.
 Sign plain(char16_t c, Level level)
 {
     constexpr QStringView superDigits(
@@ -67,7 +67,7 @@ Sign plain(char16_t c, Level level)
     return {c, level};
 }
 
-// The characters with their levels, without blanks and without tags.
+// The characters with their levels, without blanks and tags.
 std::vector<Sign> signsOf(const QString &markup)
 {
     std::vector<Sign> signs;
@@ -109,7 +109,7 @@ public:
             return *m_error;
         std::vector<Formula> readings{m_formula};
         if (m_otherCharge) {
-            // Fe3+: one atom of threefold charge as well as three atoms of one charge together.
+            // Fe3+ is one atom with a charge of 3, or three atoms with a charge of 1.
             Formula other{m_formula.atoms, *m_otherCharge};
             for (const auto &[atom, count] : m_chargedGroup)
                 other.atoms[atom] -= (m_chargedCount - 1) * count;
@@ -132,7 +132,7 @@ private:
             m_error = FormulaError{kind, message};
     }
 
-    // "n-", "cyclo-" and the like.
+    // Skips "n-", "cyclo-" and the like.
     void skipPrefix()
     {
         std::size_t length = 0;
@@ -142,7 +142,7 @@ private:
             m_at += length + 1;
     }
 
-    // A whole number of one level, or nothing.
+    // A whole number on one level, or nothing.
     std::optional<double> number(bool fraction = false)
     {
         if (!isDigit(peek()))
@@ -163,7 +163,7 @@ private:
         return value;
     }
 
-    // What stands between two dots, with its factor.
+    // Reads the part between two dots, with its factor.
     void part()
     {
         while (isDot(peek()))
@@ -178,7 +178,7 @@ private:
             fail(QStringLiteral("\"%1\" is out of place").arg(QChar(peek())));
     }
 
-    // Elements and brackets with their counts, up to a dot, a closing bracket or the end.
+    // Reads elements and brackets with their counts, up to a dot, a closing bracket or the end.
     Composition groups(int depth)
     {
         Composition atoms;
@@ -212,7 +212,7 @@ private:
         return atoms;
     }
 
-    // After "]" or a blank digits and a sign are the charge: [Fe(CN)6]3-, SO4 2-.
+    // After "]" or a blank, digits and a sign are the charge: [Fe(CN)6]3-, SO4 2-.
     [[nodiscard]] bool isDetachedCharge() const
     {
         return m_at > 0 && isDigit(peek()) && isCharge(afterDigits())
@@ -232,7 +232,7 @@ private:
         const char16_t closing = opening == u'(' ? u')' : opening == u'[' ? u']' : u'}';
         ++m_at;
         Composition atoms;
-        // [13C] and the like: an isotope without markup.
+        // An isotope without markup, such as [13C].
         if (opening == u'[' && isDigit(peek()) && isUpper(afterDigits()))
             atoms = element();
         for (const auto &[atom, count] : groups(depth + 1))
@@ -261,7 +261,7 @@ private:
         return {{{atomic.value_or(1), massNumber}, 1}};
     }
 
-    // "+", "2+", "+2", "--", with the dot of a radical before it.
+    // Reads "+", "2+", "+2" or "--", with the dot of a radical before it.
     void charge()
     {
         while (isDot(peek()))
@@ -291,11 +291,11 @@ private:
     std::size_t m_at = 0;
     Formula m_formula;
     std::optional<FormulaError> m_error;
-    // The last group and its count, to which a charge without markup may belong.
+    // The last group and its count, which a charge without markup may own.
     Composition m_lastGroup;
     double m_lastCount = 1;
     std::optional<Level> m_countLevel;
-    // The charge of the other reading, and the group that it has only once.
+    // The charge in the other reading, and the group that occurs only once in it.
     std::optional<int> m_otherCharge;
     Composition m_chargedGroup;
     double m_chargedCount = 1;

@@ -8,8 +8,8 @@
 #include <variant>
 #include <vector>
 
-// Atoms by atomic number and mass number, 0 for the natural mixture of isotopes. Counts may be
-// fractions, as in hemihydrates.
+// Atoms by atomic and mass number; mass number 0 is the natural mixture. Counts may be fractions,
+// as in hemihydrates.
 using Composition = std::map<std::pair<int, int>, double>;
 
 struct Formula {
@@ -23,15 +23,14 @@ struct FormulaError {
     QString message; // a sentence without a full stop
 };
 
-// What a sum formula in restricted markup says: elements with counts (in subscript or not), nested
+// Reads a sum formula in restricted markup: elements with counts (in subscript or not), nested
 // brackets, D and T, isotopes (<sup>13</sup>C, [13C]), charges (also "SO4 2-"), hydrates and other
-// parts after a dot, the dot of radicals, and a prefix such as "n-". There are two readings where a
-// charge without markup leaves it open what its digits belong to: Fe3+ may be a triple charge or
-// three atoms.
+// parts after a dot, the dot of radicals, and a prefix such as "n-". A charge without markup gives
+// two readings: Fe3+ may be a triple charge or three atoms.
 [[nodiscard]] std::variant<std::vector<Formula>, FormulaError> parseFormula(const QString &markup);
 
-// Whether characters that are sub- or superscripts by themselves stand in a formula.
+// Whether a formula contains Unicode's subscript or superscript characters.
 [[nodiscard]] bool hasRaisedCharacters(const QString &markup);
 
-// The atoms by element alone.
+// The atoms by element, whatever their isotopes.
 [[nodiscard]] std::map<int, double> elementCounts(const Composition &atoms);

@@ -5,7 +5,7 @@
 
 #include <optional>
 
-// A mass in unified atomic mass units, and the range in which it may have been stated.
+// A mass in unified atomic mass units, and the range of its accepted values.
 struct FormulaMass {
     double mass;
     double lowest;
@@ -14,6 +14,6 @@ struct FormulaMass {
 
 enum class MassKind { Average, Monoisotopic, Nominal };
 
-// The mass of a formula, which counts isotopes that it names as such in every kind. Nothing if an
-// element has no such mass.
+// The mass of a formula. Named isotopes count as such for every kind. Nothing if an element has no
+// such mass.
 [[nodiscard]] std::optional<FormulaMass> massOf(const Formula &formula, MassKind kind);

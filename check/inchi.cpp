@@ -15,7 +15,7 @@ namespace
 
 constexpr int hydrogen = 1;
 
-// The layers by their letters.
+// The layers by letter.
 struct Layers {
     std::map<QChar, QString> main; // without the isotopic and later ones, which repeat letters
     QString isotopes;              // the layer /i
@@ -40,7 +40,7 @@ Layers layersOf(const QStringList &layers, bool isStandard)
         if (isStandard && (isMoved || (startsPart && letter != QLatin1Char('i'))))
             failInchi(QStringLiteral("a standard InChI has no layer /%1").arg(letter));
         if (startsPart) {
-            // Those behind /f and /r are of the same atoms again.
+            // Layers behind /f and /r describe the same atoms again.
             if (letter == QLatin1Char('i') && part.isNull())
                 found.isotopes = layer.sliced(1);
             part = letter;
@@ -115,7 +115,7 @@ public:
     }
 
 private:
-    // The layer's texts, one a component; empty ones if there is no such layer.
+    // The layer's texts, one for each component; empty ones if the layer is missing.
     QStringList partsOf(char letter) const
     {
         const auto layer = m_layers.main.find(QLatin1Char(letter));

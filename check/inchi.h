@@ -7,11 +7,11 @@
 #include <utility>
 #include <variant>
 
-// What an InChI says of a species as a whole.
+// The contents of an InChI for a species as a whole.
 struct Inchi {
     std::map<int, int> atoms; // by atomic number, those of the layer /p counted
     int charge = 0;           // of the layers /q and /p
-    // Atoms that the layer /i names, by atomic and mass number; they are counted above, too.
+    // The atoms in layer /i, by atomic and mass number; atoms counts them too.
     std::map<std::pair<int, int>, int> isotopes;
 };
 
@@ -21,7 +21,7 @@ struct InchiError {
 
 // Reads an InChI of version 1 and checks its layers against each other: the formula is in Hill's
 // order, the connections name every heavy atom and no bond twice, the hydrogen layers hold the
-// formula's hydrogen, stereo layers name atoms and bonds that exist, layers with a part for each
-// component have as many as there are components, and a standard InChI has standard layers only.
-// Whether it is the canonical one is not checked.
+// formula's hydrogen, stereo layers name existing atoms and bonds, layers have one part for each
+// component, and a standard InChI has standard layers only. It does not check that the InChI is the
+// canonical one.
 [[nodiscard]] std::variant<Inchi, InchiError> parseInchi(const QString &text);

@@ -17,7 +17,7 @@ namespace
 constexpr int hydrogen = 1;
 constexpr int carbon = 6;
 
-// The element of an atom: numbers follow the formula, and those of hydrogen all others.
+// The element of an atom: numbers follow the formula, with hydrogen last.
 int elementAt(const InchiComponent &component, int atom)
 {
     component.checkNumber(atom);
@@ -37,7 +37,7 @@ int elementAt(const InchiComponent &component, int atom)
     return hydrogen;
 }
 
-// "D2", "T", "DT2"; H is light hydrogen that is named as such.
+// Reads "D2", "T" or "DT2"; H is light hydrogen named as such.
 void takeHydrogens(InchiScanner &scanner, InchiIsotopes &isotopes)
 {
     constexpr QStringView letters(u"HDT");

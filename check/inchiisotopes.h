@@ -12,8 +12,8 @@ struct InchiComponent;
 using InchiIsotopes = std::map<std::pair<int, int>, int>;
 
 // Adds the isotopes in a component's part of the layer /i, such as "1+1D3,2D": atom 1 is one mass
-// number above the usual one and binds three deuterium atoms, atom 2 binds one.
+// number above the usual one and has three deuterium atoms, atom 2 has one.
 void addIsotopes(const InchiComponent &component, const QString &text, InchiIsotopes &isotopes);
 
-// The same for its part of the layer /h behind that, of hydrogen without a place: "D2".
+// Adds those in its part of the later layer /h, which places no atoms: "D2".
 void addIsotopicHydrogens(const QString &text, InchiIsotopes &isotopes);

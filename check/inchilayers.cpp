@@ -59,7 +59,7 @@ void addBond(InchiComponent &component, int from, int to)
                       .arg(to));
 }
 
-// A chain of atoms with its branches; from is the atom that it starts at, or 0.
+// Reads a chain of atoms with its branches; from is the atom where it starts, or 0.
 void takeChain(InchiComponent &component, InchiScanner &scanner, int from, int depth)
 {
     if (depth > deepestBranch)
@@ -141,7 +141,7 @@ void takeConnections(InchiComponent &component, const QString &text)
                           .arg(component.heavyAtoms));
         return;
     }
-    // Hydrogen atoms between others have numbers after all the heavy ones.
+    // Bridging hydrogen atoms are numbered after the heavy ones.
     component.numberedAtoms = std::max(*named.rbegin(), component.heavyAtoms);
     for (int atom = 1; atom <= component.numberedAtoms; ++atom) {
         if (!named.contains(atom))
@@ -158,7 +158,7 @@ void takeConnections(InchiComponent &component, const QString &text)
 
 int hydrogensOf(const InchiComponent &component, const QString &text)
 {
-    // A hydrogen atom with a number of its own: where there is nothing else, and in bridges.
+    // Hydrogen atoms have numbers where there is no other element, and in bridges.
     int total =
         component.heavyAtoms == 0 ? 1 : std::max(component.numberedAtoms - component.heavyAtoms, 0);
     std::set<int> fixed;
@@ -190,7 +190,7 @@ int hydrogensOf(const InchiComponent &component, const QString &text)
             scanner.expect('H');
             total += atoms * scanner.number(1);
         }
-        // Groups in brackets follow each other without a comma.
+        // Groups in brackets are not separated by commas.
         if (!scanner.atEnd() && scanner.peek() != QLatin1Char('('))
             scanner.expect(',');
     }

@@ -9,10 +9,10 @@
 #include <utility>
 #include <vector>
 
-// The parts of an InChI that describe one component, each by its own text. Errors are thrown
-// as InchiLayerError.
+// The parts of an InChI that describe one component, as texts. Errors are thrown as
+// InchiLayerError.
 
-// One component's formula and what the layers say of it.
+// A component's formula and what the layers add to it.
 struct InchiComponent {
     std::map<int, int> atoms;            // by atomic number
     int heavyAtoms = 0;                  // all but hydrogen
@@ -25,10 +25,10 @@ struct InchiComponent {
 // The components of a formula layer such as "C2H6O.2ClH".
 [[nodiscard]] std::vector<InchiComponent> inchiFormula(const QString &layer);
 
-// The texts of a layer for each component: "2*+3;;" are three.
+// The texts of a layer, one for each component: "2*+3;;" has three.
 [[nodiscard]] QStringList inchiParts(const QString &layer);
 
-// Takes the connections of a component, such as "1-3(2)4", into it.
+// Adds the connections of a component, such as "1-3(2)4".
 void takeConnections(InchiComponent &component, const QString &text);
 
 // The hydrogen atoms in a component's part of the layer /h, such as "1,3H2,(H,4,5)".

@@ -11,7 +11,7 @@ struct InchiLayerError {
 };
 [[noreturn]] void failInchi(const QString &message);
 
-// Reads the text of a layer, which must outlive it, from its front.
+// Reads a layer from its front; the text must outlive it.
 class InchiScanner
 {
 public:
@@ -22,7 +22,7 @@ public:
     [[nodiscard]] bool atDigit() const;
     bool take(char c);
     QChar takeAny();
-    // A number, or the default where none stands; without a default one has to stand there.
+    // The next number; the default if there is none, or an error without a default.
     int number(int otherwise);
     int number();
     void expect(char c);

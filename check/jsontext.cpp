@@ -15,11 +15,11 @@ namespace
 constexpr qsizetype deepestNesting = 1024; // Qt's own limit
 constexpr QByteArrayView byteOrderMark("\xef\xbb\xbf");
 
-// The offset after the string that starts with the quote at begin and whose text has this length.
+// The offset after the string that begins with the quote at begin and has a text of this length.
 qsizetype endOfString(QByteArrayView bytes, qsizetype begin, const char *text, qsizetype length)
 {
     qsizetype at = begin + 1;
-    // As a rule nothing is escaped, and the text is as long as it stands there.
+    // Most strings have no escapes, and their text is as long as in the file.
     if (at + length < bytes.size() && bytes[at + length] == '"'
         && std::memcmp(bytes.data() + at, text, static_cast<std::size_t>(length)) == 0)
         return at + length + 1;
@@ -30,7 +30,7 @@ qsizetype endOfString(QByteArrayView bytes, qsizetype begin, const char *text, q
 
 } // namespace
 
-// Takes the parser's events.
+// Receives the parser's events.
 class JsonTextBuilder
 {
 public:
@@ -42,7 +42,7 @@ public:
     bool Bool(bool value) { return literal(JsonKind::Bool, value ? 4 : 5, value); }
     bool RawNumber(const char *, rapidjson::SizeType length, bool)
     {
-        // The stream still stands where the number begins.
+        // The stream is still at the start of the number.
         auto &number = add(JsonKind::Number, m_stream.Tell());
         number.end = static_cast<quint32>(number.begin + length);
         return true;
@@ -68,7 +68,7 @@ public:
     bool EndObject(rapidjson::SizeType count) { return close(count); }
     bool EndArray(rapidjson::SizeType count) { return close(count); }
 
-    // Numbers are taken as they are written.
+    // Numbers are kept as text.
     bool Int(int) { return false; }
     bool Uint(unsigned) { return false; }
     bool Int64(std::int64_t) { return false; }
@@ -130,7 +130,7 @@ private:
 namespace
 {
 
-// What is wrong with an escape, or a character that must be written as one.
+// Says what is wrong with an escape or with an unescaped control character.
 QString escapeError(char c)
 {
     constexpr int hexadecimal = 16;
@@ -196,7 +196,7 @@ JsonText::JsonText(const QByteArray &bytes)
     if (result.IsError())
         m_error = errorOf(result, m_bytes);
     else if (const auto end = static_cast<qsizetype>(stream.Tell()); end != m_bytes.size())
-        // To the parser a zero byte is the end.
+        // The parser takes a zero byte for the end.
         m_error = {JsonError::Syntax, end, QStringLiteral("A zero byte in the text.")};
 }
 

@@ -13,7 +13,7 @@ class JsonText;
 
 enum class JsonKind : quint8 { Null, Bool, Number, String, Array, Object };
 
-// Why and at which byte a text is no JSON.
+// Why a text is no JSON, and at which byte.
 struct JsonError {
     enum Kind { Syntax, NumberTooLarge };
     Kind kind = Syntax;
@@ -21,7 +21,7 @@ struct JsonError {
     QString message;
 };
 
-// A value of a JsonText, which must outlive it; or none, of which only the test may be asked.
+// A value of a JsonText, which must outlive it; or none, which supports only the test for it.
 class JsonValue
 {
 public:
@@ -36,23 +36,23 @@ public:
     [[nodiscard]] bool isNumber() const { return kind() == JsonKind::Number; }
     [[nodiscard]] bool toBool() const;
 
-    // Offsets of the value's first byte and of the one after its last.
+    // The offsets of the value's first byte and after its last.
     [[nodiscard]] qsizetype begin() const;
     [[nodiscard]] qsizetype end() const;
-    // The value as it stands in the file: a number with all its digits.
+    // The value's bytes in the file: a number with all its digits.
     [[nodiscard]] QByteArrayView raw() const;
     // The text of a string, escapes resolved, as UTF-8; empty for other values.
     [[nodiscard]] QByteArrayView utf8() const;
     [[nodiscard]] QString string() const;
 
-    // The members of an object or the elements of an array, in the order of the file.
+    // The members of an object or elements of an array, in file order.
     [[nodiscard]] qsizetype count() const;
     [[nodiscard]] JsonValue firstChild() const;
     [[nodiscard]] JsonValue nextSibling() const;
-    // The member that a reader keeps of all of this name: the last one. None if there is none.
+    // The last member of this name, as readers keep that one; none if it is missing.
     [[nodiscard]] JsonValue member(QLatin1String key) const;
 
-    // Of an object's member: its key, and the offset of the key's opening quote.
+    // The key of an object's member, and the offset of its opening quote.
     [[nodiscard]] bool hasKey() const;
     [[nodiscard]] QByteArrayView keyUtf8() const;
     [[nodiscard]] QString key() const;
@@ -70,14 +70,14 @@ private:
     quint32 m_index = 0;
 };
 
-// A JSON text that remembers where each of its values stands, how each number was written and which
-// keys are written twice: what the editor's reader forgets. Nesting is limited as there.
+// A JSON text with the places of its values, the digits of its numbers and its duplicate keys, all
+// of which QJsonDocument forgets. The limit of nesting is Qt's.
 class JsonText
 {
     Q_DISABLE_COPY_MOVE(JsonText)
 
 public:
-    // Parses UTF-8 of less than 4 GB; a byte order mark is passed over.
+    // Parses UTF-8 of less than 4 GB; a byte order mark is skipped.
     explicit JsonText(const QByteArray &bytes);
 
     [[nodiscard]] const std::optional<JsonError> &error() const { return m_error; }

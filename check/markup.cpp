@@ -11,7 +11,7 @@
 namespace
 {
 
-// Names of entities that people write; Qt knows more.
+// The usual names of entities; Qt knows more.
 constexpr std::array entityNames{
     QLatin1String("amp"),    QLatin1String("lt"),     QLatin1String("gt"),
     QLatin1String("quot"),   QLatin1String("apos"),   QLatin1String("nbsp"),
@@ -30,7 +30,7 @@ constexpr std::array entityNames{
     QLatin1String("copy"),   QLatin1String("reg"),
 };
 
-// Characters that nobody sees, or that stand for something lost in a conversion.
+// Characters that are invisible, or that replace something lost in a conversion.
 bool isInvisible(char16_t c)
 {
     const auto within = [c](char16_t first, char16_t last) { return c >= first && c <= last; };
@@ -40,7 +40,7 @@ bool isInvisible(char16_t c)
            || within(u'\ufff9', u'\ufffd');
 }
 
-// Blanks that shrink; the no-break space does not.
+// Blanks that Qt joins to one; the no-break space is none.
 bool isBlank(QChar c)
 {
     return c.isSpace() && c != QChar::Nbsp && c.unicode() != u'\u2028' && c.unicode() != u'\u2029'
@@ -63,7 +63,7 @@ bool isAsciiDigit(QChar c)
     return c >= u'0' && c <= u'9';
 }
 
-// Where a run of such characters ends that starts there.
+// The end of the run of characters that begins at from.
 template <typename Predicate>
 qsizetype endOfRun(QStringView text, qsizetype from, Predicate belongs)
 {
@@ -71,9 +71,8 @@ qsizetype endOfRun(QStringView text, qsizetype from, Predicate belongs)
     return end - text.begin();
 }
 
-// The tag at the start of text, which is a "<". Looked for by hand, as what follows are: an
-// expression checks the rest of the whole text before each match, which takes the square of its
-// length where there are many.
+// The tag at the start of text, which is a "<". This and the next function do without expressions,
+// which check the whole text before each match and so take the square of its length.
 std::optional<Tag> tagAt(QStringView text)
 {
     const bool closes = text.sliced(1).startsWith(u'/');
@@ -92,8 +91,8 @@ std::optional<Tag> tagAt(QStringView text)
     return Tag{text.first(end + 1), text.sliced(from, nameEnd - from), closes};
 }
 
-// The entity at the start of text, which is a "&", if it is one that people write: a number or one
-// of the names, and ";" or the end of the text.
+// The entity at the start of text, which is a "&", if it is a usual one: a number or one of the
+// names, and ";" or the end of the text.
 QStringView entityAt(QStringView text)
 {
     const bool isNumber = text.sliced(1).startsWith(u'#');
@@ -139,7 +138,7 @@ public:
                         .arg(QString::number(c.unicode(), 16).toUpper().rightJustified(4, u'0')));
             else if (c == QLatin1Char('&'))
                 checkEntity(at);
-            // A line feed of a field of lines starts a line.
+            // A line feed starts a line in a field of lines.
             atStart = m_isLines && c == QLatin1Char('\n');
             afterBlank = isBlank(c);
             ++at;
@@ -159,7 +158,7 @@ private:
             m_issues.push_back({kind, message});
     }
 
-    // Returns where the text goes on after what starts with "<".
+    // Returns the offset after what begins with "<".
     qsizetype takeTag(qsizetype at, bool &atStart, bool &afterBlank)
     {
         const std::optional<Tag> tag = tagAt(QStringView(m_text).sliced(at));
@@ -224,7 +223,7 @@ private:
     std::vector<MarkupIssue> m_issues;
 };
 
-// Whether there is nothing to look at, as in most texts.
+// Whether there is nothing to check, as in most texts.
 bool isPlain(const QString &text)
 {
     char16_t last = u' ';

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-// Something in a text of restricted markup that its field in the editor cannot hold.
+// Something in a text of restricted markup that the editor's field cannot hold.
 struct MarkupIssue {
     enum Kind {
         ForeignTag, // removed when the file is saved
@@ -17,6 +17,5 @@ struct MarkupIssue {
     QString message; // a sentence without a full stop
 };
 
-// The issues of a text, at most one of each kind: the first. Line feeds are no issue in a field of
-// lines, whose text is read with them.
+// The first issue of each kind in a text. In a field of lines a line feed is none.
 [[nodiscard]] std::vector<MarkupIssue> markupIssues(const QString &text, bool isLines);

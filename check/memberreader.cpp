@@ -43,7 +43,7 @@ bool MemberReader::fill()
     return !m_buffer.isEmpty();
 }
 
-// Takes what has been passed since the last time into the member's text.
+// Adds the bytes that were passed to the member's text.
 void MemberReader::keepPassed()
 {
     if (m_keeps)
@@ -51,7 +51,7 @@ void MemberReader::keepPassed()
     m_keptTo = m_at;
 }
 
-// The next byte; -1 at the end.
+// Returns the next byte; -1 at the end.
 int MemberReader::peek()
 {
     if (m_at == m_buffer.size() && !fill())
@@ -70,7 +70,7 @@ void MemberReader::passBlanks()
         pass();
 }
 
-// From its opening quote to behind the closing one.
+// Passes a string from its opening to its closing quote.
 void MemberReader::passString()
 {
     pass();
@@ -124,7 +124,7 @@ bool MemberReader::next()
     return nextKey();
 }
 
-// Up to the first key; false if there is none.
+// Goes to the first key; false if there is none.
 bool MemberReader::begin()
 {
     for (const unsigned char c : {0xef, 0xbb, 0xbf}) { // a byte order mark

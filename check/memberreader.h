@@ -9,41 +9,41 @@
 
 #include <optional>
 
-// Reads the members of a JSON text's top-level object one after the other and holds one at a time,
-// so that memory is that of the largest one. Looks only at what is needed for that: quotes,
-// brackets, commas. Whether a member is right is for JsonText to say.
+// Reads the members of a JSON text's top-level object one by one and holds one at a time, so that
+// memory is that of the largest. It looks only at quotes, brackets and commas; JsonText judges the
+// members.
 class MemberReader
 {
     Q_DISABLE_COPY_MOVE(MemberReader)
 
 public:
-    // Reads from the device's present place; the device must outlive the reader.
+    // Reads from the device's present place; the device must outlive this.
     explicit MemberReader(QIODevice &device);
 
-    // Goes to the next member; passes over the value of the one before if it was not taken. False
-    // behind the last one, and if something is wrong: see error() and hasFailed().
+    // Goes to the next member, past the value of the previous one if it was not taken. False after
+    // the last one and after an error: see error() and hasFailed().
     [[nodiscard]] bool next();
-    // The key, escapes resolved, and the place of its opening quote.
+    // The key with resolved escapes, and the place of its opening quote.
     [[nodiscard]] QString key() const;
     [[nodiscard]] TextPosition keyPosition() const { return m_keyPosition; }
-    // How many bytes of the device have been read: up to the value before the member is taken, and
-    // up to its end behind that.
+    // The bytes read from the device: up to the member's value before take(), up to its end after
+    // that.
     [[nodiscard]] qint64 offset() const { return m_read - (m_buffer.size() - m_at); }
 
-    // An object of this member alone: "{", the member as it stands in the text, and "}", which is
-    // missing where the text ends within the member. Nothing if the member has more than
-    // largestMember bytes, not counting white space between its values.
+    // An object of this member alone: "{", the member as in the text, and "}", which is missing if
+    // the text ends within the member. Nothing if the member has more than largestMember bytes
+    // without the white space between its values.
     [[nodiscard]] std::optional<QByteArray> take(qint64 largestMember);
-    // The member's value if it is a text. Takes the member.
+    // The member's value if it is a string. Takes the member.
     [[nodiscard]] QString takeString();
 
     struct Error {
         TextPosition position;
         QString message; // a sentence without a full stop
     };
-    // What is wrong between two members, or around all of them.
+    // The error between two members or around all of them.
     [[nodiscard]] const std::optional<Error> &error() const { return m_error; }
-    // Whether the device could not be read to its end.
+    // Whether reading the device failed.
     [[nodiscard]] bool hasFailed() const { return m_failed; }
 
 private:
@@ -78,11 +78,11 @@ private:
     std::optional<Error> m_error;
 };
 
-// What a JSON file is, told by its first keys without reading more: they are those of the datasets
-// or the species, of entries or the header, or the "Type". Other if none of these is found.
+// The kind of a JSON file, judged by its first keys only: datasets or the species, entries or the
+// header, or the "Type". Other if it has none of these.
 enum class FileKind { Other, Species, Database };
 [[nodiscard]] FileKind kindByFirstKeys(QIODevice &device);
 
-// Whether the file is a database by its first keys and by its "Type", or would be if it were not
+// Whether the file is a database by its first keys and its "Type", or would be if it were not
 // broken. Memory does not grow with the file.
 [[nodiscard]] bool isDatabaseFile(const QString &path);

@@ -19,8 +19,8 @@ bool isDigit(char c)
 
 NumberForm formOf(QByteArrayView raw)
 {
-    // Qt takes the shorter form, which has an exponent in 1e-04, and may have one in large
-    // numbers.
+    // Qt writes the shorter form, which is 1e-04 for small numbers and may have an exponent for
+    // large ones.
     constexpr int mostLeadingZeros = 2;
     constexpr int mostWholeDigits = 6;
     int significant = 0;  // up to the last digit that is not 0
@@ -56,7 +56,7 @@ std::optional<double> valueOf(QByteArrayView raw)
 {
     double value = 0;
     const auto [end, error] = std::from_chars(raw.begin(), raw.end(), value);
-    // Of zero with any exponent there is nothing that could be lost.
+    // Zero loses nothing, whatever its exponent.
     if (error == std::errc() || formOf(raw).significantDigits == 0)
         return error == std::errc() ? value : 0.0;
     return std::nullopt;

@@ -32,7 +32,7 @@ struct OverrideError {
 
 [[nodiscard]] std::variant<QList<Override>, OverrideError> parseOverrides(const QByteArray &text);
 
-// Takes the findings that are overridden out of the list, and appends one for each override that
-// was not needed, at its line of the file with this name.
+// Removes overridden findings from the list, and appends one for each override that was not needed,
+// at its line of the file with this name.
 void applyOverrides(const QList<Override> &overrides, const QString &name,
                     QList<Finding> &findings);

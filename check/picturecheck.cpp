@@ -17,7 +17,7 @@ void checkPicture(const JsonValue &value, FindingList &findings)
         return;
     const QByteArray bytes = QByteArray::fromBase64(value.utf8().toByteArray());
     const QSize size = soundPngSize(bytes).value_or(QSize());
-    // What the quick look does not vouch for the editor's own decoder has to tell.
+    // Fall back to full decoding.
     const QSize decoded = size.isValid() ? size : decodePicture(bytes).size();
     if (decoded.isEmpty()) {
         findings.add(Check::ImageDecode, value,

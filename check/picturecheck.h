@@ -4,5 +4,5 @@
 #include "check/findinglist.h"
 #include "check/jsontext.h"
 
-// Checks the structure image of a profile. Nothing is said of a profile without one.
+// Checks the structure image of a profile; a missing image is no finding.
 void checkPicture(const JsonValue &value, FindingList &findings);

@@ -68,13 +68,13 @@ std::optional<Header> headerOf(QByteArrayView data)
                   data[9] == 3};
 }
 
-// Whether the compressed data hold exactly the picture's lines, each with a filter that exists.
+// Whether the compressed data are exactly the picture's lines, each with a valid filter.
 bool holdsLines(const QByteArray &compressed, const Header &header)
 {
     const std::size_t line =
         1 + (static_cast<std::size_t>(header.size.width()) * header.bitsPerPixel + 7) / 8;
     const std::size_t expected = line * static_cast<std::size_t>(header.size.height());
-    // Kept by each thread: clearing pages anew would take as long as inflating.
+    // Each thread keeps its own: clearing new pages would take as long as inflating.
     thread_local const std::unique_ptr<libdeflate_decompressor,
                                        decltype(&libdeflate_free_decompressor)>
         decompressor(libdeflate_alloc_decompressor(), &libdeflate_free_decompressor);

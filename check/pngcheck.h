@@ -6,8 +6,8 @@
 
 #include <optional>
 
-// The size of the picture in the bytes of a PNG file if these are sound to the last pixel: chunks,
-// their checksums, the compressed data and the lines in them. Decoding such a picture succeeds, but
-// takes twenty times as long. Nothing for everything else, which is not to say that it cannot be
-// decoded: pictures of more than 4 million pixels, interlaced ones and other formats among it.
+// The size of the picture in the bytes of a PNG file whose chunks, checksums, compressed data and
+// lines are all correct. Decoding it would succeed, but takes twenty times as long. Nothing for
+// anything else, which may still be decodable: pictures of more than 4 million pixels, interlaced
+// ones, other formats.
 [[nodiscard]] std::optional<QSize> soundPngSize(QByteArrayView bytes);

@@ -16,7 +16,7 @@ QString eV(double energy)
     return QString::number(energy, 'g', 8) + QStringLiteral(" eV");
 }
 
-// The element of a list at index; the list itself if there is none.
+// The element of a list at index; the list itself without one.
 JsonValue elementOfList(const JsonValue &list, std::size_t index)
 {
     JsonValue element = list.firstChild();
@@ -25,7 +25,7 @@ JsonValue elementOfList(const JsonValue &list, std::size_t index)
     return element ? element : list;
 }
 
-// The energy at index, where findings about it stand.
+// The energy at index, where findings about it belong.
 JsonValue elementAt(const PointArrays &points, std::size_t index)
 {
     return elementOfList(points.energies, index);
@@ -36,7 +36,7 @@ QString others(qsizetype count)
     return count > 1 ? QStringLiteral(" (and %1 more)").arg(count - 1) : QString();
 }
 
-// Reports the first step between two energies for which wrong is true, and counts the others.
+// Reports the first energy step for which wrong is true, and counts the others.
 template <typename Predicate, typename Report>
 void forSteps(const std::vector<double> &energies, Predicate &&wrong, Report &&report)
 {
@@ -115,7 +115,7 @@ void checkGap(const PointArrays &points, FindingList &findings)
         largest = std::max(largest, step);
         smallest = std::min(smallest, std::abs(step));
     }
-    // The median is no smaller than the smallest step.
+    // The median is at least the smallest step.
     if (largest <= widest * smallest)
         return;
     std::vector<double> steps;
@@ -184,7 +184,7 @@ const Unit units[] = {
     {"cm-1", 24'000, 400'000, [](double wavenumber) { return wavenumber / wavenumbersPerEv; }},
 };
 
-// Whether energies in the unit lie where this species, or most, are ionised.
+// Whether energies in the unit lie where this species, or most species, are ionised.
 bool fits(const Unit &unit, double low, double high, const ProfileEnergies &known)
 {
     constexpr double margin = 1.15;

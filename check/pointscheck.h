@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <vector>
 
-// The points of a spectrum as they stand in the file.
+// The points of a spectrum as in the file.
 struct PointArrays {
     std::vector<double> energiesEv;
     std::vector<double> intensities;
@@ -19,10 +19,10 @@ struct PointArrays {
     bool hasTooManyDigits = false;
 };
 
-// Reads the points of a spectrum object as the editor does, and reports what it makes of them.
+// Reads the points of a spectrum object like the editor and reports what gets lost.
 [[nodiscard]] PointArrays readPoints(const JsonValue &spectrum, FindingList &findings);
 
-// What is known of the spectrum that the points belong to.
+// What is known about the spectrum of the points.
 struct PointContext {
     bool isLineSpectrum = false;
     ProfileEnergies energies;
@@ -31,6 +31,6 @@ struct PointContext {
 // Checks the energies and intensities of whole points.
 void checkPoints(const PointArrays &points, const PointContext &context, FindingList &findings);
 
-// A fingerprint of energies and intensities: equal ones are equal points, for all practical
+// A fingerprint of energies and intensities: equal ones mean equal points, for all practical
 // purposes.
 [[nodiscard]] std::array<std::uint64_t, 2> fingerprintOf(const PointArrays &points);

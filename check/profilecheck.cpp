@@ -56,7 +56,7 @@ void checkCas(const JsonValue &value, FindingList &findings)
     const QString cas = plainText(value);
     if (cas.isEmpty() || isValidCasNumber(cas))
         return;
-    // Of the ten check digits one is right, if the form is.
+    // One of the ten check digits is correct if the form is.
     const QString others = cas.chopped(1);
     for (int digit = 0; digit <= 9; ++digit) {
         if (isValidCasNumber(others + QString::number(digit))
@@ -131,7 +131,7 @@ ProfileEnergies checkProfile(const JsonValue &species, FindingList &findings)
     const JsonValue vertical = species.member(verticalKey);
     const std::optional<EnergyText> aie = checkEnergy(species.member(adiabaticKey), findings);
     const std::optional<EnergyText> vie = checkEnergy(vertical, findings);
-    // Each may have been rounded: 12.62 is not below 12.621.
+    // Each value may have been rounded: 12.62 is not below 12.621.
     if (aie && vie && vie->value + vie->tolerance + aie->tolerance < aie->value)
         findings.add(
             Check::VieBelowAie, vertical,

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-// What other checks need to know of a profile.
+// The energies of a profile that other checks need.
 struct ProfileEnergies {
     std::optional<double> aie; // eV
     std::optional<double> vie; // eV

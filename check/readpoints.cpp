@@ -12,7 +12,7 @@
 namespace
 {
 
-// Counts the numbers of one list that have something wrong, and remembers the first.
+// Counts the faulty numbers of one list and remembers the first.
 struct Tally {
     qsizetype count = 0;
     JsonValue first;
@@ -21,7 +21,7 @@ struct Tally {
         if (count++ == 0)
             first = value;
     }
-    // " (and 3 more)", or nothing.
+    // Returns " (and 3 more)", or nothing.
     [[nodiscard]] QString others() const
     {
         return count > 1 ? QStringLiteral(" (and %1 more)").arg(count - 1) : QString();
@@ -31,7 +31,7 @@ struct Tally {
 class NumberReader
 {
 public:
-    // The number that the editor reads; 0 for what is none.
+    // The number that the editor reads; 0 for anything else.
     double read(const JsonValue &value)
     {
         if (!value || !value.isNumber()) {
@@ -82,7 +82,7 @@ private:
     Tally m_rounded;
 };
 
-// The elements of a list; what is no list has none.
+// The elements of a list; anything else has none.
 std::vector<double> readList(const JsonValue &list, NumberReader &reader)
 {
     std::vector<double> numbers;

@@ -50,7 +50,7 @@ void reportDuplicateKey(const QString &key, const Place &place, FindingList &fin
 
 void checkDuplicateKeys(const JsonValue &root, FindingList &findings)
 {
-    // Nesting is limited by the reader, but not so far that recursion would be safe.
+    // The reader limits nesting, but not enough for recursion.
     std::vector<JsonValue> open{root};
     while (!open.empty()) {
         const JsonValue value = open.back();
@@ -96,7 +96,7 @@ QString similarKey(const QString &key, std::span<const KnownKey> known)
     for (const KnownKey &each : known) {
         const QString name(each.key);
         const qsizetype distance = editDistance(key.toLower(), name.toLower(), Swaps::No);
-        // Two changes make another word of a short one.
+        // Two edits turn a short word into another one.
         if (distance < bestDistance && 2 * distance < name.size()) {
             best = name;
             bestDistance = distance;
@@ -117,7 +117,7 @@ bool checkKind(const JsonValue &value, JsonKind kind, FindingList &findings)
     const QString readAs = kind == JsonKind::Number ? QStringLiteral("0")
                            : kind == JsonKind::Bool ? QStringLiteral("false")
                                                     : QStringLiteral("empty");
-    // Nothing is lost where there was nothing, but another program may not read it like that.
+    // A null loses nothing, but another program may read it differently.
     const bool isNull = value.kind() == JsonKind::Null;
     findings.add(Check::ValueType, value,
                  QStringLiteral("%1 is %2, but the editor reads %3 here and takes it for %4")

@@ -16,7 +16,8 @@ QByteArray counted(qsizetype count, const char *what)
     return QByteArray::number(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
-// A text for one line of a terminal: control characters, which could move its cursor, as escapes.
+// A text for one line of a terminal, with escapes for control characters, which could move its
+// cursor.
 QByteArray shown(const QString &text)
 {
     constexpr int hexadecimal = 16;
@@ -46,7 +47,7 @@ QByteArray findingLine(const Finding &finding, bool coloured)
            + ' ' + shown(finding.message) + " [" + QByteArray(id.data(), id.size()) + "]\n";
 }
 
-// Data of a workflow command, and one of its properties.
+// The data of a workflow command, and one of its properties.
 QByteArray commandData(QByteArray text)
 {
     return text.replace('%', "%25").replace('\r', "%0D").replace('\n', "%0A");

@@ -19,7 +19,7 @@ QJsonArray rules()
 {
     QJsonArray rules;
     for (const CheckInfo &info : allChecks()) {
-        // Sentences of the descriptions end as the format asks for.
+        // The format requires full stops in descriptions.
         const QString summary = QString(info.summary).at(0).toUpper()
                                 + QString(info.summary).sliced(1) + QLatin1Char('.');
         rules.append(
@@ -36,7 +36,7 @@ QJsonArray rules()
 
 QJsonObject result(const Finding &finding)
 {
-    // A relative reference: what looks like a scheme must not become one.
+    // A relative reference must not look as if it had a scheme.
     const QString uri = QString::fromLatin1(QUrl::toPercentEncoding(finding.plainPath(), "/"));
     QJsonObject location{
         {QStringLiteral("physicalLocation"),

@@ -61,7 +61,8 @@ qsizetype countNoNumbers(const QJsonObject &spectrum)
 class Losses
 {
 public:
-    // The members of an object that the record under path knows, and those that it does not.
+    // Compares the members of an object that the record under path knows, and those that it does
+    // not.
     void compareMembers(const QByteArray &path, const QJsonObject &before, const QJsonObject &after)
     {
         for (auto member = before.begin(); member != before.end(); ++member) {
@@ -86,8 +87,7 @@ public:
         if (!before.isObject() && !before.isUndefined())
             return add("/Species", shown(before));
         QJsonObject rest = before.toObject();
-        // Whether the picture is the same is for the decoder to say: what is lost is one that
-        // cannot be decoded.
+        // Only the decoder can compare pictures: a lost one cannot be decoded.
         const QLatin1String imageKey = keyOf(SpeciesColumn::Image);
         const QJsonValue picture = rest.take(imageKey);
         const bool isEmpty = picture.isUndefined() || picture == QJsonValue(QString());
@@ -112,7 +112,7 @@ public:
 private:
     void add(const QByteArray &place, const QByteArray &what)
     {
-        // A spectrum file is its only spectrum.
+        // A spectrum file is one spectrum.
         lines.append((place.isEmpty() ? QByteArray("Spectrum") : place) + ": " + what);
     }
 
@@ -136,8 +136,8 @@ private:
     }
 };
 
-// The innermost value of the text that is another one, or missing, after it was saved; one that
-// holds values where it lacks one.
+// The innermost value that saving changes or removes; for a missing member, the value that holds
+// it.
 JsonValue firstChange(const JsonValue &value, const QJsonValue &before, const QJsonValue &after)
 {
     qsizetype index = 0;
@@ -154,8 +154,8 @@ JsonValue firstChange(const JsonValue &value, const QJsonValue &before, const QJ
     return value;
 }
 
-// The offset from which on the editor would write the text in another way: in the layout, or else
-// in a value. Nothing also for what its reader takes for no file.
+// The offset of the first byte that the editor would write differently, in the layout or in a
+// value. Nothing, too, for a text that it cannot read.
 std::optional<qsizetype> placeThatSavingChanges(const JsonText &text)
 {
     if (const std::optional<qsizetype> place = firstOtherByte(text))

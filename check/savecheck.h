@@ -8,27 +8,27 @@
 #include <QByteArrayList>
 #include <QJsonObject>
 
-// A file, and what the editor writes after loading it (asSavedFile()).
+// Compares a file with what the editor writes after loading it (asSavedFile()).
 
-// Reports if the bytes of a species or spectrum file would be others. Nothing is said where another
-// finding has named what changes.
+// Reports if saving would change the bytes of a species or spectrum file, unless another finding
+// has named the change.
 void checkSaving(const JsonText &text, FindingList &findings);
 
-// Whether a finding of the check names what is lost with the next save.
+// Whether the check's findings name what the next save loses.
 [[nodiscard]] bool saysWhySavingChanges(Check check);
 
-// What of the file's object before is not in after, the object that the editor would save of it:
-// one line for each place, by its path from the top ("/Species/Note: ..."; "Spectrum" for a
-// spectrum file as a whole). Numbers of an array are taken together. Spectra that only get another
-// number, a picture that is encoded anew, and points in another form are not lost.
+// The losses between a file's object and what the editor would save: one line for each place, by
+// its path from the top ("/Species/Note: ..."; "Spectrum" for a whole spectrum file). Numbers of an
+// array count together. Renumbered spectra, reencoded pictures and points in another form are no
+// losses.
 [[nodiscard]] QByteArrayList lossesBetween(const QJsonObject &before, const QJsonObject &after);
 
-// A line of the same form for each value of the JSON text whose key is written again below it,
-// which no reader of objects gets to see.
+// One line of the same form for each value of the JSON text whose key occurs again later, which no
+// reader of objects sees.
 [[nodiscard]] QByteArrayList lossesInReading(const QByteArray &json);
 
 // Why the editor would lose points of the spectrum object; empty if it would not.
 [[nodiscard]] QByteArray whyPointsAreLost(const QJsonObject &spectrum);
 
-// What the objects of points hold besides their two numbers, which nobody reads; empty if nothing.
+// What point objects hold besides their two numbers, which nobody reads; empty if nothing.
 [[nodiscard]] QByteArray whatElsePointsHold(const QJsonObject &spectrum);

@@ -58,8 +58,8 @@ TextUse useOf(SpectrumColumn column)
     }
 }
 
-// The label of the field says K. What is a number in K may have signs before it, and an
-// uncertainty, a range or words behind it.
+// The field's label has the unit K. A number in K may have a sign, and be followed by an
+// uncertainty, a range or words.
 void checkTemperature(const JsonValue &value, FindingList &findings)
 {
     static const QRegularExpression form(
@@ -72,7 +72,7 @@ void checkTemperature(const JsonValue &value, FindingList &findings)
                      QStringLiteral("Write it in K, such as 298."));
 }
 
-// The index of the type as the editor reads it; -1 for one that is not in the list.
+// The index of the type as the editor reads it; -1 if it is not in the list.
 int checkType(const JsonValue &value, FindingList &findings)
 {
     if (!value || !value.isNumber())
@@ -117,7 +117,7 @@ void checkMissing(const JsonValue &spectrum, FindingList &findings)
 {
     const auto isMissing = [&](QLatin1String key) {
         const JsonValue value = spectrum.member(key);
-        // A value of another kind has been reported as such.
+        // A value of another kind has its own finding.
         return !value || (value.isString() && plainText(value).isEmpty());
     };
     const auto report = [&](Check check, QLatin1String key, const QString &message) {
@@ -147,7 +147,7 @@ void checkDoi(const JsonValue &value, FindingList &findings)
                                   : QStringLiteral("A DOI looks like 10.1063/1.1234567."));
 }
 
-// A date written as year-month-day in that many digits; an invalid one if it does not exist.
+// A date written as year-month-day in that many digits; invalid if it does not exist.
 QDate dateOf(QStringView text)
 {
     return QDate::fromString(text.toString(), Qt::ISODate);
@@ -178,7 +178,7 @@ void checkDates(const JsonValue &spectrum, QDate today, FindingList &findings)
                          QStringLiteral("%1 %2 is not a date").arg(created.key(), quoted(text)),
                          QStringLiteral("Write it as yyyy-MM-dd."));
     }
-    // Dates and names of facilities, in any form; what looks like a date must be one.
+    // Dates and names of facilities, in any form; a date among them must be valid.
     const JsonValue facility = spectrum.member(facilityDateKey);
     const QString text = plainText(facility);
     for (auto matches = within.globalMatch(text); matches.hasNext();)

@@ -11,12 +11,12 @@
 #include <cstdint>
 #include <optional>
 
-// What other files are compared by. Nothing where there are too few points to tell them apart.
+// Compared with other files; nothing if there are too few points to tell spectra apart.
 struct SpectrumFacts {
     std::optional<std::array<std::uint64_t, 2>> fingerprint;
 };
 
-// Checks a spectrum object: a dataset, or with isFile the whole of a spectrum file, which has a
-// "Type" besides. No date may be later than today.
+// Checks a spectrum object: a dataset or, with isFile, a whole spectrum file, which also has a
+// "Type". No date may be later than today.
 SpectrumFacts checkSpectrum(const JsonValue &spectrum, bool isFile, const ProfileEnergies &energies,
                             QDate today, FindingList &findings);

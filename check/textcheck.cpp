@@ -27,7 +27,7 @@ Check checkOf(MarkupIssue::Kind kind)
     Q_UNREACHABLE();
 }
 
-// A number with one comma, perhaps with an uncertainty and a unit; not a list of numbers.
+// A number with one comma, perhaps with an uncertainty and a unit; no list of numbers.
 QRegularExpressionMatch commaIn(const QString &text)
 {
     static const QRegularExpression comma(
@@ -43,7 +43,7 @@ void checkDecimalComma(const JsonValue &value, TextUse use, FindingList &finding
     if (!match.hasMatch())
         return;
     const bool isEnergy = use == TextUse::Energy;
-    // 1,200 K may be a thousand and two hundred.
+    // 1,200 K may be one thousand two hundred.
     const bool mayGroup = match.capturedLength(2) == 3 && match.captured(1) != QLatin1String("0");
     if (!isEnergy && mayGroup)
         return;
@@ -77,7 +77,7 @@ QString plainText(const JsonValue &value)
     if (!value || !value.isString())
         return {};
     const QString text = value.string();
-    // No tag ends behind the last ">": to look for one there from every "<" would cost the square.
+    // Looking for a tag behind the last ">" from every "<" would take the square of the length.
     const qsizetype end = text.lastIndexOf(QLatin1Char('>')) + 1;
     const QString plain = text.first(end).remove(tags) + QStringView(text).sliced(end);
     return plain.trimmed();
@@ -90,7 +90,7 @@ std::optional<EnergyText> energyOf(const QString &plain)
                        "(?:\\((\\d{1,3})\\)$)?(.*)$"),
         QRegularExpression::DotMatchesEverythingOption);
     const QRegularExpressionMatch match = number.match(plain);
-    // In "9,24" the 9 is not the number.
+    // In "9,24" the number is not 9.
     if (!match.hasMatch() || match.capturedView(4).startsWith(QLatin1Char(',')))
         return std::nullopt;
     const QString digits = match.captured(2);

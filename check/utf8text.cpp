@@ -21,7 +21,7 @@ qsizetype sequenceLength(const unsigned char *c, qsizetype available)
     if (lead >= 0xc2 && lead <= 0xdf)
         return continues(1) ? 2 : 0;
     if (lead >= 0xe0 && lead <= 0xef) {
-        // Neither a longer form of a shorter sequence nor half a surrogate pair.
+        // Overlong forms and surrogate halves are not allowed.
         const unsigned least = lead == 0xe0 ? 0xa0 : 0x80;
         const unsigned most = lead == 0xed ? 0x9f : 0xbf;
         return continues(1, least, most) && continues(2) ? 3 : 0;
@@ -39,7 +39,7 @@ bool startsCharacter(char c)
     return (static_cast<unsigned char>(c) & 0xc0) != 0x80;
 }
 
-// The place behind the bytes, which follow that of start.
+// The place after bytes that begin at start.
 TextPosition advanced(TextPosition start, QByteArrayView bytes)
 {
     for (const char c : bytes)
@@ -49,7 +49,7 @@ TextPosition advanced(TextPosition start, QByteArrayView bytes)
 
 constexpr qsizetype markDistance = 256; // bytes
 
-// The offset at which the line that holds offset starts.
+// The offset at which the line of offset begins.
 qsizetype lineStart(QByteArrayView text, qsizetype offset)
 {
     return offset > 0 ? text.first(offset).lastIndexOf('\n') + 1 : 0;

@@ -7,12 +7,12 @@
 #include <optional>
 #include <vector>
 
-// A place in a text as people and editors count: both from 1, columns in characters.
+// A place in a text as people and editors count: from 1, columns in characters.
 struct TextPosition {
     int line = 1;
     int column = 1;
 
-    // Goes on behind the next byte of the text. Lines end with LF.
+    // Moves past the next byte of the text. Lines end with LF.
     void advance(char byte)
     {
         if (byte == '\n')
@@ -23,18 +23,18 @@ struct TextPosition {
     }
 };
 
-// The offset of the first byte that is no part of well-formed UTF-8; nothing if all bytes are.
+// The offset of the first byte that is not well-formed UTF-8; nothing if all are.
 [[nodiscard]] std::optional<qsizetype> firstInvalidUtf8(QByteArrayView bytes);
 
 // The place of the character at offset, which may be the end of the text. Lines end with LF.
 [[nodiscard]] TextPosition positionAt(QByteArrayView utf8, qsizetype offset);
 
-// The bytes of the line that holds offset, without its end.
+// The bytes of the line of offset, without its end.
 [[nodiscard]] QByteArrayView lineAt(QByteArrayView utf8, qsizetype offset);
 
-// Says positionAt() of one text, which must outlive it. Each call of that walks over the text; once
-// there are many of them, marks at even distances save nearly all of the way. The text may be a
-// part of a longer one, in which it starts at start.
+// Finds positions in one text, which must outlive it. positionAt() walks from the start each time;
+// this keeps marks at even distances once there are many calls. The text may be a part of a longer
+// one, in which it begins at start.
 class PositionFinder
 {
 public:

@@ -12,7 +12,7 @@
 namespace
 {
 
-// Walks a text along the layout that the editor writes, whatever it holds.
+// Walks through a text along the editor's layout, whatever its values are.
 class LayoutWalker
 {
 public:
@@ -23,7 +23,7 @@ public:
         return takeValue(root, 0) && take("\n") && m_at == m_bytes.size();
     }
 
-    // Up to where the text has that layout.
+    // The offset up to which the text has that layout.
     [[nodiscard]] qsizetype place() const { return m_at; }
 
 private:
@@ -67,7 +67,7 @@ private:
         Q_UNREACHABLE();
     }
 
-    // Escapes may be written in several ways; a byte order mark is dropped when it is read.
+    // Escapes may be written in several ways, and reading drops a byte order mark.
     static bool isTextWrittenLikeThat(const JsonValue &text)
     {
         return (!text.raw().contains('\\') && !text.utf8().startsWith("\xef\xbb\xbf"))
@@ -98,7 +98,7 @@ private:
                 return false;
             if (isObject) {
                 const QByteArrayView key = child.rawKey();
-                // Keys of other characters are not the editor's.
+                // The editor writes ASCII keys only.
                 if (child.keyBegin() != m_at || key.contains('\\') || key.compare(last) <= 0
                     || !isAscii(key) || !takeRaw(key) || !take(": "))
                     return false;

@@ -5,7 +5,7 @@
 
 #include <optional>
 
-// The offset from which on QJsonDocument would write the values of a text in another way, numbers
-// as doubles; nothing if it would write these bytes. That is found in a thirtieth of the time of
-// writing them.
+// The offset from which QJsonDocument would write the values of a text differently, with numbers as
+// doubles; nothing if it would write the same bytes. This takes a thirtieth of the time of writing
+// them.
 [[nodiscard]] std::optional<qsizetype> firstOtherByte(const JsonText &text);

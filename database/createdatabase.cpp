@@ -54,7 +54,7 @@ bool CreateDatabase::iscompact() const
 void CreateDatabase::setDatabase()
 {
     const QString start = m_output.isEmpty() ? lastFolder() : m_output;
-    // A cancelled dialog answers with an empty path, which forgets the one chosen before.
+    // Cancelling returns an empty path, which clears an earlier choice.
     setOutput(QFileDialog::getSaveFileName(this, tr("Database will be saved to..."), start,
                                            tr("JSON Files (*.json)")));
 }

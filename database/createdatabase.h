@@ -12,8 +12,8 @@ namespace Ui
 class CreateDatabase;
 }
 
-// The dialog in which the user chooses the species files of a database, the file to write and the
-// values of its header. It is made once and shown again: what was chosen stays until clearAll().
+// The dialog that chooses the species files of a database, the file to write and the values of its
+// header. It is made once and shown again: the choices stay until clearAll().
 class CreateDatabase : public QDialog
 {
     Q_OBJECT
@@ -25,9 +25,9 @@ public:
     [[nodiscard]] QString version() const;
     [[nodiscard]] QString databaseName() const;
     [[nodiscard]] QString title() const;
-    // Full paths in the order in which they were added; a file may stand there twice.
+    // Full paths in the order of adding; a file may occur twice.
     [[nodiscard]] QList<QString> myfiles() const;
-    // Full path of the file to write; empty until one was chosen.
+    // The full path of the file to write; empty if none is chosen.
     [[nodiscard]] QString createfilename() const;
     [[nodiscard]] bool iscompact() const;
 
@@ -35,8 +35,8 @@ public slots:
     void setDatabase();
     void setFileList();
     void clearAll();
-    // Closes the dialog if there is something to compile and a file to write it to; says what is
-    // missing otherwise.
+    // Closes the dialog if there are files to compile and a file to write; otherwise says what is
+    // missing.
     void accept() override;
 
 private:
