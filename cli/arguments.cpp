@@ -32,7 +32,7 @@ UsageError unknownOption(std::span<const Option> options, const QByteArray &word
     return {"unknown option " + word, closestTo(word, names)};
 }
 
-// Whether all parts of a word stand in another one: "cas-digit" in "cas-check-digit".
+// Whether another word contains all parts of a word: "cas-digit" in "cas-check-digit".
 bool hasParts(const QByteArrayList &parts, const QByteArray &candidate)
 {
     const QByteArrayList others = candidate.split('-');
@@ -52,7 +52,7 @@ QByteArray closestTo(const QByteArray &word, const QByteArrayList &candidates)
     qsizetype least = std::max<qsizetype>(1, word.size() / 3) + 1;
     for (const QByteArray &candidate : candidates) {
         const qsizetype needed = editDistance(word.toLower(), candidate.toLower(), Swaps::Yes);
-        // The start of a long name, or some of its parts, are as good as one letter off.
+        // The start of a long name, or some of its parts, count as one letter off.
         const bool isPart = (word.size() > 2 && candidate.startsWith(word))
                             || hasParts(word.toLower().split('-'), candidate);
         const qsizetype effort = isPart ? std::min<qsizetype>(needed, 1) : needed;
@@ -74,7 +74,7 @@ std::variant<Arguments, UsageError> Arguments::parse(const QByteArrayList &words
     };
     for (qsizetype i = 0; i < words.size(); ++i) {
         const QByteArray &word = words[i];
-        // The value of an option that has none attached.
+        // The value of an option without an attached one.
         const auto nextWord = [&]() -> std::optional<QByteArray> {
             return i + 1 < words.size() ? std::optional(words[++i]) : std::nullopt;
         };

@@ -9,7 +9,7 @@
 #include <span>
 #include <variant>
 
-// One option of a command, as the command line and the help know it.
+// One option of a command, for the command line and the help.
 struct Option {
     const char *name;  // without the two hyphens
     char letter;       // the short form; 0 if there is none
@@ -17,7 +17,7 @@ struct Option {
     const char *help;  // one line
 };
 
-// Every command has these.
+// All commands have this option.
 inline constexpr Option helpOption{"help", 'h', nullptr, "show this help and end"};
 
 struct UsageError {
@@ -25,17 +25,17 @@ struct UsageError {
     QByteArray hint; // what may have been meant; empty if nothing comes close
 };
 
-// The command line behind a command's name, taken apart. All texts are the bytes that were typed.
+// The words after a command's name, parsed. All texts are the bytes that were typed.
 class Arguments
 {
 public:
     // Options may stand before, between and behind operands; "--" ends them. An option's value is
-    // its next word, or what follows "=" or the letter. A flag may be given again.
+    // its next word, or follows "=" or the letter. A flag may be repeated.
     [[nodiscard]] static std::variant<Arguments, UsageError> parse(const QByteArrayList &words,
                                                                    std::span<const Option> options);
 
     [[nodiscard]] bool has(const char *option) const;
-    // The value that was given last; absent if the option was not.
+    // The last value of the option; absent if it was not given.
     [[nodiscard]] QByteArray value(const char *option, const QByteArray &absent = {}) const;
     [[nodiscard]] QByteArrayList values(const char *option) const;
     [[nodiscard]] const QByteArrayList &operands() const { return m_operands; }
@@ -45,5 +45,5 @@ private:
     QByteArrayList m_operands;
 };
 
-// The candidate that word was probably meant to be; empty if none comes close.
+// The candidate that word probably means; empty if none comes close.
 [[nodiscard]] QByteArray closestTo(const QByteArray &word, const QByteArrayList &candidates);

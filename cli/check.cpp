@@ -53,7 +53,7 @@ Examples:
   zoravel check --only cas-check-digit --format json species/
 )";
 
-// Something wrong with the command line, or with what it names.
+// An error of the command line or of what it names.
 struct Refusal {
     int status;
 };
@@ -69,7 +69,7 @@ struct Settings {
     QString overridesName;
 };
 
-// The checks that say why a file cannot be read: without it no other check is made.
+// The checks that report unreadable files, for which no other check runs.
 CheckSet checksOfReading()
 {
     CheckSet set;
@@ -118,7 +118,7 @@ private:
             m_refusal = Refusal{status};
     }
 
-    // The value of an option that is one of a few words, the first of them if it is not given.
+    // The value of an option that takes one of a few words; the first word without the option.
     QByteArray word(const char *option, const QByteArrayList &possible)
     {
         QByteArray value = m_arguments.value(option, possible.first());
@@ -244,8 +244,8 @@ int run(const Arguments &arguments, Console &console)
     const auto has = [&](auto predicate) {
         return std::any_of(report.findings.cbegin(), report.findings.cend(), predicate);
     };
-    // Where a file is no JSON, that is a finding for who asked for it. Who asked for other checks
-    // did not get them.
+    // A file that is no JSON is a finding if that check is asked for. If only others are asked for,
+    // they could not run.
     const auto isUnread = [&](const Finding &finding) {
         return finding.endsReading
                && (finding.check == Check::Unreadable || !isAsked(settings, finding));

@@ -56,7 +56,7 @@ private:
 
     void takeFile(const InputFile &file)
     {
-        // The same file by two ways is not there twice.
+        // A file that is named twice, even by different paths, is checked once.
         const QString canonical = QFileInfo(file.path).canonicalFilePath();
         if (!canonical.isEmpty() && m_seen.contains(canonical))
             return;
@@ -89,7 +89,7 @@ private:
                             : shownName(name) + ": " + whyUnreadable(file, problem));
         const QByteArrayList names = bytes->split(m_arguments.has("null") ? '\0' : '\n');
         for (QByteArray each : names) {
-            // A list from Windows; a name that ends like that needs the other form.
+            // Lists from Windows end lines with CR; a name that ends with CR needs --null.
             if (!m_arguments.has("null") && each.endsWith('\r'))
                 each.chop(1);
             if (!each.isEmpty())

@@ -8,12 +8,12 @@
 class Arguments;
 class Console;
 
-// What a run of checks is about.
+// The inputs of a run of checks.
 struct CheckInputs {
     std::vector<CheckInput> files;
     bool failed = false; // a folder, a list of files or standard input could not be read
 };
 
-// The files that operands and --files-from name, each once, in their order. Says on standard error
-// what cannot be read.
+// The files that operands and --files-from name, each once, in order. Reports unreadable ones on
+// standard error.
 [[nodiscard]] CheckInputs checkInputs(const Arguments &arguments, Console &console);

@@ -45,7 +45,7 @@ CollectionEntry recognised(const QByteArray &name, QJsonObject object)
     return entry;
 }
 
-// Takes the entries of a database one after the other; of two with one key the last counts, as for
+// Takes the entries of a database one by one. Of two with the same key the last counts, as for
 // every reader of objects.
 class DatabaseCollector
 {
@@ -118,7 +118,7 @@ private:
     std::map<std::pair<qulonglong, QString>, CollectionEntry> m_entries; // by their numbers
 };
 
-// Pairs step by step those that are still free.
+// Pairs the free entries step by step.
 class Pairing
 {
 public:
@@ -130,7 +130,7 @@ public:
     {
     }
 
-    // Those of one kind whose key is the same; empty keys are none.
+    // Pairs entries of one kind with the same key; an empty key matches none.
     void pairBy(QByteArray (*key)(const CollectionEntry &))
     {
         QHash<QByteArray, QList<qsizetype>> free;
@@ -181,7 +181,7 @@ std::optional<QJsonObject> CollectionEntry::read() const
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly) || !file.seek(offset))
         return std::nullopt;
-    // Between its key and its value there is the colon.
+    // The colon stands between key and value.
     const QByteArray value = file.read(size).trimmed().mid(1);
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson("[" + value + "]", &error);

@@ -12,8 +12,8 @@
 class Console;
 struct InputFile;
 
-// An entry of a collection, and what it is recognised by. It is read when it is needed, so that two
-// collections do not have to fit into memory.
+// An entry of a collection and how to recognise it. It is read when needed, so that two collections
+// need not fit into memory.
 struct CollectionEntry {
     QByteArray name;   // in the folder, with "/" between its parts, or the key in the database
     QString path;      // of the file or of the database
@@ -25,7 +25,7 @@ struct CollectionEntry {
     QByteArray inchi;
     QByteArray species; // its name, or the title of a spectrum, without markup
 
-    // Nothing if it cannot be read any more.
+    // Nothing if the entry cannot be read any more.
     [[nodiscard]] std::optional<QJsonObject> read() const;
 };
 
@@ -38,11 +38,11 @@ struct Collection {
     bool isWhole = true; // false if a file could not be read
 };
 
-// Says on standard error which files cannot be read or are none of the collection's.
+// Reports files on standard error that cannot be read or do not belong to the collection.
 [[nodiscard]] Collection collectionInFolder(const QByteArray &folder, Console &console);
 
-// Nothing, and a word on standard error, if the database is broken: what stands behind that place
-// would seem to be missing.
+// Nothing, and a message on standard error, if the database is broken: the rest would seem to be
+// missing.
 [[nodiscard]] std::optional<Collection> collectionInDatabase(const InputFile &database,
                                                              Console &console);
 
@@ -52,6 +52,6 @@ struct EntryPairs {
     QList<const CollectionEntry *> added;
 };
 
-// Which entries belong together: in two folders those of the same name; then those that are equal,
-// then those of the same CAS number, InChI and name of the species, in this order.
+// Pairs the entries: in two folders by file name, then equal ones, then by CAS number, InChI and
+// name of the species, in this order.
 [[nodiscard]] EntryPairs pairedEntries(const Collection &before, const Collection &after);

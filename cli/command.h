@@ -11,7 +11,7 @@
 
 class Console;
 
-// One command of the program. The table of all is in program.cpp; each has a file of its name.
+// One command of the program. program.cpp has the table; each command has a file of its name.
 struct Command {
     const char *name;
     const char *operands; // as the help shows them
@@ -35,9 +35,9 @@ const Command &plotCommand();
 [[nodiscard]] QByteArrayList checkIds();
 
 // Says on standard error what is wrong with the command line and where the help is. Returns the
-// status to end with.
+// exit status.
 int usageError(Console &console, const Command &command, const UsageError &error);
 
-// The same for a word that is none of those that an option or operand can be.
+// The same for a word that is none of the possible values.
 int usageError(Console &console, const Command &command, const QByteArray &what,
                const QByteArray &word, const QByteArrayList &possible);

@@ -27,7 +27,7 @@
 namespace
 {
 
-// What the editor's dialog starts with.
+// The defaults of the editor's dialog.
 constexpr char defaultVersion[] = "1.0";
 constexpr char defaultRelease[] = "3.0";
 constexpr char defaultTitle[] =
@@ -95,7 +95,7 @@ int fail(const Job &job, const CompileError &error, Console &console)
     switch (error.kind) {
     case CompileError::UnreadableInput:
     case CompileError::InvalidInput:
-        // It may have come right in the meantime, but then it was too late.
+        // The file may have become valid since, but too late.
         if (!nameBadInputs(job, console))
             console.error(error.file.toUtf8()
                           + (error.isTooLarge ? ": too large" : ": changed while it was read"));
@@ -110,7 +110,7 @@ int fail(const Job &job, const CompileError &error, Console &console)
     return exitFailure;
 }
 
-// What the check finds in the inputs that is certainly wrong.
+// The errors that the checks find in the inputs.
 Report errorsIn(const Job &job, Console &console)
 {
     std::vector<CheckInput> inputs;
@@ -119,7 +119,7 @@ Report errorsIn(const Job &job, Console &console)
     Progress progress(console, "Checking", job.inputs.size());
     CheckOptions checking;
     checking.jobs = std::max(static_cast<int>(std::thread::hardware_concurrency()), 1);
-    // To know what saving would change takes most of the time, and is no error.
+    // This check takes most of the time and never reports errors.
     checking.file.enabled.reset(static_cast<std::size_t>(Check::WouldChange));
     checking.progress = [&](qsizetype done) {
         progress.advance(done);
@@ -175,8 +175,8 @@ std::optional<CompileError> write(const Job &job, Console &console)
 
 int compile(const Job &job, Console &console)
 {
-    // An interruption that came while the file was written ends the program before bad inputs are
-    // named, which takes long.
+    // An interruption during the write ends the program before bad inputs are named, which takes
+    // long.
     const std::optional<CompileError> error = write(job, console);
     return error ? fail(job, *error, console) : exitFine;
 }
@@ -199,10 +199,10 @@ int compare(const Job &job, Console &console)
     return exitFindings;
 }
 
-// Why the output must not be written; nothing if it may.
+// Why the output must not be overwritten; nothing if it may be.
 QByteArray whyNotOverwritten(const Job &job)
 {
-    // Its first keys tell, also of a file that is broken further down. A database may be large.
+    // The first keys decide, even for a file that is broken further down. A database may be large.
     QFile file(libraryPath(job.output));
     const bool isRead = QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly);
     return isRead && kindByFirstKeys(file) == FileKind::Species

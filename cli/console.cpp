@@ -66,7 +66,7 @@ ProcessConsole::ProcessConsole()
     : m_outIsTerminal(isTerminal(outputFd) != 0), m_errIsTerminal(isTerminal(errorFd) != 0)
 {
 #ifdef Q_OS_WIN
-    // Bytes go through as they are, with no carriage returns put in.
+    // The streams pass bytes unchanged, without added carriage returns.
     for (const int fd : {inputFd, outputFd})
         _setmode(fd, _O_BINARY);
 #endif
@@ -86,7 +86,7 @@ void ProcessConsole::out(const QByteArray &bytes)
 
 void ProcessConsole::err(const QByteArray &bytes)
 {
-    // A failure of standard output is said in flush() itself, which calls this.
+    // flush() reports a failure of standard output itself, and calls this.
     if (!m_pending.isEmpty())
         flush();
     writeAll(errorFd, bytes);

@@ -7,7 +7,7 @@
 
 #include <optional>
 
-// The streams of the program, as bytes. Tests put their own in its place.
+// The program's streams, as bytes. Tests replace them.
 class Console
 {
     Q_DISABLE_COPY_MOVE(Console)
@@ -18,20 +18,20 @@ public:
 
     // Appends to standard output, which is buffered.
     virtual void out(const QByteArray &bytes) = 0;
-    // Writes to standard error, behind what standard output has got so far.
+    // Writes to standard error, after the pending standard output.
     virtual void err(const QByteArray &bytes) = 0;
     // All of standard input; nothing if it cannot be read to its end.
     virtual std::optional<QByteArray> readInput() = 0;
-    // False if standard output has not taken everything. Says so on standard error, but for a
-    // reader who has gone: that is no one's fault.
+    // False if standard output did not take everything. Reports that on standard error, unless the
+    // reader has gone, which is nobody's fault.
     virtual bool flush() = 0;
-    // Whether nobody reads standard output any more, so that work for it alone can end.
+    // Whether nobody reads standard output any more, so that work for it can end.
     [[nodiscard]] virtual bool isOutputClosed() const = 0;
 
     [[nodiscard]] virtual bool isOutTerminal() const = 0;
     [[nodiscard]] virtual bool isErrTerminal() const = 0;
 
-    // "zoravel: what", a line on standard error.
+    // Writes "zoravel: what" as a line on standard error.
     void error(const QByteArray &what);
 };
 
@@ -57,19 +57,19 @@ private:
     bool m_errIsTerminal;
 };
 
-// One line on standard error that says how far a long work is: only on a terminal, and only once
-// the work has taken a second. Gone when the object is.
+// A line on standard error that shows the progress of long work, only on a terminal and after a
+// second. It disappears with the object.
 class Progress
 {
     Q_DISABLE_COPY_MOVE(Progress)
 
 public:
-    // total counts what advance() counts; what is said before the numbers, such as "Compiling".
+    // total is the last count of advance(); what comes before the numbers, such as "Compiling".
     Progress(Console &console, const QByteArray &what, qsizetype total);
     ~Progress();
 
     void advance(qsizetype done);
-    // Takes the line away, before something else is written to the terminal.
+    // Removes the line before something else is written to the terminal.
     void clear();
 
 private:

@@ -62,7 +62,7 @@ Examples:
 
 constexpr qsizetype tellingBytes = 4096; // at the start of a file
 
-// The format of the file that has or begins with these bytes.
+// The format of a file that begins with these bytes.
 QByteArray formatOf(const ConvertJob &job, const QByteArray &bytes)
 {
     if (!job.from.isEmpty())
@@ -116,7 +116,7 @@ std::variant<ExchangedSpectrum, ExchangeError> readSpectrum(const QByteArray &by
     return readTable(bytes, {job.decimal, job.columns, job.energies});
 }
 
-// The whole spectrum object, through the editor's record, which says what belongs into it.
+// The whole spectrum object: the editor's record decides what belongs into it.
 QJsonObject completed(const ExchangedSpectrum &spectrum, const QByteArray &name, Console &console)
 {
     QJsonObject object = asSavedSpectrum(spectrum.metadata);
@@ -135,7 +135,7 @@ QJsonObject completed(const ExchangedSpectrum &spectrum, const QByteArray &name,
 
 QByteArray written(const QJsonObject &object, const ConvertJob &job, bool inputIsTable)
 {
-    // Of two tables it is the one to read whose decimal sign is given.
+    // If both files are tables, the given decimal sign belongs to the input.
     const char decimal = job.decimal == ',' && !inputIsTable ? ',' : '.';
     if (job.to == "csv")
         return writeTable(object, decimal == ',' ? ';' : ',', decimal);
@@ -186,7 +186,7 @@ int write(const ConvertJob &job, const QByteArray &bytes, Console &console)
     return exitFine;
 }
 
-// The option that helps, as the end of a message.
+// The option that helps, for the end of a message.
 QByteArray optionFor(Remedy remedy)
 {
     switch (remedy) {
@@ -224,7 +224,7 @@ int convert(const ConvertJob &job, Console &console)
         console.error(name + ": " + shownName(warning));
     for (const auto &[key, value] : job.fields)
         static_cast<void>(setMetadata(spectrum.metadata, key, value));
-    // As a new spectrum in the editor.
+    // The editor's new spectra have this date too.
     const QString created = keyOf(SpectrumColumn::CreatedDate);
     if (!spectrum.metadata.contains(created))
         spectrum.metadata.insert(created, QDate::currentDate().toString(Qt::ISODate));
@@ -240,7 +240,7 @@ int run(const Arguments &arguments, Console &console)
     const auto &job = std::get<ConvertJob>(read);
     if (!job.to.isEmpty())
         return convert(job, console);
-    // Who mistyped the only name is not helped by a word about formats.
+    // A mistyped name is the likelier error if the only file does not exist.
     if (job.input.name == "-" || QFileInfo::exists(job.input.path))
         return usageError(console, convertCommand(), {whyNoFormat(job), {}});
     console.error(shownName(job.input.name) + ": "

@@ -23,7 +23,7 @@ QByteArrayList inputFormats()
     return {"table", "jcamp", "json"};
 }
 
-// What stands behind the last point of the file's own name; empty if there is none.
+// The suffix of the file's name; empty without a dot.
 QByteArray endingOf(const QByteArray &name)
 {
     const qsizetype point = name.lastIndexOf('.');
@@ -40,7 +40,7 @@ QByteArray formatOfName(const QByteArray &name)
     return outputFormats().contains(ending) ? ending : QByteArray();
 }
 
-// What the command line says of the energies. Returns what is wrong with it.
+// Reads the options about energies. Returns what is wrong with them.
 std::optional<UsageError> readEnergies(const Arguments &arguments, ConvertJob &job)
 {
     const QByteArray kind = arguments.value("energy", "photon");
@@ -57,7 +57,7 @@ std::optional<UsageError> readEnergies(const Arguments &arguments, ConvertJob &j
     return std::nullopt;
 }
 
-// Fills the fields to set. Returns what is wrong with them.
+// Reads the fields to set. Returns what is wrong with them.
 std::optional<UsageError> readFields(const QByteArrayList &texts, ConvertJob &job)
 {
     for (const QByteArray &text : texts) {

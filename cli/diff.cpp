@@ -81,7 +81,7 @@ class Comparison
 public:
     explicit Comparison(Console &console) : m_console(console) {}
 
-    // False if one of them cannot be compared.
+    // False if one of the collections cannot be compared.
     [[nodiscard]] bool compareCollections(const Operand &before, const Operand &after)
     {
         const std::optional<Collection> first = collectionOf(before);
@@ -141,7 +141,7 @@ private:
             isWhole = false;
             return;
         }
-        // An entry of a database has none.
+        // Entries of databases have no type.
         if (!old->contains(typeKey) || !present->contains(typeKey)) {
             old->remove(typeKey);
             present->remove(typeKey);

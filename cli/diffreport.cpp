@@ -10,7 +10,7 @@
 namespace
 {
 
-// A value as a message shows it: JSON on one line.
+// A value in a message: JSON on one line.
 QByteArray shown(const QJsonValue &value, bool isDescribed)
 {
     if (value.isUndefined())

@@ -6,7 +6,7 @@
 #include <QByteArray>
 #include <QList>
 
-// An entry of a folder or a database, or a file, and how it differs from the other's.
+// An entry of a folder or database, or a file, and its differences from the other's.
 struct ComparedEntry {
     QByteArray before; // its name; empty if it was added
     QByteArray after;  // empty if it was removed
@@ -24,8 +24,8 @@ struct DiffReport {
     [[nodiscard]] bool isNone() const { return header.isEmpty() && entries.isEmpty(); }
 };
 
-// For people: nothing if there is no difference.
+// For people; empty without differences.
 [[nodiscard]] QByteArray diffText(const DiffReport &report);
 
-// For programs: an object with the list "differences"; a key is missing where there is nothing.
+// For programs: an object with the list "differences", without empty keys.
 [[nodiscard]] QByteArray diffJson(const DiffReport &report);

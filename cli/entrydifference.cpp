@@ -47,7 +47,7 @@ QList<FieldDifference> profileDifferences(QJsonObject before, QJsonObject after)
     return fields + fieldDifferences(before, after);
 }
 
-// A spectrum but its points; arrays of points that the program would not read count as they stand.
+// A spectrum without its points. Point arrays that the program cannot read stay.
 QJsonObject withoutPoints(QJsonObject spectrum)
 {
     if (storedPoints(spectrum).isEmpty())
@@ -88,7 +88,7 @@ QList<SpectrumDifference> spectraDifferences(const QList<KeyedSpectrum> &before,
     return differences;
 }
 
-// What stands in an entry besides the profile and the spectra.
+// The members of an entry besides the profile and the spectra.
 QJsonObject remainder(QJsonObject entry)
 {
     entry.remove(speciesKey);

@@ -25,7 +25,7 @@ struct SpectrumDifference {
     QList<FieldDifference> fields;
 };
 
-// How two entries differ; empty lists if they do not.
+// The differences of two entries; empty lists if they are equal.
 struct EntryDifference {
     QList<FieldDifference> profile;
     QList<FieldDifference> rest; // what stands besides the profile and the spectra
@@ -37,10 +37,10 @@ struct EntryDifference {
     }
 };
 
-// Of the objects of two species files, two spectrum files or two entries of databases.
+// Compares the objects of two species files, two spectrum files or two entries of databases.
 [[nodiscard]] EntryDifference differenceBetween(const QJsonObject &before,
                                                 const QJsonObject &after);
 
-// The members that are not the same, in the order of their keys.
+// The members that differ, in the order of their keys.
 [[nodiscard]] QList<FieldDifference> fieldDifferences(const QJsonObject &before,
                                                       const QJsonObject &after);

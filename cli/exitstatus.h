@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// What the program ends with. Scripts rely on these numbers.
+// The program's exit statuses. Scripts rely on these numbers.
 enum ExitStatus {
     exitFine = 0,
     exitFindings = 1, // findings or differences

@@ -22,7 +22,7 @@ QByteArray bytesOf(QLatin1String text)
     return {text.data(), text.size()};
 }
 
-// The text in lines of up to 80 characters, each with these blanks before it.
+// The text in indented lines of up to 80 characters.
 QByteArray wrapped(QLatin1String text, int indent)
 {
     constexpr qsizetype width = 80;

@@ -43,7 +43,7 @@ bool isText(const QByteArray &name)
     return QUtf8StringView(name).isValidUtf8();
 }
 
-// A link in a folder of this process's own that leads to path; empty if there can be none.
+// A link to path in a private folder of this process; empty if it cannot be made.
 QString linkTo(const fs::path &path)
 {
     static const QTemporaryDir folder;
@@ -61,8 +61,8 @@ QByteArray childName(const QByteArray &folder, const QByteArray &child)
     return folder.endsWith('/') ? QByteArray(folder + child) : QByteArray(folder + '/' + child);
 }
 
-// The folder's subfolders and those names of JSON files that Qt does not list: names that are no
-// texts, links that lead nowhere, pipes.
+// The subfolders, and the JSON files that Qt does not list: names that are not UTF-8, links that
+// lead nowhere, pipes.
 struct RawListing {
     QByteArrayList otherFiles;
     QByteArrayList subfolders;
@@ -92,7 +92,7 @@ RawListing listRaw(const QByteArray &folder)
     return listing;
 }
 
-// Names in natural order. Those that are no texts stand where what can be read of them does.
+// Names in natural order. Those that are not UTF-8 are sorted by their readable part.
 QByteArrayList inNaturalOrder(QByteArrayList names)
 {
     std::sort(names.begin(), names.end());
@@ -174,7 +174,7 @@ QString libraryPath(const QByteArray &name)
 {
     if (!isText(name))
         return linkTo(nativePath(name));
-    // Qt takes a name that begins with a colon for one of its own resources.
+    // Qt takes a name that begins with a colon for a resource.
     const QString path = QString::fromUtf8(name);
     return path.startsWith(QLatin1Char(':')) ? QString(QLatin1String("./") + path) : path;
 }

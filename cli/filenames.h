@@ -6,9 +6,9 @@
 #include <QList>
 #include <QString>
 
-// Names of files as the command line has them: any bytes. The libraries below take texts, in which
-// bytes that are not UTF-8 are lost; such a file is given to them under another name that leads to
-// it.
+// File names as on the command line: any bytes. The libraries below take QString paths, which lose
+// bytes that are not UTF-8, as names from older systems have. Such a file is passed to them under
+// the name of a symbolic link, so that no entry of a folder is skipped.
 
 // A file to read: its name for the user and the path for the libraries.
 struct InputFile {
@@ -17,11 +17,12 @@ struct InputFile {
     bool isNamed = true; // on the command line; else it was found in a folder
 };
 
-// The path under which the libraries can read the file or folder of this name.
+// The path with which the libraries can read the file or folder.
 [[nodiscard]] QString libraryPath(const QByteArray &name);
 
-// The name as messages show it: control characters, which could move the terminal's cursor or end a
-// line, are written as escapes ("\n", "\x1b"). Other bytes stay.
+// The name for messages: control characters, which could move the terminal's cursor or end a line,
+// become escapes ("
+// ", "\x1b"). Other bytes do not change.
 [[nodiscard]] QByteArray shownName(const QByteArray &name);
 
 struct InputList {
@@ -30,11 +31,11 @@ struct InputList {
     QByteArrayList emptyFolders;      // those operands that stand for no file
 };
 
-// The files that operands name, in their order. A folder stands for its files "*.json" in the order
-// in which the editor steps through them, then those of its subfolders, in natural order too;
-// hidden files and folders and links to folders are left out. So is the file named leftOut, where
-// it is found in a folder and not named itself. A name at which there is nothing stays in the list,
-// and so does a link "*.json" in a folder that leads nowhere: who reads it says so.
+// The files that operands name, in order. A folder stands for its "*.json" files in the order of
+// the editor's steps, then those of its subfolders, in natural order too. Hidden files and folders
+// and links to folders are left out, and so is the file leftOut unless it is named itself. A name
+// without a file stays in the list, and so does a link "*.json" that leads nowhere: the reader
+// reports it.
 [[nodiscard]] InputList listInputs(const QByteArrayList &operands, const QByteArray &leftOut = {});
 
 // A file to write.
@@ -44,12 +45,12 @@ class OutputFile
 
 public:
     explicit OutputFile(const QByteArray &name);
-    // Removes what was written at path() and not put in place.
+    // Removes the file at path() if it was not put in place.
     ~OutputFile();
 
-    // What the libraries are to write.
+    // The path for the libraries to write to.
     [[nodiscard]] const QString &path() const { return m_path; }
-    // Makes what was written the file of this name. False if that cannot be done.
+    // Gives the written file its name. False if that fails.
     [[nodiscard]] bool putInPlace();
 
 private:

@@ -54,8 +54,8 @@ int replace(const InputFile &input, const QByteArray &after, bool mayLose, Conso
     return writeFile(input.name, after, console) ? exitFine : exitFailure;
 }
 
-// Handles one file: says what gets lost in it on standard error. Returns the status that the file
-// alone would give.
+// Handles one file and reports on standard error what it loses. Returns the status for this file
+// alone.
 int formatFile(const InputFile &input, const Arguments &arguments, Console &console)
 {
     const std::optional<QJsonObject> object = readObject(input, console);

@@ -13,8 +13,8 @@ std::atomic<int> holds = 0;
 std::atomic<int> requested = 0; // the signal's number
 static_assert(std::atomic<int>::is_always_lock_free, "only then may a signal handler use it");
 
-// The parent learns from the status that a signal ended the process, so that a shell stops its
-// script too.
+// The signal ends the process, so that the parent sees it in the status and a shell stops its
+// script.
 void endBy(int signal)
 {
     std::signal(signal, SIG_DFL);
@@ -22,7 +22,7 @@ void endBy(int signal)
     sigemptyset(&only);
     sigaddset(&only, signal);
     std::raise(signal);
-    // Blocked while its own handler runs.
+    // The signal is blocked while its own handler runs.
     sigprocmask(SIG_UNBLOCK, &only, nullptr);
 }
 
@@ -43,12 +43,12 @@ void catchInterruptions()
     action.sa_flags = SA_RESTART;
     sigemptyset(&action.sa_mask);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        // A signal that the parent had ignored, as nohup does, stays ignored.
+        // A signal that the parent ignores, as nohup does, stays ignored.
         struct sigaction present = {};
         if (sigaction(signal, nullptr, &present) == 0 && present.sa_handler != SIG_IGN)
             sigaction(signal, &action, nullptr);
     }
-    // A write beyond the user's limit of file sizes is to fail as any other write.
+    // A write beyond the user's limit of file sizes fails like any other write.
     std::signal(SIGXFSZ, SIG_IGN);
 }
 

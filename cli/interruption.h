@@ -3,14 +3,12 @@
 
 #include <QtGlobal>
 
-// Ctrl+C and the other polite requests to end: SIGINT, SIGTERM and SIGHUP. They end the process at
-// once and with their own status, but not while an InterruptionHold exists: then they wait for its
-// end. On systems without POSIX signals nothing is caught.
+// Catches SIGINT (Ctrl+C), SIGTERM and SIGHUP. They end the process at once with their own status,
+// or at the end of an InterruptionHold if there is one. Without POSIX signals nothing is caught.
 void catchInterruptions();
 
-// Keeps an interruption out of a stretch of work that must not stop in the middle, such as the
-// writing of a file. Holds may be nested; the last to go lets a waiting interruption end the
-// process.
+// Delays an interruption during work that must not stop in the middle, such as writing a file.
+// Holds may be nested; the end of the last one lets a waiting interruption end the process.
 class InterruptionHold
 {
     Q_DISABLE_COPY_MOVE(InterruptionHold)
@@ -19,6 +17,6 @@ public:
     InterruptionHold();
     ~InterruptionHold();
 
-    // Whether an interruption waits: give up soon, and tidily.
+    // Whether an interruption waits: clean up and give up soon.
     [[nodiscard]] static bool isRequested();
 };

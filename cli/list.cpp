@@ -40,7 +40,7 @@ constexpr std::array<const char *, 8> headings{"file", "name", "formula", "CAS",
                                                "AIE",  "VIE",  "spectra", "types"};
 constexpr std::size_t spectraColumn = 6;
 constexpr std::size_t typesColumn = 7;
-// The columns that the profile fills, and the keys there.
+// The keys of the profile's columns.
 constexpr std::array profileKeys{
     keyOf(SpeciesColumn::Name), keyOf(SpeciesColumn::Formula), keyOf(SpeciesColumn::Cas),
     keyOf(SpeciesColumn::Aie),  keyOf(SpeciesColumn::Vie),
@@ -75,7 +75,7 @@ Row rowOf(const InputFile &input, const QJsonObject &object)
     return row;
 }
 
-// The row as texts: "2 PES, TPES".
+// The cells of the row as texts: "2 PES, TPES".
 QByteArrayList cellsOf(const Row &row)
 {
     QByteArrayList cells{shownName(row.file)};

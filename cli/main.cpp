@@ -33,8 +33,8 @@ QByteArrayList commandLine(int argc, char **argv)
     return words;
 }
 #else
-// A standard stream that the parent has closed would be the first file that is opened, and take
-// what is written to the stream. What stands in for it refuses to be used instead.
+// A closed standard stream would be replaced by the first opened file, which would get the stream's
+// output. A descriptor that cannot be used takes its place.
 void openClosedStreams()
 {
     for (const int fd : {0, 1, 2}) {
@@ -43,8 +43,8 @@ void openClosedStreams()
     }
 }
 
-// Qt takes all bytes of the system for UTF-8, and says so where the locale has another
-// encoding. The user has nothing to do about it: the names of files go through as they are.
+// Qt takes all file names for UTF-8 and warns if the locale has another encoding. The user need not
+// act: names pass unchanged.
 void chooseLocale()
 {
     std::setlocale(LC_ALL, "");
@@ -58,7 +58,7 @@ QByteArrayList commandLine(int argc, char **argv)
 }
 #endif
 
-// Qt's own remarks, on folders of the desktop for example, mean nothing to the user.
+// Qt's own messages, such as those about desktop folders, mean nothing to the user.
 void dropRemarks(QtMsgType type, const QMessageLogContext &, const QString &text)
 {
     if (type == QtCriticalMsg || type == QtFatalMsg)
@@ -66,8 +66,8 @@ void dropRemarks(QtMsgType type, const QMessageLogContext &, const QString &text
 }
 
 #ifdef __GLIBC__
-// The decoder of pictures tells the standard stream what it thinks of a broken one, without saying
-// of which. The commands name the file themselves.
+// libpng writes to standard error about a broken picture without naming its file. The commands name
+// it.
 ssize_t writeButForDecoder(void *, const char *bytes, std::size_t size)
 {
     constexpr std::string_view remark = "libpng ";
@@ -89,7 +89,7 @@ void dropDecoderRemarks()
 void dropDecoderRemarks() {}
 #endif
 
-// Pictures and widgets are drawn in memory, whatever the desktop is like.
+// Pictures and widgets are drawn in memory, without the desktop.
 std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv, bool draws)
 {
     if (!draws)
@@ -113,7 +113,7 @@ int main(int argc, char *argv[])
     dropDecoderRemarks();
     const QByteArrayList words = commandLine(argc, argv);
     const Command *command = findCommand(words);
-    // Qt would take options of its own from the command line.
+    // Qt must not take options from the command line.
     int qtArgc = qMin(argc, 1);
     const auto application = makeApplication(qtArgc, argv, command && command->draws);
     ProcessConsole console;

@@ -12,11 +12,11 @@ struct NumberedSpectrum {
     QJsonObject object;
 };
 
-// The spectra of a species file in the order in which the editor loads them, or the one of a
-// spectrum file, that --spectrum names: a number, "all", or nothing, which stands for the only one.
-// Else a text that says why there is none.
+// The spectra that --spectrum chooses from a species file, in the editor's order, or from a
+// spectrum file: a number, "all", or nothing for the only one. Otherwise a text that says why there
+// is none.
 [[nodiscard]] std::variant<QList<NumberedSpectrum>, QByteArray>
 pickSpectra(const QJsonObject &file, const QByteArray &wanted);
 
-// Whether text can be the value of --spectrum.
+// Whether text is a possible value of --spectrum.
 [[nodiscard]] bool isSpectrumChoice(const QByteArray &text, bool allowAll);

@@ -51,7 +51,7 @@ struct Job {
     QByteArray title; // with "%t"
 };
 
-// The name of the picture of this number; nothing if there is no place for the number.
+// The name of the picture with this number; nothing if the pattern has no place for it.
 std::optional<QByteArray> pictureName(const QByteArray &pattern, qsizetype number)
 {
     QByteArray name;
@@ -70,7 +70,7 @@ std::optional<QByteArray> pictureName(const QByteArray &pattern, qsizetype numbe
     return hasNumber || number == 1 ? std::optional(name) : std::nullopt;
 }
 
-// The title of a picture as restricted markup, in which %t is the spectrum's own.
+// The picture's title as restricted markup; %t is the spectrum's own.
 QString pictureTitle(const QByteArray &pattern, const QString &spectrumTitle)
 {
     constexpr qsizetype most = 1000; // characters; far fewer fit
@@ -81,8 +81,8 @@ QString pictureTitle(const QByteArray &pattern, const QString &spectrumTitle)
     return cleanHtmlContent(titles.join(u'%'));
 }
 
-// Whether a chart of the points shows some of them in the range. A curve has a part there if it has
-// points on both sides.
+// Whether a chart of the points shows something in the range. A curve does if it has points on both
+// sides.
 bool isAnythingIn(const EnergyRange &range, const QList<QPointF> &points, bool isLineSpectrum)
 {
     bool below = false;
@@ -138,7 +138,7 @@ private:
     {
         const QByteArray place = "spectrum " + QByteArray::number(spectrum.number) + ": ";
         ++m_count;
-        // As the editor shows it, six digits of every number.
+        // The editor's chart shows six digits of each number too.
         const SpectrumRecord record = SpectrumRecord::fromJson(spectrum.object);
         const QList<QPointF> points = parsePoints(record.pointLines);
         const std::optional<PointRange> extent = finiteRange(points);
@@ -179,7 +179,7 @@ private:
     int m_status = exitFine;
 };
 
-// "A:B" as two numbers, A below B; or what is wrong with it.
+// Reads "A:B" as two numbers, A below B; or says what is wrong.
 std::variant<EnergyRange, UsageError> rangeIn(const QByteArray &text)
 {
     const QByteArrayList ends = text.split(':');
@@ -195,7 +195,7 @@ std::variant<EnergyRange, UsageError> rangeIn(const QByteArray &text)
     return EnergyRange{*from, *to};
 }
 
-// "WxH", each from 50 to 20,000.
+// Reads "WxH", each from 50 to 20,000.
 std::optional<QSize> sizeIn(const QByteArray &text)
 {
     constexpr int least = 50;

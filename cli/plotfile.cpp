@@ -27,8 +27,8 @@ constexpr double pixelsPerInch = 96;
 constexpr double pointsPerInch = 72;
 constexpr double inchesPerMetre = 1 / 0.0254;
 
-// A range with a twentieth of its width before and behind it. Around a single value there is some
-// room, too, without which nothing would be drawn.
+// Widens a range by a twentieth on both sides. A single value gets some room too, or nothing would
+// be drawn.
 void addRoom(double &least, double &most)
 {
     constexpr double share = 0.05;
@@ -41,8 +41,7 @@ void addRoom(double &least, double &most)
     most += share * width;
 }
 
-// The intensities within a range of energies have all of the height, as in a chart of these points
-// alone.
+// The intensities within the range of energies fill the height, as if these were all points.
 PointRange shownRange(const QList<QPointF> &points, const PlotFormat &format)
 {
     PointRange shown = finiteRange(points).value_or(PointRange{0, 1, 0, 1});
@@ -62,7 +61,7 @@ PointRange shownRange(const QList<QPointF> &points, const PlotFormat &format)
     return shown;
 }
 
-// The scene of the chart alone; it owns the chart.
+// The scene of the chart, which it owns.
 class ChartScene
 {
 public:
@@ -88,7 +87,7 @@ public:
     }
 
 private:
-    // The chart finds its place in events that a window would wait for.
+    // A window would process these events, in which the chart is laid out.
     void settle()
     {
         QCoreApplication::sendPostedEvents();
@@ -129,8 +128,8 @@ void drawSvg(ChartScene &scene, const PlotFormat &format, QIODevice &device)
     scene.render(generator, QRectF(QPointF(), QSizeF(format.size)));
 }
 
-// The generator measures in millimetres, of which a picture of 800 pixels has a fraction too many:
-// pages would show it with a margin of part of a pixel.
+// The generator rounds to millimetres, which makes a picture of 800 pixels slightly too large:
+// pages would show part of a pixel as a margin.
 void measureInPixels(QByteArray &svg, const QSize &size)
 {
     const qsizetype start = svg.indexOf("<svg width=\"");

@@ -23,10 +23,10 @@ struct PlotFormat {
     QString title;                    // above the chart, restricted markup; none if empty
 };
 
-// Whether a picture of the format fits into memory.
+// Whether a picture of this format fits into memory.
 [[nodiscard]] bool isDrawable(const PlotFormat &format);
 
-// The bytes of a picture file of the editor's chart of points, which have a finite range; empty if
-// it cannot be made. Needs a QApplication.
+// A picture file with the editor's chart of points, whose range must be finite; empty if it cannot
+// be made. Needs a QApplication.
 [[nodiscard]] QByteArray pictureOf(const QList<QPointF> &points, bool isLineSpectrum,
                                    const PlotFormat &format);

@@ -17,7 +17,7 @@ std::vector<QPointF> byEnergy(const QList<QPointF> &points)
     return sorted;
 }
 
-// Qt's own comparison is fuzzy.
+// QPointF's comparison is fuzzy.
 bool isSame(const QPointF &left, const QPointF &right)
 {
     return left.x() == right.x() && left.y() == right.y();

@@ -5,8 +5,8 @@
 #include <QPointF>
 #include <QtGlobal>
 
-// How two lists of points differ. Points belong together that have the same energy; of those that
-// share one, the first of one list belongs to the first of the other, and so on.
+// The differences of two lists of points. Points are paired by energy; several with the same energy
+// are paired in order.
 struct PointDifference {
     qsizetype added = 0;
     qsizetype removed = 0;

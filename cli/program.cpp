@@ -38,7 +38,7 @@ void printVersion(Console &console)
     console.out("zoravel " ZORAVEL_VERSION "\n");
 }
 
-// A line of two columns; a first one that is too wide has a line to itself.
+// A line of two columns; a first column that is too wide gets its own line.
 QByteArray columns(const QByteArray &first, const QByteArray &second)
 {
     constexpr qsizetype width = 24;

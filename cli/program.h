@@ -7,9 +7,9 @@
 struct Command;
 class Console;
 
-// The command that words, the command line without the program's name, ask for; null if that is
-// none.
+// The command that the command line asks for; null if it names none. words excludes the program's
+// name.
 [[nodiscard]] const Command *findCommand(const QByteArrayList &words);
 
-// Runs the command line: a command, the help or the version. Returns the status to end with.
+// Runs the command line: a command, the help or the version. Returns the exit status.
 [[nodiscard]] int runProgram(const QByteArrayList &words, Console &console);

@@ -60,7 +60,7 @@ public:
     {
     }
 
-    // Pairs each spectrum with the first one that matches.
+    // Pairs each spectrum with its first match.
     template <typename Match>
     void pairFirst(Match &&match)
     {
@@ -74,7 +74,7 @@ public:
         }
     }
 
-    // Pairs those that match, the ones that are most alike first.
+    // Pairs the matches, most similar first.
     template <typename Match>
     void pairMostAlike(Match &&match)
     {
@@ -139,8 +139,7 @@ private:
         m_taken[static_cast<std::size_t>(after)] = true;
     }
 
-    // Comparing hundreds of long spectra with each other would take minutes: then it is the keys
-    // that tell.
+    // Comparing hundreds of long spectra would take minutes, so their keys decide then.
     void countCommonPoints(std::vector<Candidate> &candidates) const
     {
         constexpr std::size_t mostComparisons = 100'000'000;

@@ -21,9 +21,8 @@ struct SpectrumPairs {
     QList<KeyedSpectrum> added;
 };
 
-// Which spectra of two files belong together: those that are equal under the same key, then those
-// that are equal under different ones. Of the others first those of the same title and type, then
-// any; among these, those with the most points in common, then those under the same key, then the
-// first ones.
+// Pairs the spectra of two files: equal ones under the same key, then equal ones under different
+// keys. The others are paired by title and type first, then any; among these by most points in
+// common, then by key, then in order.
 [[nodiscard]] SpectrumPairs pairedSpectra(const QList<KeyedSpectrum> &before,
                                           const QList<KeyedSpectrum> &after);

@@ -14,7 +14,7 @@
 namespace
 {
 
-// What the system says of what has no room; nothing of other errors.
+// The system's message for a lack of room; nothing for other errors.
 QByteArray whyNoRoom(int error)
 {
     switch (error) {
@@ -31,7 +31,7 @@ QByteArray whyNoRoom(int error)
     }
 }
 
-// What those who could not write find out too late to tell; empty if everything looks well.
+// The reason that can still be seen after a failed write; empty if there is none.
 QByteArray whyUnwritable(const QString &path)
 {
     constexpr qint64 little = 1 << 16; // bytes
@@ -57,8 +57,8 @@ QByteArray whyUnwritable(const QString &path)
 
 void sayUnwritable(const QByteArray &name, Console &console)
 {
-    // Room that was lacking is there again once what was written is gone. The error of the call
-    // that failed is still known: what cleans up behind it succeeds, which leaves errno alone.
+    // Removing what was written has freed the room again. errno still has the error, as successful
+    // calls leave it alone.
     QByteArray reason = whyNoRoom(errno);
     if (reason.isEmpty())
         reason = whyUnwritable(libraryPath(name));

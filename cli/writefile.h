@@ -5,10 +5,10 @@
 
 class Console;
 
-// Makes bytes the contents of the file of this name, as a whole or not at all; an interruption
-// waits until that is done. If it cannot be done, says so on standard error and returns false.
+// Replaces the contents of the file with bytes, whole or not at all; an interruption waits for the
+// end. A failure is reported on standard error and returns false.
 [[nodiscard]] bool writeFile(const QByteArray &name, const QByteArray &bytes, Console &console);
 
-// Says on standard error that the file cannot be written, and the reason where one is found. Call
-// it right behind what has failed.
+// Reports on standard error that the file cannot be written, and why if that is known. Call it
+// right after the failure.
 void sayUnwritable(const QByteArray &name, Console &console);

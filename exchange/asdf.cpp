@@ -23,7 +23,7 @@ constexpr bool isDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-// What a letter that begins a number stands for: its form and its signed first digit.
+// The form and the signed first digit that a letter at the start of a number stands for.
 struct Lead {
     Form form;
     int digit;
@@ -55,7 +55,7 @@ class Scanner
 public:
     explicit Scanner(QByteArrayView line) : m_rest(line) {}
 
-    // The next number's text; nothing at the end or before what is none.
+    // The next number's text; nothing at the end or before something else.
     std::optional<Token> next()
     {
         while (!m_rest.isEmpty() && QByteArrayView(" \t,;").contains(m_rest.front()))
@@ -91,7 +91,7 @@ private:
     {
         const QByteArray sign = take(QByteArrayView("+-").contains(m_rest.front()) ? 1 : 0);
         QByteArray number = sign + takeDigits();
-        // "E" and a sign: an exponent. "E" and a digit is a squeezed number.
+        // "E" and a sign begin an exponent; "E" and a digit begin a squeezed number.
         const bool hasExponent = m_rest.size() > 2 && (m_rest[0] == 'E' || m_rest[0] == 'e')
                                  && (m_rest[1] == '+' || m_rest[1] == '-') && isDigit(m_rest[2]);
         if (hasExponent) {
@@ -124,7 +124,7 @@ AsdfError notANumber(const QByteArray &text)
     return {'"' + text.left(20) + "\" is not a number"};
 }
 
-// A line of repeats may not swallow the memory.
+// A limit that keeps a line of repeats from filling the memory.
 constexpr double mostRepeats = 10'000'000;
 
 } // namespace
@@ -152,7 +152,7 @@ std::variant<AsdfLine, AsdfError> readAsdfLine(QByteArrayView line)
         if (token->form == Form::Repeat) {
             if (!previous || !(*value >= 1 && *value <= mostRepeats))
                 return AsdfError{"a count of repeats with nothing to repeat"};
-            // A difference is repeated as such; the count includes the number that stands there.
+            // A repeated difference is added again; the count includes the number before it.
             const double step =
                 previous->form == Form::Difference ? numberIn(previous->digits).value_or(0) : 0;
             const auto repeats = static_cast<qsizetype>(std::ceil(*value));

@@ -11,7 +11,7 @@
 namespace
 {
 
-// How a quantity is named; an underscore is a blank.
+// A name of a quantity; an underscore stands for a blank.
 struct Name {
     EnergyAxis::Quantity quantity;
     const char *plural;
@@ -20,7 +20,7 @@ struct Name {
     bool tellsInText;   // a sentence with these words is about the energies
 };
 
-// The first that matches counts: what is no photon energy stands before what could be one.
+// The first match counts, so names of other quantities stand before those of photon energies.
 constexpr std::array names{
     Name{EnergyAxis::NoPhotonEnergy, "kinetic energies",
          "kineti|kinéti|cin[eéè]ti|кинетич|electron energ|elektronenenergie"
@@ -69,7 +69,7 @@ QString withoutUnderscores(QString text)
     return text.replace(QLatin1Char('_'), QLatin1Char(' ')).simplified();
 }
 
-// The patterns of all names, of words alone or of short forms, too.
+// The patterns of all names, with or without their short forms.
 QList<QRegularExpression> patterns(bool withShorts)
 {
     QList<QRegularExpression> list;
@@ -94,7 +94,7 @@ const Name *nameIn(const QString &text, bool isHeading)
     return it != list.end() ? &names[static_cast<std::size_t>(it - list.begin())] : nullptr;
 }
 
-// Units that are known as such wherever they stand, and are not converted.
+// Known units that are not converted.
 bool isForeignUnit(const QString &text)
 {
     static const QRegularExpression foreign(
@@ -104,7 +104,7 @@ bool isForeignUnit(const QString &text)
     return foreign.match(text).hasMatch();
 }
 
-// Where a text stands.
+// The context of a text.
 struct Context {
     bool isHeading; // else in a sentence
     bool isWavelength;
@@ -115,7 +115,7 @@ struct NamedUnits {
     QStringList texts; // of all, as they are written
 };
 
-// The text up to the end, the bracket that closes it, or the first separator, longest first.
+// The text up to the end, the closing bracket or a separator, longest first.
 QStringList unitCandidates(const QString &rest)
 {
     static const QRegularExpression bracket(QStringLiteral("[)\\]}]"));
@@ -137,7 +137,7 @@ void addUnit(NamedUnits &units, const QString &text, std::optional<EnergyUnit> u
     units.texts.append(text);
 }
 
-// Where a unit can begin: at the start and behind what separates words.
+// Where a unit can begin: at the start and after a separator of words.
 struct Start {
     qsizetype at;
     bool isMarked; // behind a slash or a bracket, where nothing but a unit stands
@@ -157,8 +157,8 @@ QList<Start> startsIn(const QString &text)
     return starts;
 }
 
-// The unit that is written so, if it can be one there. A letter is a unit of wavelengths alone, and
-// a short word of other languages none in a sentence.
+// The unit with this spelling, if it is possible here. A single letter is a unit of wavelengths
+// only, and a short word of another language is none in a sentence.
 std::optional<EnergyUnit> unitAt(const Start &start, const QString &text, const Context &context)
 {
     static const QStringList words{QStringLiteral("um"), QStringLiteral("eh")};

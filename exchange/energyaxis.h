@@ -11,10 +11,10 @@
 #include <optional>
 #include <variant>
 
-// What a heading, a label or a comment in a file of another program says of the energies: which
-// quantity they are and in which unit. Headings in a few languages are understood.
+// Finds out what a heading, a label or a comment of another program says about the energies: their
+// quantity and unit. It understands headings in a few languages.
 
-// What the user says of the energies where the file does not, or says otherwise.
+// The user's settings where the file says nothing or something else.
 struct EnergyChoice {
     std::optional<EnergyUnit> unit;
     bool arePhotonEnergies = false;
@@ -28,34 +28,34 @@ struct EnergyAxis {
     QByteArray unitText;            // the units as they are named; empty if there is none
 };
 
-// Of the heading of one column, such as "Energy / eV" or "wavelength (nm)".
+// The heading of one column, such as "Energy / eV" or "wavelength (nm)".
 [[nodiscard]] EnergyAxis energyAxisOfHeading(const QByteArray &heading);
 
-// Of a line that begins with the heading of the energies and goes on with those of other columns.
-// Unknown if it does not begin with a quantity.
+// A line that begins with the heading of the energies, before those of other columns. Unknown if it
+// does not begin with a quantity.
 [[nodiscard]] EnergyAxis energyAxisOfLine(const QByteArray &line);
 
-// Of a sentence that may be about the energies. Shorter names than words do not count there.
+// A sentence that may be about the energies. Short names do not count there.
 [[nodiscard]] EnergyAxis energyAxisInText(const QByteArray &text);
 
-// Whether a sentence speaks of energies in a way that a table without a unit of its own must not be
-// read without a word from the user.
+// Whether a sentence casts so much doubt on the energies that a table without its own unit may be
+// read only after the user has chosen.
 [[nodiscard]] bool mayTellOfEnergies(const EnergyAxis &axis, const EnergyChoice &choice);
 
-// Why energies cannot be read without a word from the user.
+// Why the user must choose before energies can be read.
 struct EnergyDoubt {
     QByteArray reason;
     Remedy remedy;
 };
 
-// The unit in which to read energies that the text describes so: the chosen one, else the one that
-// is named, else nothing.
+// The unit of energies that the text describes so: the chosen one, otherwise the named one,
+// otherwise nothing.
 [[nodiscard]] std::variant<std::optional<EnergyUnit>, EnergyDoubt>
 unitToRead(const EnergyAxis &axis, const QByteArray &text, const EnergyChoice &choice);
 
-// Makes energies in eV of those in another unit, and sorts the points by them. Returns the index of
-// the first point that has no energy; the points are of no use then.
+// Converts energies to eV and sorts the points by them. Returns the index of the first point
+// without an energy; the points are useless then.
 [[nodiscard]] std::optional<qsizetype> convertEnergies(QList<QPointF> &points, EnergyUnit unit);
 
-// What convertEnergies() has done, for the user.
+// Describes a conversion to the user.
 [[nodiscard]] QByteArray conversionNote(EnergyUnit unit);

@@ -55,7 +55,7 @@ const Unit &infoOf(EnergyUnit unit)
     return units[static_cast<std::size_t>(unit)];
 }
 
-// One spelling of what is written as "cm⁻¹", "cm<sup>-1</sup>", "cm^{-1}" or "cm-1".
+// One spelling for "cm⁻¹", "cm<sup>-1</sup>", "cm^{-1}" and "cm-1".
 QString canonical(const QByteArray &text)
 {
     static const QRegularExpression leftOut(
@@ -83,7 +83,7 @@ QByteArray nameOf(EnergyUnit unit)
 
 std::optional<EnergyUnit> energyUnitNamed(const QByteArray &text)
 {
-    // In capitals it could be a thousand million times as much.
+    // In capitals it could be mega-electronvolts.
     if (text.trimmed() == "meV")
         return EnergyUnit::MilliElectronVolt;
     const QString name = canonical(text);

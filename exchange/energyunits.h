@@ -6,7 +6,7 @@
 
 #include <optional>
 
-// The units in which other programs write photon energies.
+// The units of photon energies in other programs' files.
 enum class EnergyUnit {
     ElectronVolt,
     MilliElectronVolt,
@@ -30,5 +30,5 @@ enum class EnergyUnit {
 [[nodiscard]] bool isWavelength(EnergyUnit unit);
 
 // The energy of one photon in eV, rounded to twelve significant digits; nothing for a wavelength
-// that is not above 0.
+// that is not positive.
 [[nodiscard]] std::optional<double> inElectronVolts(double x, EnergyUnit unit);

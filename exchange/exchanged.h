@@ -7,14 +7,14 @@
 #include <QList>
 #include <QPointF>
 
-// What a file of another program's format holds of one spectrum.
+// One spectrum from a file in another program's format.
 struct ExchangedSpectrum {
     QJsonObject metadata;    // under the keys of a spectrum object, without points
     QList<QPointF> points;   // photon energy in eV, intensity
     QByteArrayList warnings; // what of the file is not kept, or was read with doubts
 };
 
-// What the user can say so that a file that is refused is read.
+// What the user can do to have a refused file read.
 enum class Remedy {
     None,
     NameUnit,               // of the energies

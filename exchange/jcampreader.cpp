@@ -15,7 +15,7 @@
 namespace
 {
 
-// A factor of 0.001 means three decimals: dividing by 1000 gives the number next to them.
+// A factor of 0.001 means three decimals: dividing by 1000 gives the nearest double.
 double scaled(double value, double factor)
 {
     const double divisor = std::round(1 / factor);
@@ -57,7 +57,7 @@ public:
 private:
     using Error = std::optional<ExchangeError>;
 
-    // The number of a record that may be missing.
+    // Reads the number of an optional record.
     Error readNumber(const char *name, std::optional<double> &value)
     {
         const JcampRecord *record = m_block.find(name);
@@ -91,7 +91,7 @@ private:
         return std::nullopt;
     }
 
-    // (X++(Y..Y)): even steps from FIRSTX to LASTX; each line begins with its abscissa.
+    // Reads (X++(Y..Y)): even steps from FIRSTX to LASTX; each line begins with its abscissa.
     Error readRun(const JcampRecord &table)
     {
         if (!m_firstX || !m_lastX || !m_count)
@@ -166,7 +166,7 @@ private:
                  + "NPOINTS steps, which count");
     }
 
-    // (XY..XY): pairs, separated by anything but letters.
+    // Reads (XY..XY): pairs, separated by anything but letters.
     Error readPairs(const JcampRecord &table)
     {
         for (qsizetype i = 1; i < table.lines.size(); ++i) {
@@ -283,7 +283,7 @@ private:
             warn(QByteArray::number(m_missing) + " points without an ordinate (?) are left out");
     }
 
-    // A field that was written with the spectrum; a quoted one may go over several lines.
+    // Reads a field that this program wrote; a quoted one may span several lines.
     void readOwnRecord(const JcampRecord &record)
     {
         const QByteArray name = record.name.sliced(qsizetype(sizeof "$ZORAVEL") - 1);
@@ -306,7 +306,7 @@ private:
         return text;
     }
 
-    // What the points have told already.
+    // Whether the points already contain the record's information.
     bool isUsed(const QByteArray &name) const
     {
         static const QByteArrayList used{

@@ -14,11 +14,10 @@ struct JcampReading {
     bool isLenient = false;     // takes ordinates whose check value on the next line is another
 };
 
-// Reads a spectrum of JCAMP-DX: XYDATA of the form (X++(Y..Y)) with ordinates in any of the forms
-// AFFN, PAC, SQZ, DIF and DUP, XYPOINTS and peak tables of the form (XY..XY). Everything that the
-// file says twice is compared: abscissas on the lines, check values, FIRSTX, LASTX and NPOINTS; the
-// file is refused where they disagree. Abscissas in another unit become energies in eV; without one
-// that is named or chosen the file is refused. Labels that a spectrum object has no field for go
-// into its comments.
+// Reads a spectrum from JCAMP-DX: XYDATA of the form (X++(Y..Y)) with ordinates in AFFN, PAC, SQZ,
+// DIF or DUP form, XYPOINTS and peak tables of the form (XY..XY). Redundant values are compared:
+// abscissas on the lines, check values, FIRSTX, LASTX and NPOINTS; the file is refused if they
+// disagree. Abscissas in another unit become energies in eV; without a named or chosen unit the
+// file is refused. Labels without a field in the spectrum object go into its comments.
 [[nodiscard]] std::variant<ExchangedSpectrum, ExchangeError>
 readJcamp(const QByteArray &bytes, const JcampReading &reading = {});

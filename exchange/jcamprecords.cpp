@@ -19,7 +19,7 @@ QByteArray nameOf(const QByteArray &label)
     return name;
 }
 
-// Takes the comment off a line. Returns whether there was one.
+// Removes the comment of a line. Returns whether there was one.
 bool takeComment(QByteArray &line)
 {
     const qsizetype comment = line.indexOf("$$");

@@ -21,14 +21,14 @@ struct JcampBlock {
     QList<JcampRecord> records; // without TITLE's block mates "BLOCKS" and "END"
     qsizetype comments = 0;     // how many "$$ ..." there were
 
-    // The record of this name; null if there is none.
+    // The record with this name; null if there is none.
     [[nodiscard]] const JcampRecord *find(const char *name) const;
     // Its value on one line; empty if there is none.
     [[nodiscard]] QByteArray value(const char *name) const;
 };
 
-// The blocks from TITLE to END that hold data; a block of links alone is none.
+// The blocks with data, from TITLE to END, without those that only link others.
 [[nodiscard]] std::variant<QList<JcampBlock>, ExchangeError> jcampBlocks(const QByteArray &bytes);
 
-// The blocks' record whose value is the table of points; null if there is none.
+// The block's record with the table of points; null if there is none.
 [[nodiscard]] const JcampRecord *pointTable(const JcampBlock &block);

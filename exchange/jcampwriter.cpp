@@ -30,7 +30,7 @@ bool isAscii(const QByteArray &text)
     return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
 }
 
-// As JSON, in ASCII, without what would begin a comment.
+// The text as ASCII JSON, without the start of a comment.
 QByteArray quoted(const QString &text)
 {
     QByteArray result = "\"";
@@ -45,7 +45,7 @@ QByteArray quoted(const QString &text)
     return result + '"';
 }
 
-// The record of a field; one that is long or unusual is quoted, and then goes over several lines.
+// The record of a field; a long or unusual value is quoted and may span several lines.
 QByteArray fieldRecord(const QString &key, const QJsonValue &value)
 {
     const QByteArray label = "$ZORAVEL " + key.toUpper().toUtf8();
@@ -55,7 +55,7 @@ QByteArray fieldRecord(const QString &key, const QJsonValue &value)
         return record(label, text);
     text = value.isString() ? quoted(value.toString()) : text;
     QByteArray lines = "##" + label + "=\n";
-    // A line must not begin or end with a blank, which readers may take away, nor begin with "##".
+    // A line must not begin or end with a blank, which readers may remove, nor begin with "##".
     while (!text.isEmpty()) {
         qsizetype length = std::min(text.size(), lineLength);
         while (length > 1 && length < text.size()
@@ -67,7 +67,7 @@ QByteArray fieldRecord(const QString &key, const QJsonValue &value)
     return lines;
 }
 
-// The title for other programs.
+// The title that other programs see.
 QByteArray titleOf(const QJsonObject &spectrum)
 {
     const QString title = spectrum.value(keyOf(SpectrumColumn::Title)).toString();
@@ -79,7 +79,7 @@ QByteArray titleOf(const QJsonObject &spectrum)
     return text;
 }
 
-// Intensities as whole numbers of 10 to the power of -decimals.
+// Intensities as whole numbers times 10 to the power of -decimals.
 struct WholeNumbers {
     int decimals;
     QList<qint64> values;
@@ -96,7 +96,7 @@ std::optional<WholeNumbers> asWholeNumbers(const QList<QPointF> &points)
             const double whole = std::round(point.y() * power);
             if (std::abs(whole) > largest)
                 return std::nullopt;
-            // Zero has a sign that whole numbers lack.
+            // Whole numbers have no negative zero.
             if (whole / power != point.y() || (whole == 0 && std::signbit(point.y())))
                 break;
             numbers.values.append(qint64(whole));
@@ -107,7 +107,7 @@ std::optional<WholeNumbers> asWholeNumbers(const QList<QPointF> &points)
     return std::nullopt;
 }
 
-// Whether the abscissas are those that a reader computes from the ends and their count.
+// Whether a reader would compute these abscissas from the ends and their count.
 bool isEven(const QList<QPointF> &points)
 {
     const double last = double(points.size() - 1);
@@ -122,7 +122,7 @@ bool isEven(const QList<QPointF> &points)
     return points.first().x() != points.last().x();
 }
 
-// Without an exponent, which readers of packed lines could take for a digit.
+// A number without an exponent, which readers of packed lines could take for a digit.
 QByteArray plainNumber(double value)
 {
     return QByteArray::number(value, 'f', QLocale::FloatingPointShortest);

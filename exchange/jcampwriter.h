@@ -4,7 +4,7 @@
 #include <QByteArray>
 #include <QJsonObject>
 
-// Writes a spectrum object as JCAMP-DX 5.01, in plain ASCII: XYDATA if the steps are so even and
-// the intensities have so few digits that the same numbers are read again, else XYPOINTS. The
-// fields stand under labels of their own, "##$ZORAVEL TITLE=".
+// Writes a spectrum object as JCAMP-DX 5.01, in plain ASCII: as XYDATA if the steps are even and
+// the intensities short enough to read back the same numbers, otherwise as XYPOINTS. The fields
+// have labels of their own, "##$ZORAVEL TITLE=".
 [[nodiscard]] QByteArray writeJcamp(const QJsonObject &spectrum);

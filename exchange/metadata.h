@@ -6,23 +6,22 @@
 #include <QJsonObject>
 #include <QJsonValue>
 
-// The fields of a spectrum object but its points, as "key: value" in files of other programs.
+// The fields of a spectrum object without its points, as "key: value" in other programs' files.
 
-// The keys that a spectrum can have.
+// The keys of a spectrum's fields.
 [[nodiscard]] QByteArrayList metadataKeys();
 
-// The key among metadataKeys() that name is, letters compared without regard to case; empty if
-// there is none.
+// The key among metadataKeys() that equals name in any case; empty if there is none.
 [[nodiscard]] QByteArray metadataKey(const QByteArray &name);
 
-// Sets the field of this key from a text: a type by its name or index, a line spectrum as true or
-// false. False if the text is no value of the field.
+// Sets the field from a text: a type by name or index, a line spectrum as true or false. False if
+// the text is no value of the field.
 [[nodiscard]] bool setMetadata(QJsonObject &metadata, const QByteArray &key,
                                const QByteArray &text);
 
-// A value on one line: a text as it is, if it can be told from a quoted one and has no blanks at
-// its ends and no control characters; else quoted as in JSON. Other values are JSON.
+// A value on one line. A text stays as it is if it does not look quoted and has no blanks at its
+// ends and no control characters; otherwise it is quoted as in JSON. Other values are JSON.
 [[nodiscard]] QByteArray metadataText(const QString &key, const QJsonValue &value);
 
-// The text that metadataText() made a line of.
+// The inverse of metadataText() for texts.
 [[nodiscard]] QByteArray unquoted(const QByteArray &text);

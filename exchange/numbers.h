@@ -6,13 +6,13 @@
 
 #include <optional>
 
-// Numbers in files of other programs: C-locale, whatever the user's locale is.
+// Numbers in other programs' files: in the C locale, whatever the user's is.
 
-// The value of a text that is a finite decimal number as a whole, blanks around it aside.
+// The value of a text that is a finite decimal number, apart from blanks around it.
 [[nodiscard]] std::optional<double> numberIn(QByteArrayView text);
 
-// The shortest text that reads as the same value.
+// The shortest text that reads as this value.
 [[nodiscard]] QByteArray shortestText(double value);
 
-// value rounded to twelve significant digits: takes away the noise of computed energies.
+// value rounded to twelve significant digits, which removes the noise of computed energies.
 [[nodiscard]] double rounded(double value);

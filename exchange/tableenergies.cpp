@@ -51,7 +51,7 @@ public:
         return m_above.isEmpty() ? Described() : ofLine(m_above.last());
     }
 
-    // The first other line that may tell what the energies are.
+    // The first other line that may say what the energies are.
     [[nodiscard]] std::optional<TableLine> doubt(const EnergyChoice &choice) const
     {
         for (const TableLine &line : m_above + m_layout.texts) {
@@ -63,7 +63,7 @@ public:
     }
 
 private:
-    // A line that may hold the headings, in a comment or separated otherwise than the numbers.
+    // A line that may hold the headings: a comment, or one with other separators than the numbers.
     [[nodiscard]] Described ofLine(const TableLine &line) const
     {
         const QByteArray text = plainText(line.text);

@@ -11,7 +11,7 @@
 #include <optional>
 #include <variant>
 
-// What a table says of its energies.
+// What a table says about its energies.
 struct TableEnergies {
     std::optional<EnergyUnit> unit; // nothing if neither the file nor the user names one
     qsizetype line = 0;             // the comment or text that says it; 0 if it is none
@@ -19,9 +19,9 @@ struct TableEnergies {
     QByteArrayList warnings;
 };
 
-// Looks at the headings of the column of energies (from 0), else at the line next above the
-// numbers. Where they name no unit, other lines must not speak of one. An error if the energies
-// cannot be read without a word from the user.
+// Checks the headings of the column of energies (from 0), otherwise the line right above the
+// numbers. If they name no unit, no other line may name one. An error if the user must choose
+// before the energies can be read.
 [[nodiscard]] std::variant<TableEnergies, ExchangeError>
 tableEnergies(const TableLayout &layout, qsizetype column, const QList<TableLine> &comments,
               const EnergyChoice &choice);

@@ -44,7 +44,7 @@ std::optional<TableLayout> layoutOf(const QList<TableLine> &lines, const TableDi
     return layout;
 }
 
-// A number with what may be attached to it, such as "9.5eV", "100*" or "9.5(2)"; not a date.
+// A number with an attached unit or mark, such as "9.5eV", "100*" or "9.5(2)"; no date.
 bool isLikeNumber(const QByteArray &field)
 {
     static const QRegularExpression form(
@@ -56,7 +56,7 @@ bool isLikeNumber(const QByteArray &field)
     return form.match(text).hasMatch() && !dateOrVersion.match(text).hasMatch();
 }
 
-// What stands for a number that is missing.
+// Whether a field marks a missing number.
 bool isMissing(const QByteArray &field)
 {
     static const QRegularExpression form(
@@ -65,7 +65,7 @@ bool isMissing(const QByteArray &field)
     return form.match(QString::fromUtf8(plainField(field))).hasMatch();
 }
 
-// Whether a line has two numbers or is one of numbers, some of them missing.
+// Whether a line has two numbers, or consists of numbers of which some are missing.
 bool isLikePoint(const QByteArray &line)
 {
     return std::any_of(dialects.begin(), dialects.end(), [&](const TableDialect &dialect) {
@@ -89,7 +89,7 @@ QByteArray TableLayout::heading(qsizetype column) const
 std::variant<std::vector<TableLayout>, ExchangeError> possibleLayouts(const QList<TableLine> &lines,
                                                                       char decimal)
 {
-    // Numbers that a dialect cannot read look like text to it: those that begin later are wrong.
+    // A dialect that cannot read a number takes it for text, so those with later rows are wrong.
     std::vector<TableLayout> layouts;
     qsizetype first = std::numeric_limits<qsizetype>::max();
     for (const TableDialect &dialect : dialects) {

@@ -10,7 +10,7 @@
 #include <variant>
 #include <vector>
 
-// The lines of a table by what they are, under one dialect.
+// The lines of a table by kind, in one dialect.
 struct TableLayout {
     TableDialect dialect;
     QList<TableLine> texts;    // above the numbers, without the headings
@@ -18,15 +18,15 @@ struct TableLayout {
     QList<TableLine> rows;     // from the first that is one of numbers to the end
     qsizetype width = 0;       // columns of the first row
 
-    // What the headings say of a column (from 0), one behind the other; empty if there are none.
+    // The headings of a column (from 0), joined; empty if there are none.
     [[nodiscard]] QByteArray heading(qsizetype column) const;
 };
 
-// The layouts that the lines, without comments and empty ones, may have: those whose rows begin
-// first. decimal is '.' or ','; 0 for both. An error, with its line, if there is no row, or if a
-// line above the rows could be a point that none of the dialects can read.
+// The possible layouts of lines without comments and empty ones: those whose rows begin first.
+// decimal is '.' or ','; 0 allows both. An error, with its line, if there is no row, or if a line
+// above the rows could be a point that no dialect can read.
 [[nodiscard]] std::variant<std::vector<TableLayout>, ExchangeError>
 possibleLayouts(const QList<TableLine> &lines, char decimal);
 
-// How many words of a text are numbers, units attached to them or not.
+// How many words of a text are numbers, with or without a unit.
 [[nodiscard]] qsizetype countNumbers(const QByteArray &text);

@@ -24,7 +24,7 @@ QByteArray asUtf8(const QByteArray &bytes, QByteArray &warning)
     return QString::fromLatin1(bytes).toUtf8();
 }
 
-// Spaces that are not ASCII do not separate: they may stand between the thousands of a number.
+// Only ASCII spaces separate: others may stand between the thousands of a number.
 QByteArrayList splitAtSpace(const QByteArray &line)
 {
     const QByteArray text = line.simplified();
@@ -33,7 +33,7 @@ QByteArrayList splitAtSpace(const QByteArray &line)
     return fields;
 }
 
-// A separator between quotation marks does not separate; two of them there stand for one.
+// A separator within quotation marks does not separate; two quotation marks there stand for one.
 QByteArrayList splitQuoted(const QByteArray &line, char separator)
 {
     QByteArrayList fields;
@@ -62,7 +62,7 @@ QList<TableLine> linesOfText(const QByteArray &bytes, QByteArray &warning)
 {
     QByteArray text = asUtf8(bytes, warning);
     text.replace("\r\n", "\n").replace('\r', '\n');
-    // DOS ends a text by Ctrl+Z.
+    // Ctrl+Z ends a text of DOS.
     constexpr char controlZ = '\x1a';
     qsizetype end = text.size();
     while (end > 0 && (text[end - 1] == controlZ || text[end - 1] == ' ' || text[end - 1] == '\n'))

@@ -7,7 +7,7 @@
 
 #include <optional>
 
-// How the numbers of a table stand on a line.
+// The way in which a table writes numbers on a line.
 struct TableDialect {
     char separator; // ' ' for any run of white space
     char decimal;   // '.' or ','
@@ -18,21 +18,19 @@ struct TableLine {
     QByteArray text;
 };
 
-// The lines of a text in any of the usual encodings and with any of the usual line ends. Says in
-// warning if the encoding had to be guessed.
+// The lines of a text with any usual encoding and line ends. A guessed encoding sets warning.
 [[nodiscard]] QList<TableLine> linesOfText(const QByteArray &bytes, QByteArray &warning);
 
-// A field without spaces of any kind around it, and with a hyphen for each minus of Unicode.
+// A field without surrounding spaces of any kind, and with hyphens for Unicode's minus signs.
 [[nodiscard]] QByteArray plainField(const QByteArray &field);
 
-// What stands between the separators, without quotation marks and blanks around it; an empty field
-// at the end of the line, left by a separator there, is none.
+// The texts between the separators, without quotation marks and surrounding blanks. A separator at
+// the end of the line starts no field.
 [[nodiscard]] QByteArrayList fieldsOf(const QByteArray &line, const TableDialect &dialect);
 
-// The number of one field as plainField() gives it. A decimal comma and a decimal point exclude
-// each other.
+// The number of a field from plainField(). A decimal comma and a decimal point exclude each other.
 [[nodiscard]] std::optional<double> fieldNumber(const QByteArray &text,
                                                 const TableDialect &dialect);
 
-// Whether a number with a comma could be one of thousands as well: "1,234".
+// Whether the comma of a number may group thousands: "1,234".
 [[nodiscard]] bool looksLikeThousands(const QByteArray &field);

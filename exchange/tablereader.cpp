@@ -19,7 +19,7 @@ namespace
 
 bool isComment(const QByteArray &line)
 {
-    // What spreadsheets write where there is no number.
+    // What spreadsheets write instead of a missing number.
     static const QByteArrayList errorValues{"#N/A",  "#NUM!",  "#VALUE!", "#DIV/0!",
                                             "#REF!", "#NAME?", "#NULL!"};
     const bool isValue =
@@ -141,7 +141,7 @@ std::variant<Reading, ExchangeError> chooseReading(const QList<TableLine> &lines
         if (chosen && !isSame(chosen->points.list, found.list))
             return ExchangeError{layout.rows.first().number,
                                  "could be read in two ways: say --decimal point or comma"};
-        // The form with a separator of its own knows the headings better than white space.
+        // A dialect with a real separator splits the headings better than white space.
         if (!chosen)
             chosen = Reading{layout, std::get<Columns>(columns), found};
     }
@@ -155,7 +155,7 @@ std::variant<Reading, ExchangeError> chooseReading(const QList<TableLine> &lines
     return *std::move(chosen);
 }
 
-// A comment or a line of text above the numbers.
+// Reads a comment or a line of text above the numbers.
 void readText(const TableLine &line, ExchangedSpectrum &spectrum)
 {
     static const QRegularExpression field(QStringLiteral("^[#%\\s]*([A-Za-z]+)\\s*[:=]\\s*(.*)$"));
@@ -171,7 +171,7 @@ void readText(const TableLine &line, ExchangedSpectrum &spectrum)
                                  + " is not kept: " + text.toUtf8());
 }
 
-// Valence and inner shells of light atoms end here, and other units often begin.
+// Valence and inner shells of light atoms end here, and many other units begin.
 void warnOfLargeEnergies(ExchangedSpectrum &spectrum)
 {
     constexpr double largestUsual = 200; // eV

@@ -19,8 +19,8 @@ struct TableReading {
 // Reads a table of numbers: comma, semicolon, tab or white space between the columns, decimal
 // points or commas. Lines that begin with "#" or "%" are comments; "# Key: value" with the key of a
 // spectrum's field is metadata. Above the first point only comments, headings and text without two
-// numbers may stand. Energies in a unit that headings or comments name become eV. A text that could
-// be read in two ways is refused, and so is one with a line that is no point, or with energies that
-// are none of photons.
+// numbers may stand. Energies in a unit from headings or comments become eV. The table is refused
+// if it can be read in two ways, if a line is no point, or if the energies are not those of
+// photons.
 [[nodiscard]] std::variant<ExchangedSpectrum, ExchangeError> readTable(const QByteArray &bytes,
                                                                        const TableReading &reading);

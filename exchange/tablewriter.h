@@ -5,5 +5,5 @@
 #include <QJsonObject>
 
 // Writes a spectrum object as a table of two columns: its fields as comments "# Key: value", a line
-// of headings, the points with all their digits.
+// of headings, and the points with all digits.
 [[nodiscard]] QByteArray writeTable(const QJsonObject &spectrum, char separator, char decimal);
