@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What assistive technology is told of the windows.
+// Checks what assistive technology learns about the windows.
 #include "database/createdatabase.h"
 #include "spectrum/spectrumwindow.h"
 #include "support/mainwindowfixture.h"
@@ -43,7 +43,7 @@ void walk(QAccessibleInterface *element, const std::function<void(QAccessibleInt
         walk(element->child(i), visit);
 }
 
-// As a screen reader names an element: by what labels it, or by its own name.
+// The name that a screen reader says: that of the label, or the element's own.
 QString spokenName(const QAccessibleInterface *element)
 {
     const auto labels = element->relations(QAccessible::Label);
@@ -55,7 +55,7 @@ QString spokenName(const QAccessibleInterface *element)
     return element->text(QAccessible::Name);
 }
 
-// What a widget of this program has to be to assistive technology.
+// What assistive technology expects of a widget of this program.
 QAccessible::Role expectedRole(const QWidget *widget)
 {
     if (widget->inherits("SpectrumChartView"))
@@ -90,7 +90,7 @@ const QWidget *formOf(const QWidget *widget)
     return nullptr;
 }
 
-// Checks all that can have the keyboard under root, and returns how many that are.
+// Checks all focusable widgets under root and returns their number.
 int checkFocusable(QWidget *root)
 {
     QHash<const QWidget *, QStringList> names;
@@ -215,7 +215,7 @@ void TestAccessibility::tabsOfTheSpectraAreInTheTree()
     QCOMPARE(tabs, QStringList({QStringLiteral("First"), QStringLiteral("Second")}));
 }
 
-// The name of a combo box is its text here; what it is for, its label says.
+// A combo box's own name is its text; its label says what it is for.
 void TestAccessibility::typeIsLabelled()
 {
     MainWindowFixture f;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The mark under a mass that is saved as 0 because it is no number.
+// The mark under a mass that is no number and so is saved as 0.
 #include "files/jsonfile.h"
 #include "species/speciesmodel.h"
 #include "support/mainwindowfixture.h"
@@ -23,7 +23,7 @@ class Fixture : public MainWindowFixture
 public:
     CleanTextEdit *mass = field(QStringLiteral("lineEditMass"));
 
-    // Whether all of its text is underlined and this is said.
+    // Whether all of its text is underlined and the field says so.
     [[nodiscard]] bool isMarked() const
     {
         const QList<QTextEdit::ExtraSelection> marks = mass->extraSelections();
@@ -37,7 +37,7 @@ public:
             QTest::qFail("the parts of the mark disagree", __FILE__, __LINE__);
         return underlined;
     }
-    // What is saved of the field as it stands.
+    // What saving would make of the field.
     [[nodiscard]] double saved()
     {
         SpeciesModel model(nullptr);

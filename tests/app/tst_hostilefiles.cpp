@@ -112,7 +112,7 @@ void paint(QWidget *widget)
 
 } // namespace
 
-// Entries come from strangers: what is in them, and what they are called, is text and nothing else.
+// Entries come from strangers: their contents and names are text and nothing else.
 class TestHostileFiles : public QObject
 {
     Q_OBJECT
@@ -154,7 +154,7 @@ private slots:
         QVERIFY(!bait.wasVisited());
     }
 
-    // Qt's own decoder takes the bait.
+    // Qt's own decoder would open the file.
     void nothingThatADrawingRefersToIsFetched()
     {
         Bait bait;
@@ -289,7 +289,7 @@ private slots:
         const QString shown = u"<img src='x'> <b>MARK"_s;
         QCOMPARE(fixture.window.windowTitle(), u"ZORAVEL Entry Edit - <img src=x> MARK.json"_s);
         QCOMPARE(fixture.spectra().value(0)->windowTitle(), shown);
-        // Tabs draw their texts as they are; the tips are read as markup.
+        // Tabs draw texts as they are; tool tips read them as markup.
         const auto *tabs = fixture.area()->findChild<QTabBar *>();
         QCOMPARE(tabs->tabText(0), shown);
         QCOMPARE(tabs->tabToolTip(0), u"<qt>&lt;img src='x'&gt; &lt;b&gt;MARK</qt>"_s);
@@ -331,8 +331,7 @@ private slots:
         fixture.trigger(u"actionCreateDatabase"_s);
     }
 
-    // A path in an entry is a text like any other: nothing is opened, run or written but the file
-    // that is saved.
+    // A path in an entry is plain text: only the saved file is opened, run or written.
     void loadingAndSavingTouchesNoOtherFile()
     {
         MainWindowFixture fixture;

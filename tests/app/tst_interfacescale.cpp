@@ -27,8 +27,8 @@
 
 #include <memory>
 
-// The program's own application is started here: on a plain screen A and a screen B of twice the
-// resolution. Other screens and settings are those of processes that report what they see.
+// These tests run on a plain screen A and a screen B of twice the resolution. Other screens and
+// settings belong to processes that report what they see.
 
 namespace
 {
@@ -59,7 +59,7 @@ void useScreens(const QString &file, const QJsonArray &screens)
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(file));
 }
 
-// As Qt goes through the list when the screen of this name is the one at this place.
+// Goes through the list like Qt when the screen of this name is at this place.
 double factorFor(const QByteArray &list, const QByteArray &name, qsizetype place)
 {
     double factor = 0;
@@ -93,7 +93,7 @@ int report(int argc, char **argv)
                : EXIT_FAILURE;
 }
 
-// A dialog as a form of the program makes it.
+// A dialog like one from a form of the program.
 class FormDialog : public QDialog
 {
     Q_OBJECT
@@ -300,7 +300,7 @@ private slots:
         const auto spacing = [](const QStyle &style) {
             return style.layoutSpacing(QSizePolicy::Label, QSizePolicy::LineEdit, Qt::Horizontal);
         };
-        // A style that answers for pairs of widgets, as those of some desktops do.
+        // A style that answers for pairs of widgets, as some desktops' styles do.
         class Spacious : public QProxyStyle
         {
         public:

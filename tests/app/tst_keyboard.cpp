@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Everything by the keyboard alone: where Tab goes, what the chart and the image do with keys, and
-// that it can be seen where the keyboard is.
+// Everything by keyboard: where Tab goes, what the chart and the image do with keys, and whether
+// the focus is visible.
 #include "files/jsonfile.h"
 #include "spectrum/spectrumchartview.h"
 #include "spectrum/spectrumwindow.h"
@@ -65,7 +65,7 @@ const QStringList spectrumStops{
     QStringLiteral("chartSpectrum"),
 };
 
-// As the user's keyboard sends it: to the window, which gives it to the widget with the focus.
+// Sends a key as the user's keyboard does: to the window, which passes it to the focused widget.
 void press(const MainWindowFixture &f, Qt::Key key)
 {
     QTest::keyClick(f.window.windowHandle(), key);
@@ -103,7 +103,7 @@ QStringList round(const MainWindowFixture &f, Qt::Key key)
 
 QStringList reversed(QStringList list)
 {
-    // The one at which the round starts stays the first.
+    // The round's first widget stays the first.
     std::reverse(list.begin() + 1, list.end());
     return list;
 }
@@ -182,8 +182,8 @@ void TestKeyboard::tabGoesRoundTheFormAndTheShownSpectrum()
     }
 }
 
-// Each changes the picture where it stands when it gets the keyboard, and what has no mark of its
-// own gets a ring that stands out.
+// Each widget looks different with the focus, and those without a mark of their own get a distinct
+// ring.
 void TestKeyboard::everyStopIsMarked()
 {
     MainWindowFixture f;
@@ -264,7 +264,7 @@ void TestKeyboard::spaceOnAToolButtonDoesItsWork()
 {
     MainWindowFixture f;
     QAction *action = f.find<QAction>(QStringLiteral("actionNextFile"));
-    // What it does by itself asks for a file.
+    // The action itself asks for a file.
     QVERIFY(action->disconnect());
     const QSignalSpy triggered(action, &QAction::triggered);
     f.find<QToolBar>(QStringLiteral("toolBar"))->widgetForAction(action)->setFocus();
@@ -278,12 +278,12 @@ void TestKeyboard::openingLeavesTheKeyboardBesideTheSpectra_data()
     QTest::addColumn<bool>("active");
     for (const QString &stop : speciesStops) {
         QTest::addRow("%s", qPrintable(stop)) << stop << true;
-        // As while a file dialog closes.
+        // The state while a file dialog closes.
         QTest::addRow("%s, inactive", qPrintable(stop)) << stop << false;
     }
 }
 
-// One press of Space on Next File after the other steps through a folder: none may reach a field.
+// Repeated Space on Next File steps through a folder: no press may reach a field.
 void TestKeyboard::openingLeavesTheKeyboardBesideTheSpectra()
 {
     QFETCH(QString, stop);
@@ -331,7 +331,7 @@ void TestKeyboard::openingMovesTheKeyboardToTheNewSpectra()
 void TestKeyboard::otherwiseTheNameHasTheKeyboard()
 {
     MainWindowFixture f;
-    // Nor at the start with a file, when nothing has the keyboard yet.
+    // The same holds at a start with a file, when nothing has the focus yet.
     QVERIFY(writeJsonObject(f.path(QStringLiteral("1.json")),
                             speciesFileWith(QStringLiteral("1"), {QStringLiteral("A")})));
     QApplication::focusWidget()->clearFocus();
@@ -367,7 +367,7 @@ void TestKeyboard::arrowsOnTheTabsChangeTheSpectrum()
     f.window.createNewSpectrumWindow(spectrumOf(QStringLiteral("B")));
     f.window.createNewSpectrumWindow(spectrumOf(QStringLiteral("C")));
     f.area()->findChild<QTabBar *>()->setFocus();
-    // The tabs keep the keyboard, so that one arrow after the other goes through all of them.
+    // The focus stays on the tabs, so that the arrows go through all of them.
     const std::pair<Qt::Key, int> steps[] = {{Qt::Key_Left, 1},
                                              {Qt::Key_Left, 0},
                                              {Qt::Key_Left, 0},
@@ -410,7 +410,7 @@ void TestKeyboard::controlTabReachesTheSpectraFromEverywhere()
     }
 }
 
-// Space must not press another button than the one that was reached in that spectrum before.
+// Space must press only the button that was reached in that spectrum.
 void TestKeyboard::controlTabComesBackToTheSameField()
 {
     QFETCH(QString, first);
@@ -566,7 +566,7 @@ void TestKeyboard::chartZoomsOutToTheWholeSpectrumOnly()
     QVERIFY(showsAll());
 }
 
-// Its ranges have no width.
+// The ranges of this spectrum have no width.
 void TestKeyboard::chartZoomsASinglePointWithoutHarm()
 {
     MainWindowFixture f;

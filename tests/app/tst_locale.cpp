@@ -25,8 +25,8 @@
 
 using namespace Qt::StringLiterals;
 
-// That numbers and dates are shown and written in one way in every locale. Every test of this
-// folder is run in some locales; this one looks at what no other one has reason to look at.
+// Numbers and dates look and are written the same in every locale. All tests of this folder run in
+// some locales; this one checks what no other has reason to check.
 class TestLocale : public QObject
 {
     Q_OBJECT
@@ -106,7 +106,7 @@ void TestLocale::showsNumbersWithPointsAndPlainDigits()
     }
     QVERIFY2(numbers >= 8, qPrintable(chartTexts(spectrum).join(u' ')));
 
-    // Only now have the points been changed once, so that there is a number of lines.
+    // Only now was the text changed, which shows the number of lines.
     MainWindowFixture::typePoints(spectrum, QString(1500, u'\n'));
     QCOMPARE(spectrum->findChild<QLabel *>(u"label_14"_s)->text(),
              u"Spectrum, I(hv / eV) (2051 lines)"_s);
@@ -135,7 +135,7 @@ void TestLocale::datesNewSpectraInPlainDigits()
     QVERIFY(date >= before && date <= QDate::currentDate());
 }
 
-// Texts are not translated, so that forms would only be mirrored.
+// Texts are not translated, so mirrored forms would not fit them.
 void TestLocale::keepsTheDirectionOfTheForms()
 {
     const MainWindowFixture f;
@@ -150,8 +150,7 @@ void TestLocale::countsFilesInPlainDigits()
     QCOMPARE(progress.findChild<QProgressBar *>()->text(), u"50%"_s);
 }
 
-// The bytes that are expected do not depend on the locale, as the example was not written in this
-// one.
+// The expected bytes are the same in all locales, as the example comes from another one.
 void TestLocale::savesTheSameFile()
 {
     MainWindowFixture f;

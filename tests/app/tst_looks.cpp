@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What can be read in the windows' pictures, on a dark desktop and on a light one. Run at several
-// scales: QT_SCALE_FACTOR.
+// Readability of the windows' pictures in dark and light themes. Runs at several scales:
+// QT_SCALE_FACTOR.
 #include "database/createdatabase.h"
 #include "spectrum/spectrumchartview.h"
 #include "spectrum/spectrumwindow.h"
@@ -42,8 +42,8 @@
 namespace
 {
 
-// Contrasts as the Web Content Accessibility Guidelines 2.1 ask for: of texts, and of what else has
-// to be made out.
+// The contrasts of the Web Content Accessibility Guidelines 2.1 for texts and for other visible
+// things.
 constexpr double leastOfText = 4.5;
 constexpr double leastOfSymbols = 3;
 
@@ -88,9 +88,8 @@ QRgb mostFrequent(const QHash<QRgb, int> &counts)
     return colour;
 }
 
-// The contrast of what is drawn in a picture with its background, which is the most frequent
-// colour. Only the middle of a stroke has the colour that it was meant to have: that of the
-// strongest few pixels counts.
+// The contrast between a drawing and its background, the most frequent colour. Only the middle of a
+// stroke has its full colour, so the strongest few pixels count.
 double readContrast(const QImage &picture)
 {
     const QHash<QRgb, int> counts = coloursIn(picture);
@@ -109,14 +108,14 @@ double readContrast(const QImage &picture)
     return 1;
 }
 
-// A part of a window as it is painted there, with what it stands on.
+// A part of a window as painted there, with its background.
 QImage pictureOf(QWidget *widget, const QRect &part)
 {
     QWidget *window = widget->window();
     return window->grab(QRect(widget->mapTo(window, part.topLeft()), part.size())).toImage();
 }
 
-// Without its frame, which is no text.
+// Without the frame, which is no text.
 QImage insideOf(QWidget *widget)
 {
     return pictureOf(widget, widget->rect().adjusted(4, 4, -4, -4));
@@ -141,7 +140,7 @@ QPalette darkPalette()
     return palette;
 }
 
-// As the dark variants of some styles are: their buttons are dark whatever the palette says.
+// Like the dark variants of some styles, whose buttons ignore the palette.
 class DarkButtons final : public QProxyStyle
 {
 public:
@@ -459,7 +458,7 @@ void TestLooks::iconsCanBeMadeOut()
     }
 }
 
-// A desktop can become dark while the program runs.
+// A desktop may become dark while the program runs.
 void TestLooks::fieldsFollowAChangeOfTheTheme()
 {
     MainWindowFixture f;
@@ -479,7 +478,7 @@ void TestLooks::fieldsFollowAChangeOfTheTheme()
     }
 }
 
-// Such texts would be paler by intention.
+// Such texts are paler on purpose.
 void TestLooks::nothingIsGreyedOutOrHinted()
 {
     MainWindowFixture f;
@@ -492,7 +491,7 @@ void TestLooks::nothingIsGreyedOutOrHinted()
     QCOMPARE(MainWindowFixture::points(f.spectra().constFirst())->placeholderText(), QString());
 }
 
-// As many of the screen's pixels as the label has, and the size of the form still.
+// The image has as many screen pixels as the label, at the form's size.
 void TestLooks::imageIsAsSharpAsTheScreen()
 {
     MainWindowFixture f;
@@ -526,7 +525,7 @@ void TestLooks::buttonsOfAStyleWithColoursOfItsOwnCanBeRead()
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
 }
 
-// All along it, at the odd ratios of pixels that the program's scale makes, too.
+// The whole ring, and also at the fractional ratios of the program's scale.
 void TestLooks::imageLeavesItsBorder()
 {
     MainWindowFixture f;
@@ -540,7 +539,7 @@ void TestLooks::imageLeavesItsBorder()
     QVERIFY(pictureOf(label, label->rect()) == without);
 }
 
-// The form and a spectrum's window must not ask for more than a small laptop has.
+// The form and a spectrum's window must fit on a small laptop's screen.
 void TestLooks::windowFitsOnASmallScreen()
 {
     MainWindowFixture f;
@@ -588,7 +587,7 @@ void TestLooks::chartKeepsItsShareWithLargeLetters()
     QApplication::setFont(usual);
 }
 
-// Once its fields of several lines are as low as they get.
+// The fields of several lines are as low as possible here.
 void TestLooks::aFormThatIsLargerThanItsAreaScrolls()
 {
     const QFont usual = QApplication::font();

@@ -44,7 +44,7 @@ const QStringList speciesFields{
 
 } // namespace
 
-// The window as it is built: start state, actions, menus, form.
+// The window after construction: start state, actions, menus, form.
 class TestMainWindow : public QObject
 {
     Q_OBJECT

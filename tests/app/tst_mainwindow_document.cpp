@@ -48,7 +48,7 @@ const QString rawText = QStringLiteral("m/z <40,  two blanks\nand a line");
 QJsonObject withRawTexts()
 {
     QJsonObject file = speciesFileWith(QStringLiteral("water"), {QStringLiteral("one")});
-    // Saving takes tags out of the form's texts.
+    // Saving removes tags from the form's texts.
     QJsonObject species = file[QLatin1String("Species")].toObject();
     QJsonObject spectrum = file[QLatin1String("Dataset1")].toObject();
     species[QLatin1String("Aliases")] = QStringLiteral("two  blanks\nand a line");
@@ -75,8 +75,8 @@ void insertAccessibly(QWidget *field, const QString &text)
 
 } // namespace
 
-// What the window knows of the document: its file, whether it has changes, the prompt that guards
-// them, and the folder that its dialogs start in.
+// The window's knowledge of the document: its file, its changes, the prompt that guards them, and
+// the start folder of dialogs.
 class TestMainWindowDocument : public QObject
 {
     Q_OBJECT
@@ -264,7 +264,7 @@ private slots:
         QTest::newRow("in the form") << false;
         QTest::newRow("in a spectrum") << true;
     }
-    // As dictation and screen readers edit.
+    // Edits like dictation and screen readers.
     void anEditWithoutTheFocusIsMarkedAskedAboutAndSaved()
     {
         QFETCH(bool, isInSpectrum);
@@ -338,7 +338,7 @@ private slots:
                  (QJsonArray{9.5, 10.5, 11.25}));
     }
 
-    // The question takes the keyboard, and with that an input method finishes.
+    // The question takes the focus, which makes an input method finish.
     void closingWithSaveWritesWhatWasStillBeingComposed()
     {
         MainWindowFixture fixture;
@@ -419,7 +419,7 @@ private slots:
         QVERIFY(fixture.isModified());
     }
 
-    // What was typed and saved is shown as it was typed, which is not what the file would show.
+    // Typed and saved text is shown as typed, unlike what the file would show.
     void whatIsDeletedAfterASaveIsSaved_data()
     {
         QTest::addColumn<bool>("isInSpectrum");

@@ -19,7 +19,7 @@ const QString superscript = QStringLiteral("actionSuperscript");
 
 enum class Place { Docked, Hidden, Floating, FloatingAndHidden };
 
-// What a tool bar does to itself when it is dragged out of its window.
+// Imitates a tool bar that is dragged out of its window.
 void floatToolBar(QToolBar *bar)
 {
     bar->setWindowFlags(Qt::Tool | Qt::FramelessWindowHint);

@@ -184,7 +184,7 @@ private slots:
         QVERIFY(!fixture.isModified());
     }
 
-    // The whole may take longer than a pause may.
+    // A download may take longer than one allowed pause.
     void bytesThatKeepComingAreWaitedFor()
     {
         MainWindowFixture fixture;

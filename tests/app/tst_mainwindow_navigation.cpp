@@ -66,7 +66,7 @@ private slots:
         checkOpen(fixture, QStringLiteral("a.json"));
     }
 
-    // A link to a file of the system that never ends, whatever it says of its size.
+    // A link to a system file that never ends, whatever its size says.
     void aFileWithoutAnEndIsSteppedOver()
     {
         const QString endless = QStringLiteral("/proc/self/pagemap");
@@ -80,7 +80,7 @@ private slots:
         checkOpen(fixture, QStringLiteral("z.json"));
     }
 
-    // "dl/.." is the folder around the one that the link leads to, and not the one that it is in.
+    // "dl/.." is the parent of the link's target, not of the link.
     void aPathThroughALinkAndBackIsTheFileThatTheSystemFinds()
     {
         MainWindowFixture fixture;

@@ -213,7 +213,7 @@ private slots:
         auto *name = fixture.field(nameField);
         name->setFocus();
         QTest::keyClicks(name, QStringLiteral("water"));
-        // Saving writes the typed name into its record first.
+        // Saving commits the typed name first.
         connect(fixture.window.findChild<SpeciesModel *>(), &SpeciesModel::dataChanged,
                 &fixture.window, [&] {
                     const QCursor *cursor = QGuiApplication::overrideCursor();
@@ -591,7 +591,7 @@ private slots:
             QCOMPARE(window->isMaximized(), window == windows.first());
             QVERIFY(window->widget()->isVisible());
         }
-        // As if they had been activated one by one, and then the first again.
+        // This is the state after activating each and then the first again.
         QList<QMdiSubWindow *> raised = windows.sliced(1) + windows.first(1);
         QCOMPARE(fixture.area()->subWindowList(QMdiArea::StackingOrder), raised);
         QCOMPARE(fixture.area()->subWindowList(QMdiArea::ActivationHistoryOrder), raised);
@@ -706,7 +706,7 @@ private slots:
         MainWindowFixture fixture;
         const QString file = fixture.path(QStringLiteral("a.json"));
         auto *model = fixture.window.findChild<SpeciesModel *>();
-        // Control characters take six bytes each in a file. The form need not show them.
+        // Control characters take six bytes each in a file. The form may leave them out.
         const QSignalBlocker unseen(model);
         QVERIFY(model->setData(model->index(0, 0), QString((256 << 20) / 6, QChar(1))));
         Dialogs dialogs;
@@ -806,7 +806,7 @@ private slots:
         fixture.trigger(QStringLiteral("actionSaveSpecies"));
         QJsonObject before = fileObject(file);
         QJsonObject after = fileObject(copy);
-        // The picture is the same, its bytes need not be.
+        // The picture must be the same, but not its bytes.
         for (QJsonObject *object : {&before, &after}) {
             QJsonObject species = (*object)[QLatin1String("Species")].toObject();
             species.remove(QLatin1String("StructuralFormula"));

@@ -265,7 +265,7 @@ private slots:
         QCOMPARE(field->textCursor().position(), 12);
     }
 
-    // Nothing would tell later that what was copied is older than what is shown.
+    // Later nobody could tell that the copy is older than what is shown.
     void pointsThatWereJustTypedAreCopiedAndExported()
     {
         MainWindowFixture fixture;
@@ -286,7 +286,7 @@ private slots:
                  QStringLiteral("9.5 3\n9.25 4\n10.5; 1\n11.25; 2.5\n12; 0"));
     }
 
-    // The file of the entry does not have the points that the copy has.
+    // The entry's file has other points than the copy.
     void copyingPointsThatASaveLeftOutMarksTheDocument()
     {
         MainWindowFixture fixture;

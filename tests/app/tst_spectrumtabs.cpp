@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the tabs of the spectra say, and whether what has the keyboard in a spectrum can be seen.
+// The tabs' texts, and whether the focused part of a spectrum is visible.
 #include "app/quietarea.h"
 #include "spectrum/spectrumwindow.h"
 #include "support/mainwindowfixture.h"
@@ -179,7 +179,7 @@ private slots:
         QVERIFY(before.at(shown)->isMaximized());
         QVERIFY(before.at(shown)->isAncestorOf(QApplication::focusWidget()));
         QCOMPARE(f.tabs()->tabText(f.tabs()->currentIndex()), QString::number(shown));
-        // None comes up on the way.
+        // No other sub-window comes up in between.
         for (const QList<QVariant> &arguments : activated) {
             auto *subWindow = arguments.value(0).value<QMdiSubWindow *>();
             QVERIFY(!subWindow || subWindow == before.at(shown));
@@ -242,7 +242,7 @@ private slots:
         QCOMPARE(f.area()->activeSubWindow(), f.area()->subWindowList().constLast());
     }
 
-    // They are no stops of Tab: the arrows on the tabs scroll, too.
+    // Tab skips them: the arrows on the tabs scroll too.
     void theButtonsThatScrollTheTabsDoNotTakeTheKeyboard()
     {
         const Fixture f;

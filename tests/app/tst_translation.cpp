@@ -34,8 +34,8 @@
 
 using namespace Qt::StringLiterals;
 
-// Looks at the windows in a translation of every text of the template into itself in angle quotes,
-// so that a text that goes round the translation shows.
+// Shows the windows in a translation that puts each text of the template into angle quotes, so that
+// an untranslated text shows.
 class TestTranslation : public QObject
 {
     Q_OBJECT
@@ -58,7 +58,7 @@ namespace
 
 const QString folder = QStringLiteral(ZORAVEL_PSEUDO_TRANSLATION_FOLDER);
 
-// What Qt shows by itself is in its own translations.
+// Qt's own texts have their own translations.
 bool isOfQt(const QWidget *widget)
 {
     return widget->objectName().startsWith(u"qt_"_s)
@@ -125,7 +125,7 @@ void translate()
     installTranslation(folder, QLocale(QLocale::German));
 }
 
-// What leads to a box, or what is done before it.
+// Opens a box, or prepares that.
 using Step = std::function<void(MainWindowFixture &, Dialogs &)>;
 
 const Step nothing = [](auto &, auto &) {};
@@ -252,7 +252,7 @@ void TestTranslation::translatesTheDatabaseDialog()
     QCOMPARE(progress.windowTitle(), u"«Create database»"_s);
 }
 
-// Fixed texts stay as they are beside those that are translated.
+// Fixed texts stay as they are among translated ones.
 void TestTranslation::translatesMessages()
 {
     translate();

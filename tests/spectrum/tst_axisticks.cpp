@@ -33,8 +33,7 @@ QString powerIn(const QString &label)
     return at < 0 ? QString() : label.sliced(at);
 }
 
-// Whether a number is 1, 2, 2.5, 5 or 10 times a power of ten, as far as a difference of doubles
-// tells.
+// Whether a number is 1, 2, 2.5, 5 or 10 times a power of ten, to the precision of doubles.
 bool isRoundStep(double step, double noise)
 {
     const double power = std::pow(10, std::floor(std::log10(step * (1 + 1e-9))));
@@ -164,7 +163,7 @@ private slots:
         }
     }
 
-    // Round ends, where a tick is lost or won by the last bit.
+    // At round ends the last bit may add or lose a tick.
     void ticksAtTheEndsOfARangeAreThere()
     {
         for (int exponent = -12; exponent <= 12; ++exponent) {

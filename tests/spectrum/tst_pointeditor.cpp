@@ -142,7 +142,7 @@ private slots:
         QTRY_VERIFY(!gone);
     }
 
-    // Such a line is no point, and no length can be laid out.
+    // Such a line is no point, and Qt cannot lay it out at any length.
     void whatIsPastedWithALineTooLongToBeLaidOutIsRefused_data()
     {
         QTest::addColumn<QString>("text");

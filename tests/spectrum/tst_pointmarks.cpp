@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The marks under lines of the point editor that are no points.
+// The marks under lines of the point editor that are not points.
 #include "spectrum/pointmarks.h"
 #include "spectrum/points.h"
 #include "spectrum/spectrummodel.h"
@@ -113,7 +113,7 @@ void TestPointMarks::marksWhatIsNoPoint_data()
     QTest::newRow("line separator") << "1 2\u20283 4\n5\u20286\n7 8\u2028" << Lines{2};
     QTest::newRow("paragraph separator") << "1 2\u20293 4\n5\u20296" << Lines{3, 4};
     QTest::newRow("line separator and a bad line") << "1 2\u20283 4\nbad" << Lines{2};
-    // As many points as lines that are not empty, but not the same.
+    // As many points as non-empty lines, but other ones.
     QTest::newRow("a blank and a bad line") << "x\n\n1 2\n\n\n3 4" << Lines{1};
 }
 
@@ -140,12 +140,12 @@ void TestPointMarks::marksJudgeWhatTheModelTakes_data()
                            << "";
     QTest::newRow("in a number") << "1 2"
                                  << "3";
-    // As many points as there are lines in the editor, but one of them is none.
+    // As many points as lines, but one line is no point.
     QTest::newRow("beside a mistake") << "bad\n1 2"
                                       << "3 4";
 }
 
-// Every character of no script or the Latin one: the document has its own ways with a few.
+// Every character without a script or of the Latin one: documents treat a few of them specially.
 void TestPointMarks::marksJudgeWhatTheModelTakes()
 {
     QFETCH(QString, before);

@@ -23,7 +23,7 @@ constexpr double smallest = std::numeric_limits<double>::denorm_min();
 using MaybePoint = std::optional<QPointF>;
 using Resampled = std::variant<QList<QPointF>, ResampleError>;
 
-// Equal to the last bit, signs of zeros included; all NaNs are one.
+// Equal to the last bit, including the sign of zero; all NaNs are equal.
 bool same(double left, double right)
 {
     return std::bit_cast<std::uint64_t>(left) == std::bit_cast<std::uint64_t>(right)
@@ -81,8 +81,7 @@ QByteArray escaped(const QString &line)
     return result;
 }
 
-// The point of a line by the definition itself: a split at the pattern, then Qt's
-// conversion.
+// The point of a line by definition: a split at the pattern, then Qt's conversion.
 MaybePoint pointByPattern(const QString &line)
 {
     static const QRegularExpression separators(QStringLiteral("[,;\\s]+"));
@@ -105,7 +104,7 @@ QByteArray differenceFromPattern(const QString &line)
     return escaped(line) + ": " + text(actual) + ", not " + text(expected);
 }
 
-// Resampling by the definition itself: for each grid energy a search from the first segment on.
+// Resampling by definition: each grid energy searches from the first segment on.
 Resampled resampledByFullSearch(const QList<QPointF> &points)
 {
     if (points.isEmpty())
@@ -138,7 +137,7 @@ auto anyOf(QRandomGenerator &random, const Container &choices)
     return choices[random.bounded(static_cast<quint32>(std::size(choices)))];
 }
 
-// Texts that converters disagree about most easily.
+// Texts on which converters disagree most easily.
 QStringList troublesomeTokens()
 {
     const QString plain = QStringLiteral(
@@ -354,7 +353,7 @@ private slots:
             QVERIFY2(wrong.isEmpty(), wrong.constData());
             points += parsePoint(line).has_value();
         }
-        // Else the lines are not the ones that this is about.
+        // Otherwise the lines would not test this rule.
         QVERIFY2(points > 40'000 && points < 160'000, QByteArray::number(points).constData());
     }
 

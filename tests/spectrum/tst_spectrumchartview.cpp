@@ -113,7 +113,7 @@ QStringList labelsOf(const Fixture &f)
     return labels;
 }
 
-// Paints the view; whether that left more than one colour.
+// Paints the view; returns whether that drew more than one colour.
 bool isPainted(SpectrumChartView &view)
 {
     const QImage picture = view.grab().toImage();
@@ -126,7 +126,7 @@ bool isPainted(SpectrumChartView &view)
     return false;
 }
 
-// A thing in a chart that sees which cursor is shown while the chart is painted.
+// An item in a chart that records the cursor while the chart is painted.
 class Witness : public QGraphicsItem
 {
 public:
@@ -494,7 +494,7 @@ private slots:
         QVERIFY(places.size() >= 2 + 3 + 3);
     }
 
-    // Under it, 9.35 could be taken for 9.36.
+    // Text under the label would make 9.35 look like 9.36.
     void theReadOutLeavesTheLabelsOfTheTicksFree()
     {
         Fixture f;
@@ -775,7 +775,7 @@ private slots:
         f.setPoints(QStringLiteral("11 15\n12 13\n13 14\n"));
         const QRectF ranges(QPointF(11, 13), QPointF(13, 15));
         QCOMPARE(f.ranges(), ranges);
-        // A reset goes to the new points, not to what was shown before the zoom into the old ones.
+        // A reset shows the new points, not the range before the zoom into the old ones.
         QTest::mouseClick(f.view->viewport(), Qt::RightButton);
         QCOMPARE(f.ranges(), ranges);
     }

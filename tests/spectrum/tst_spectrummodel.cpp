@@ -39,7 +39,7 @@ struct Fixture {
             model.loadFromJson(spectrum);
     }
 
-    // Writes as a user would: undoably, and noticed by the model.
+    // Writes like a user: undoably, and seen by the model.
     void type(const QString &text) { editor.textCursor().insertText(text); }
 
     void retype(const QString &text)
@@ -48,7 +48,7 @@ struct Fixture {
         type(text);
     }
 
-    // Lets the time pass that the model waits after the last change.
+    // Waits as long as the model does after the last change.
     void waitForReading()
     {
         const qsizetype before = pointsChanged.size();
@@ -676,7 +676,7 @@ private slots:
                         QStringLiteral("10.007 14.00"), QStringLiteral("10.008 16.00"),
                         QStringLiteral("10.009 18.00")}));
         QCOMPARE(f.pointsChanged.size(), 1);
-        // The points are those of the text, not of the calculation.
+        // The points are read from the text, not from the calculation.
         QCOMPARE(f.model.getXYVectors().at(5), QPointF(10.006, 12));
     }
 

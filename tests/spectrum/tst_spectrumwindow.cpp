@@ -34,7 +34,7 @@
 
 using namespace std::chrono_literals;
 
-// What a spectrum window knows of its document: the name and the slot.
+// The parts of its document that a spectrum window knows: the name and the slot.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -666,8 +666,8 @@ private slots:
         Fixture f(spectrum(experimentType));
         const QSignalSpy redrawn(f.series(), &QLineSeries::pointsReplaced);
         {
-            // The box shows another state than the record, and a field another text: binding the
-            // form anew brings both back.
+            // The box differs from the record, and a field too: binding the form again restores
+            // both.
             const QSignalBlocker blocker(f.line());
             f.line()->setChecked(true);
         }

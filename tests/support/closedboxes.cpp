@@ -22,7 +22,7 @@ bool ClosedBoxes::eventFilter(QObject *watched, QEvent *event)
     auto *box = event->type() == QEvent::Show ? qobject_cast<QMessageBox *>(watched) : nullptr;
     if (box) {
         m_seen.append(box->windowTitle() + QLatin1String(": ") + box->text());
-        // The box waits for its answer in an event loop that begins after this.
+        // The box waits for its answer in an event loop that starts after this.
         QMetaObject::invokeMethod(box, &QDialog::reject, Qt::QueuedConnection);
     }
     return QObject::eventFilter(watched, event);

@@ -23,9 +23,9 @@ struct SeenBox {
     QWidget *parent;
 };
 
-// Answers the modal dialogs that come up while it lives, in the order in which the answers were
-// given, and keeps what they showed. A dialog without an answer fails the test and is closed; so
-// does, at the end, an answer that no dialog asked for.
+// Answers the modal dialogs that come up during its life, in the order of the given answers, and
+// keeps what they showed. A dialog without an answer fails the test and is closed; an unused answer
+// fails the test at the end.
 class Dialogs : public QObject
 {
     Q_OBJECT
@@ -40,10 +40,10 @@ public:
     Dialogs &escape();
     // Chooses a path in the next file dialog; says yes if it asks whether to overwrite it.
     Dialogs &choose(const QString &path);
-    // Hands the next dialog to a function, which must close it.
+    // Passes the next dialog to a function, which must close it.
     Dialogs &handle(std::function<void(QWidget *)> answer);
 
-    // What was shown so far: message boxes, and the windows' titles and folders of file dialogs.
+    // The dialogs shown so far: message boxes, and the titles and folders of file dialogs.
     QList<SeenBox> boxes;
     QStringList fileDialogTitles;
     QStringList fileDialogFolders;

@@ -6,7 +6,7 @@
 #include <QString>
 #include <QStringList>
 
-// Files of the tests. Each fails the test where it cannot do its work.
+// Files of the tests. Each function fails the test if it cannot do its work.
 
 void writeFile(const QString &path, const QByteArray &bytes);
 void writeFile(const QString &path, const QJsonObject &object);

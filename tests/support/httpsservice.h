@@ -11,9 +11,9 @@
 
 class QSslSocket;
 
-// A real HTTPS server for any host, reached as the proxy of a network access manager: the client
-// asks it for a tunnel to the host and then speaks TLS to it, checking the certificate for that
-// host. Lives on the loopback address.
+// A real HTTPS server for any host on the loopback address. It acts as the proxy of a network
+// access manager: the client asks it for a tunnel to the host, speaks TLS to it and checks the
+// host's certificate.
 class HttpsService : public QTcpServer
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ public:
     // Answers one request; it may write in pieces or close the connection.
     using Answer = std::function<void(QSslSocket *socket)>;
 
-    // A certificate for host, made anew; folder takes its files.
+    // Makes a new certificate for host; its files go into folder.
     HttpsService(const QString &host, const QString &folder);
 
     [[nodiscard]] QNetworkProxy proxy() const;
@@ -34,9 +34,9 @@ public:
     static Answer response(const QByteArray &status, const QByteArray &body,
                            const QByteArray &headers = {});
 
-    // Makes every request from now on trust this server, and no other.
+    // Makes all later requests trust this server only.
     void makeTrusted() const;
-    // Takes no notice of a request.
+    // Ignores a request.
     static void stall(QSslSocket * /*socket*/) {}
 
     QList<QByteArray> requests;  // request line and headers

@@ -28,7 +28,7 @@ MainWindowFixture::MainWindowFixture()
 
 MainWindowFixture::~MainWindowFixture()
 {
-    // Spectrum windows that were closed go with the next turn of the event loop.
+    // The next turn of the event loop deletes closed spectrum windows.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 

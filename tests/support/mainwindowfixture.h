@@ -14,8 +14,7 @@ class QMdiSubWindow;
 class QPlainTextEdit;
 class SpectrumWindow;
 
-// A main window that is shown and active, and a folder for its files. Reaches everything by object
-// name, as a user reaches it by sight.
+// A visible, active main window and a folder for its files. It finds everything by object name.
 class MainWindowFixture
 {
 public:
@@ -43,7 +42,7 @@ public:
     [[nodiscard]] static QPlainTextEdit *points(const SpectrumWindow *spectrum);
     // Types text at the start of the point editor, line feeds included.
     static void typePoints(const SpectrumWindow *spectrum, const QString &text);
-    // Makes the points that were typed reach the model, as two seconds of rest do.
+    // Makes typed points reach the model, like two seconds of rest.
     static void letPointsBeRead(SpectrumWindow *spectrum);
 
     [[nodiscard]] bool isModified() const;
@@ -57,9 +56,9 @@ private:
 // A species file's object with a name and spectra of these titles, two points each.
 [[nodiscard]] QJsonObject speciesFileWith(const QString &name, const QStringList &titles = {});
 
-// Whether it is in a spectrum that another one covers.
+// Whether the widget is in a spectrum that another one covers.
 [[nodiscard]] bool isCovered(const QWidget *widget);
 
-// Lets a widget see files being dragged over it and dropped, as Qt delivers it: to the
-// widget, or to the nearest one around it that takes drops. Returns whether the drag was accepted.
+// Delivers a drag and drop of files to a widget as Qt does: to the widget, or to its nearest parent
+// that accepts drops. Returns whether the drag was accepted.
 bool dropFiles(QWidget *target, const QStringList &paths);

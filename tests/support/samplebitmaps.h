@@ -5,7 +5,7 @@
 
 #include <QSize>
 
-// What the samples of all formats are made of, and the samples of BMP and ICO files.
+// The parts of all sample formats, and the samples of BMP and ICO files.
 
 inline constexpr QSize sampleSize(13, 9); // no multiple of what lines are filled up to
 

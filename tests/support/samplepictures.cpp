@@ -139,7 +139,7 @@ QList<SamplePicture> anymaps()
             {"PPM with bytes after its end", "ppm", pictureFile(colours, "ppm") + "more", colours}};
 }
 
-// With its directory first, so that the end of the file is the end of its pixels.
+// The directory comes first, so that the file ends with its pixels.
 QByteArray tiffFile(const QImage &image, bool bigEndian, bool big)
 {
     const auto number = [&](quint64 value, int size) {
@@ -249,7 +249,7 @@ QList<SamplePicture> samplePictures()
         {"WebP", "webp", pictureFile(colours, "webp", 50), {}},
         {"WebP, lossless", "webp", pictureFile(colours, "webp", 100), colours}};
     samples += sampleBitmaps() + jpegs() + gifs() + anymaps() + tiffs() + sampleIcons() + others();
-    // Some of the formats are not installed everywhere.
+    // Not every machine has all formats.
     const QList<QByteArray> readable = QImageReader::supportedImageFormats();
     samples.removeIf([&](const SamplePicture &sample) {
         return sample.file.isEmpty() || !readable.contains(sample.format);

@@ -13,8 +13,8 @@ struct SamplePicture {
     QImage image; // its pixels; null where the form changes them
 };
 
-// A small picture, of 13 by 9 pixels, in every form of the formats that are taken: as Qt
-// writes them, and as other programs do.
+// A small picture of 13 by 9 pixels in all supported formats and forms, as Qt and other programs
+// write them.
 [[nodiscard]] QList<SamplePicture> samplePictures();
 
 // Colours and transparency of all kinds, on 37 by 23 pixels.
@@ -23,6 +23,6 @@ struct SamplePicture {
 // image as Qt writes it; empty if it cannot.
 [[nodiscard]] QByteArray pictureFile(const QImage &image, const char *format, int quality = -1);
 
-// Fills what is free of the heap, and what is taken from it from now on, with byte, where that can
-// be done (glibc, without a sanitizer). Memory that is read before it is written shows so.
+// Fills the free heap and later allocations with byte, if possible (glibc, without a sanitizer), so
+// that memory read before it is written shows.
 void dirtyHeap(unsigned char byte);

@@ -4,7 +4,7 @@
 #include <QRegularExpression>
 #include <QTest>
 
-// For init(): any warning fails the test, but those in which the offscreen platform says what it
+// For init(): any warning fails the test, except those of the offscreen platform about what it
 // lacks.
 inline void failOnWarnings()
 {

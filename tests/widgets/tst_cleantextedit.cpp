@@ -66,7 +66,7 @@ QTextCharFormat bold(QTextCharFormat format = {})
     return format;
 }
 
-// Pieces of text, and how many of them are just laid out with their formatting.
+// Pieces of text, and how many of them are still laid out with formatting.
 void addSlowPieces()
 {
     QTest::addColumn<QString>("piece");
@@ -106,7 +106,7 @@ int redPixels(QWidget *widget)
     return count;
 }
 
-// Whether it is null or transparent all over.
+// Whether the image is null or fully transparent.
 bool showsNothing(const QImage &image)
 {
     for (int y = 0; y < image.height(); ++y) {
@@ -806,7 +806,7 @@ private slots:
         QCOMPARE_LT(f.edit->document()->characterCount(), 1'000'010);
     }
 
-    // Each runs in a process of its own, since what is tested is whether it survives.
+    // Each case runs in its own process, as it tests survival.
     void deepMarkupIsShownWithoutCrashOrHang_data()
     {
         QTest::addColumn<QString>("opening");

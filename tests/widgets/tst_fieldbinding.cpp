@@ -342,7 +342,7 @@ private slots:
         QCOMPARE(f.value(1), QVariant(text));
     }
 
-    // What is typed and committed is shown as it was typed, which a refill would not do.
+    // Committed text stays as typed; a refill would change it.
     void aDeletionThatLooksLikeARefillIsWritten_data()
     {
         QTest::addColumn<QString>("typed");

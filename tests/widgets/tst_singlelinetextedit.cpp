@@ -33,7 +33,7 @@ public:
     using SingleLineTextEdit::SingleLineTextEdit;
 };
 
-// Notes the keys that its children left to it.
+// Records the keys that its children ignored.
 class Parent : public QWidget
 {
 public:
@@ -149,7 +149,7 @@ private slots:
                  u"background-color: white; border: 1px solid gray; padding: 2px;"_s);
     }
 
-    // The style keeps a record for ever of each widget that has a background painted but no sheet.
+    // The style keeps a record for ever for each widget with a painted background but no sheet.
     void everyFieldHasItsSheetFromTheStartAndItsStyleWhenItIsShown()
     {
         QWidget window;
@@ -500,7 +500,7 @@ private slots:
         check("turned");
     }
 
-    // The text must not slide away under the mouse between its being seen and its being clicked.
+    // The text must not move between being seen and being clicked.
     void aClickHitsTheCharacterThatWasSeen()
     {
         const NarrowFixture f;

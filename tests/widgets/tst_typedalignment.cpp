@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What becomes subscript, superscript and normal text when it is typed.
+// Which typed text becomes subscript, superscript or normal.
 #include "support/warnings.h"
 #include "widgets/singlelinetextedit.h"
 
@@ -163,7 +163,7 @@ private slots:
         QTest::keyClick(&f.edit, Qt::Key_Right);
         QTest::keyClick(&f.edit, Qt::Key_O);
         QCOMPARE(f.edit.cleanedHtml(), u"C<sub>12</sub>oH"_s);
-        // Back at a run's end by deletion is not what was typed in it.
+        // Reaching a run's end by deletion does not continue the run.
         QTest::keyClick(&f.edit, Qt::Key_Backspace);
         QTest::keyClick(&f.edit, Qt::Key_N);
         QCOMPARE(f.edit.cleanedHtml(), u"C<sub>12</sub>nH"_s);
@@ -182,7 +182,7 @@ private slots:
         QCOMPARE(f.edit.cleanedHtml(), u"H<sub>12</sub><sup>12</sup>"_s);
     }
 
-    // An input method that stops without a word has left what it composed.
+    // An input method that just stops leaves its text behind.
     void leavingTheFieldEndsWhatIsComposed()
     {
         Fixture f(u"C<sub>6</sub>H"_s, 1, 2);
@@ -195,7 +195,7 @@ private slots:
         QCOMPARE(f.edit.cleanedHtml(), u"C<sub>6</sub>Hx"_s);
     }
 
-    // Behind a menu the composition goes on.
+    // Composing goes on while a menu is open.
     void aMenuDoesNotEndWhatIsComposed()
     {
         Fixture f(u"C<sub>6</sub>H"_s, 1, 2);
@@ -208,7 +208,7 @@ private slots:
         QCOMPARE(f.edit.cleanedHtml(), u"C<sub>k</sub>H"_s);
     }
 
-    // What is composed is shown in the line in which it was begun.
+    // Composed text is shown in the line in which it began.
     void aCompositionThatEndsALineLeavesNothingInIt()
     {
         CleanTextEdit edit;
