@@ -9,14 +9,14 @@
 # A component has a package as soon as something is installed with its name.
 include(GNUInstallDirs)
 
-# The name by which desktops know the editor: of its desktop entry, its metainfo and its windows.
+# The editor's name for desktops: of its desktop entry, its metainfo and its windows.
 set(ZORAVEL_DESKTOP_ID org.zoravel.entryedit)
-# Metainfo must have an address. This one is reserved for examples and leads nowhere: whoever publishes the
-# program sets another. Where an address is not a must, the reserved one is not named.
+# Metainfo must have an address. This one is reserved for examples and leads nowhere; a publisher of
+# the program sets another. Where an address is optional, the reserved one is left out.
 set(ZORAVEL_HOMEPAGE "https://zoravel.example" CACHE STRING
     "Address under which this source tree is published, for software centres; their pictures are under it")
 
-# Where the editor's translations are, and the way to them from the folder of its program.
+# The editor's translations, and the way to them from the folder of its program.
 if(WIN32)
     set(ZORAVEL_TRANSLATIONS_DIR translations)
 elseif(APPLE)
@@ -34,7 +34,8 @@ endif()
 set(zoravel_package_editor zoravel-entry-edit)
 set(zoravel_package_cli zoravel)
 
-# zoravel_install_documents(<component>): licence, changes and what else belongs to every package.
+# zoravel_install_documents(<component>): the licence, the changes and the other files of every
+# package.
 function(zoravel_install_documents component)
     set(package ${zoravel_package_${component}})
     set(folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/${package})
@@ -57,8 +58,8 @@ function(zoravel_install_documents component)
     endif()
 endfunction()
 
-# zoravel_install_manual(<file> <component>): a manual page; its section is the file's suffix, after which
-# there may be ".in": then it is configured first.
+# zoravel_install_manual(<file> <component>): a manual page. The file's suffix is its section; a
+# file with an additional ".in" is configured first.
 function(zoravel_install_manual file component)
     cmake_path(GET file FILENAME name)
     string(REGEX REPLACE "\\.in$" "" name ${name})
@@ -68,7 +69,8 @@ function(zoravel_install_manual file component)
     zoravel_install_compressed(${made} ${CMAKE_INSTALL_MANDIR}/man${section} ${component})
 endfunction()
 
-# zoravel_install_compressed(<file> <folder> <component>): the file's .gz, the same for the same file.
+# zoravel_install_compressed(<file> <folder> <component>): the file as .gz; the same file gives the
+# same bytes.
 function(zoravel_install_compressed file folder component)
     find_program(ZORAVEL_GZIP gzip REQUIRED)
     cmake_path(GET file FILENAME name)

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# What every target of this project is compiled with; linked privately, so that a project that takes
-# the libraries in is not bound by it.
+# The compile options of all targets of this project. They are linked privately, so they do not bind
+# a project that takes the libraries in.
 option(ZORAVEL_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 option(ZORAVEL_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
 option(ZORAVEL_FUZZ "Build the fuzz targets with the engine and the sanitizers of Clang" OFF)
@@ -34,9 +34,9 @@ if(ZORAVEL_FUZZ)
     target_link_options(zoravel_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-# A processor may lack what a defence needs: then its compiler has no such option. _FORTIFY_SOURCE wants optimised
-# code, which the build type sees to. The programs tell with what they were compiled, without any path. For
-# everything that is built, generated files included.
+# A compiler lacks the options for defences that its processor does not have. _FORTIFY_SOURCE needs
+# optimised code, which the build type chooses. The programs record their compile options, without
+# paths. This holds for everything that is built, generated files included.
 option(ZORAVEL_HARDENED "Build with the defences that packages of distributions have" OFF)
 if(ZORAVEL_HARDENED)
     include(CheckCXXCompilerFlag)
@@ -51,8 +51,8 @@ if(ZORAVEL_HARDENED)
     add_link_options(-pie -Wl,-z,relro,-z,now)
 endif()
 
-# The headers that most files include are parsed once, not once a file. GCC and Clang alone: they take them into
-# programs with other macros than they were parsed with, as long as the headers use none of those.
+# The most included headers are parsed once and not for every file. GCC and Clang only: they accept
+# them in programs with other macros, as long as the headers use none of those.
 option(ZORAVEL_PRECOMPILE "Parse the most used headers once a build" OFF)
 if(ZORAVEL_PRECOMPILE)
     foreach(kind IN ITEMS core window)
@@ -66,16 +66,16 @@ if(ZORAVEL_PRECOMPILE)
     target_link_libraries(zoravel_precompiled_window PRIVATE Qt6::Widgets)
 endif()
 
-# zoravel_precompile(<target> core|window): uses what is parsed once.
+# zoravel_precompile(<target> core|window): uses the precompiled headers.
 function(zoravel_precompile target kind)
     if(ZORAVEL_PRECOMPILE)
         target_precompile_headers(${target} REUSE_FROM zoravel_precompiled_${kind})
     endif()
 endfunction()
 
-# zoravel_library(<name> SOURCES <file>... [LINKS <target>...]): the static library of a folder, or of a part of
-# one. It may include only what it links: the link graph is the rule of who may know whom, and a test reads it
-# from layers/<name> in the build folder.
+# zoravel_library(<name> SOURCES <file>... [LINKS <target>...]): the static library of a folder or
+# of a part of one. It may include only what it links; a test reads the link graph from
+# layers/<name> in the build folder.
 function(zoravel_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
     add_library(${name} STATIC ${arg_SOURCES})

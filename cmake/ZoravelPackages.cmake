@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# What CPack makes of the components; included after every install rule. scripts/package calls it.
+# Makes packages of the components with CPack; included after every install rule. scripts/package
+# calls it.
 get_cmake_property(zoravel_components COMPONENTS)
 list(REMOVE_ITEM zoravel_components Unspecified)
 
@@ -28,7 +29,7 @@ else()
     set(CPACK_GENERATOR DEB TGZ)
 endif()
 
-# One archive with every program, one Debian package for each.
+# One archive with all programs, and a Debian package for each.
 set(CPACK_ARCHIVE_COMPONENT_INSTALL OFF)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
@@ -41,9 +42,9 @@ set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS OFF)
 
 set(CPACK_DEBIAN_EDITOR_PACKAGE_NAME ${zoravel_package_editor})
 set(CPACK_DEBIAN_EDITOR_PACKAGE_SECTION science)
-# The icons are read by a plug-in, as are .icns and other pictures: no link shows it.
+# A plug-in reads the icons, .icns and other pictures: no link shows it.
 set(CPACK_DEBIAN_EDITOR_PACKAGE_DEPENDS "libqt6svg6, qt6-image-formats-plugins")
-# For structure images by https, and for desktops that have no X.
+# For structure images by https, and for desktops without X.
 set(CPACK_DEBIAN_EDITOR_PACKAGE_RECOMMENDS "ca-certificates, qt6-wayland")
 set(CPACK_COMPONENT_EDITOR_DESCRIPTION
 "editor for entries of photoionisation spectra
@@ -57,7 +58,7 @@ exchanged as files and through the clipboard.")
 
 set(CPACK_DEBIAN_CLI_PACKAGE_NAME ${zoravel_package_cli})
 set(CPACK_DEBIAN_CLI_PACKAGE_SECTION science)
-# Plots have letters, and a machine without a display need not have a font.
+# Plots have letters, but a machine without a display may have no font.
 set(CPACK_DEBIAN_CLI_PACKAGE_RECOMMENDS fonts-dejavu-core)
 set(CPACK_COMPONENT_CLI_DESCRIPTION
 "terminal program for entries of photoionisation spectra
