@@ -23,7 +23,7 @@ namespace
 
 const QString dataFolder = QStringLiteral(ZORAVEL_TEST_DATA "/bad");
 
-// The day on which the data were written.
+// The day of the data.
 CheckOptions optionsOf(const CheckSet &enabled = CheckSet().set())
 {
     CheckOptions options;
@@ -37,7 +37,7 @@ QString idOf(Check check)
     return infoOf(check).id;
 }
 
-// All files in the folder and below it, in the order of their names.
+// All files in the folder and its subfolders, by name.
 std::vector<CheckInput> filesIn(const QString &folder)
 {
     QStringList names;
@@ -76,8 +76,8 @@ QList<Finding> findingsIn(const std::vector<CheckInput> &inputs, const QString &
     return findings;
 }
 
-// What is wrong with the data of one check: each bad file must give its finding and no other, each
-// near miss nothing. Files of checks that compare files belong together.
+// The faults in the data of one check: each bad file must give exactly its finding, each near miss
+// none. Checks that compare files use all files of a group.
 QStringList faultsOf(Check check, const CheckOptions &options)
 {
     QStringList faults;
@@ -129,8 +129,8 @@ private slots:
         QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
     }
 
-    // What is found in a file is found in the entry that is compiled of it, at its own place; but
-    // how the file is laid out, and what stands twice.
+    // A file's findings are found at their own places in a database entry too, apart from those
+    // about the file's layout and duplicates.
     void entriesOfADatabaseAreCheckedAsFilesAre()
     {
         static const QRegularExpression type(u",\\s*\"Type\": \"Species v1\"\\s*\\}\\s*$"_s);
@@ -190,7 +190,7 @@ private slots:
             R"({"Species": 1, "Entry1": {"Species": {"CAS": "1"}}, "Type": "Database v1"})";
         QCOMPARE(idsOf(checkFiles({{u"db.json"_s, {}, database}}, optionsOf())),
                  (QStringList{u"unknown-key"_s, u"cas-form"_s}));
-        // And a species file whose first keys are those of a database is none.
+        // A species file whose first keys are a database's is still no database.
         const QByteArray species =
             R"({"Header": 1, "Species": {"CAS": "1"}, "Type": "Species v1"})";
         QVERIFY(
@@ -208,7 +208,7 @@ private slots:
         QCOMPARE(findings[1].column, 32);
     }
 
-    // The test above would see it: it fails for a check that does nothing.
+    // The previous test would show this: it fails for a check that does nothing.
     void theTableFailsForEveryCheckThatIsOff()
     {
         for (const CheckInfo &info : allChecks()) {
@@ -397,7 +397,7 @@ private slots:
                               .source = {}};
         QVERIFY(textReport({{finding}, 1, {}}, true).contains("\x1b[31merror:\x1b[0m m"));
         QVERIFY(!textReport({{finding}, 1, {}}, false).contains('\x1b'));
-        // To some terminals this one character begins a command, too.
+        // Some terminals take this single character for the start of a command.
         Finding csi = finding;
         csi.message = QChar(0x9b);
         QVERIFY(textReport({{csi}, 1, {}}, false).contains("\\x9b"));

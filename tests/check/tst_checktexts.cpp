@@ -24,7 +24,7 @@ bool has(const std::vector<MarkupIssue> &issues, MarkupIssue::Kind kind)
                        [&](const MarkupIssue &issue) { return issue.kind == kind; });
 }
 
-// The text of a field that is filled with it and read again, as after an edit elsewhere in it.
+// The text of a field after setting and reading it, as after an edit elsewhere in it.
 QString throughField(const QString &text)
 {
     CleanTextEdit field;
@@ -59,7 +59,7 @@ class TestCheckTexts : public QObject
 private slots:
     void init() { failOnWarnings(); }
 
-    // What is said to be lost is lost in the editor's own field, and nothing else is.
+    // What is reported as lost, and only that, is lost in the editor's own field.
     void theEditorsFieldLosesWhatIsSaidToBeLost_data()
     {
         QTest::addColumn<QString>("text");
@@ -210,7 +210,7 @@ private slots:
         QVERIFY(!soundPngSize({}));
     }
 
-    // One byte changed, or the end cut off: what is vouched for, the editor decodes.
+    // One byte is changed, or the end is cut off: the editor decodes what soundPngSize() accepts.
     void aDamagedPngIsNotVouchedForUnlessItDecodes()
     {
         const QByteArray good = fileOf(picture(QImage::Format_ARGB32), "PNG");

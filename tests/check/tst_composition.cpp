@@ -157,7 +157,7 @@ private slots:
         QCOMPARE(massOf(halothane, MassKind::Nominal)->mass, 196.0);
     }
 
-    // Slips in the table would show: masses grow with the atomic number but at a few places, and
+    // Slips in the table would show: masses grow with the atomic number with few exceptions, and
     // the most abundant isotope is near the average.
     void theTableIsPlausible()
     {

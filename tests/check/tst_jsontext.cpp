@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// The value as Qt's parser would have it.
+// The value from Qt's parser.
 QJsonValue valueFrom(const JsonValue &value)
 {
     switch (value.kind()) {
@@ -91,7 +91,7 @@ private slots:
         QFETCH(QByteArray, text);
         const JsonText parsed(text);
         QVERIFY(!parsed.error());
-        // Wrapped, as Qt's documents hold no single values.
+        // The value is wrapped, as Qt's documents hold no single values.
         const QByteArray wrapped =
             '[' + (text.startsWith("\xef\xbb\xbf") ? text.sliced(3) : text) + ']';
         QCOMPARE(valueFrom(parsed.root()), QJsonDocument::fromJson(wrapped).array().first());
@@ -215,7 +215,7 @@ private slots:
         QTEST(int(parsed.error()->offset), "offset");
     }
 
-    // Every file that is cut off is said to be, whatever stands at its end.
+    // A finding names every cut-off file as such, whatever its end is.
     void everyBeginningOfAFileIsCutOff()
     {
         QByteArray text = "\xef\xbb\xbf{\"a\\\"\\u00e4\\ud83e\\uddea\": [1.5e-3, -2, true, false,\n"
@@ -324,7 +324,7 @@ private slots:
         QCOMPARE(firstInvalidUtf8(bytes).value_or(-1), bad);
     }
 
-    // Numbers of all forms: what the quick look lets pass, the editor leaves alone.
+    // Numbers of all forms: the editor does not change those that pass the quick check.
     void aPlainNumberOfSixDigitsIsWrittenAsItWasRead()
     {
         QRandomGenerator random(20261121);

@@ -66,8 +66,8 @@ QByteArray fileOf(const QString &text)
         .toJson();
 }
 
-// Times as long as a text may take one of four times its length. Time that grows with the length
-// gives 4, with its square 16.
+// How many times longer a text of four times the length may take. Linear time gives 4, quadratic
+// time 16.
 constexpr double mostGrowth = 9;
 
 } // namespace

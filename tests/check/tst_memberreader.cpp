@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// A database whose entries are made up as they are read.
+// A database that is generated while it is read.
 class EndlessDatabase final : public QIODevice
 {
 public:
@@ -68,13 +68,13 @@ private:
     qint64 m_given = 0;
 };
 
-// The sanitizers' own memory is many times the program's.
+// Sanitizers need many times the program's memory.
 #if defined(Q_OS_UNIX) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 #define MEASURES_MEMORY
 #endif
 
 #ifdef MEASURES_MEMORY
-// The most memory that the process has had, in MB.
+// The process's peak memory in MB.
 double peakMegabytes()
 {
     rusage usage{};

@@ -56,7 +56,7 @@ CheckSet findingsOf(const Molecule &molecule)
     return found;
 }
 
-// The characters that one may be mistaken for: all other digits, or all other letters of its case.
+// The characters that one may be mistaken for: all other digits, or other letters of its case.
 QString othersThan(QChar c)
 {
     QString others = c.isDigit()   ? u"0123456789"_s
@@ -71,7 +71,7 @@ struct Outcome {
     [[nodiscard]] double share() const { return double(found) / wrong; }
 };
 
-// The sanitizers are slow, and look for other things: they see one change in so many.
+// Sanitizers are slow and look for other faults: with them only some changes are tried.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr int changesForEachTried = 7;
 #else
@@ -169,8 +169,8 @@ private slots:
         QVERIFY(!found.test(std::size_t(Check::FormulaSyntax)));
     }
 
-    // A CAS number that another digit turns into one with a right check digit is wrong all the
-    // same, and cannot be told. A mass is wrong if it is off by more than atomic weights vary.
+    // A CAS number whose changed digits still fit the check digit is wrong but cannot be found. A
+    // mass is wrong if it is off by more than atomic weights vary.
     void aChangedDigitOrLetterGivesTheRightFindingInNearlyAllCases()
     {
         const auto always = [](const Molecule &, const Molecule &) { return true; };

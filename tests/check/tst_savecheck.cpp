@@ -79,8 +79,8 @@ class TestSaveCheck : public QObject
 private slots:
     void init() { failOnWarnings(); }
 
-    // Files with one byte changed: the editor writes them in another way if, and only if, that is
-    // said, or why.
+    // One byte is changed: the editor writes the file differently if and only if the checks say so,
+    // or say why.
     void whatSavingIsSaidToChangeItChanges()
     {
         QJsonObject file = example(u"furan.json"_s);

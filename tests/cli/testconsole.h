@@ -5,7 +5,7 @@
 
 #include <QByteArrayList>
 
-// Streams of a command that runs within the test.
+// The streams of a command that runs within the test.
 class TestConsole final : public Console
 {
 public:
@@ -17,7 +17,7 @@ public:
     bool isOutTerminal() const override { return false; }
     bool isErrTerminal() const override { return terminal; }
 
-    // Runs the program with these words; returns its status. Forgets what was there before.
+    // Runs the program with these words and returns its status. Earlier output is dropped.
     int run(const QByteArrayList &words);
 
     std::optional<QByteArray> input; // nothing: closed

@@ -183,7 +183,7 @@ private slots:
         TestConsole console;
         QCOMPARE(console.run(QByteArrayList{"check", "gone.json"} + options), 3);
         QVERIFY(console.output.contains("The file cannot be read: it does not exist"));
-        // No check that was asked for could be made in a file that is no JSON either.
+        // In a file that is no JSON none of the requested checks can run.
         writeFile(QStringLiteral("broken.json"), "{\"Type\": \"Species v1\"");
         QCOMPARE(console.run(QByteArrayList{"check", "broken.json"} + options), 3);
         QVERIFY(console.output.contains("The file ends inside an object"));

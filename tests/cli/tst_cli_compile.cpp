@@ -47,7 +47,7 @@ private slots:
         QByteArrayList words{"compile", "-o", byCommand, root()};
         if (compact)
             words.append("--compact");
-        // Another day may begin in between.
+        // The day may change in between.
         QDate day;
         TestConsole console;
         do {
@@ -109,7 +109,7 @@ private slots:
 
     void anEntryThatWouldBeTooLargeToBeReadIsNamedAndNothingIsWritten()
     {
-        // Control characters take six bytes each in a file of ours, and one in this.
+        // Control characters take six bytes each in our files, but one in this.
         writeFile(path(QStringLiteral("a.json")), "{\"Type\": \"Species v1\", \"a\": \""
                                                       + QByteArray(largestJsonFile / 6, '\x01')
                                                       + "\"}");
@@ -164,7 +164,7 @@ private slots:
 
     void whatBeginsAsADatabaseIsWrittenAgain()
     {
-        // Nothing behind its first keys is read.
+        // Only its first keys are read.
         writeFile(path(QStringLiteral("db.json")), "{\"Entry1\": {\"Species\": \"Species v1");
         TestConsole console;
         QCOMPARE(console.run({"compile", "-o", root() + "/db.json", root()}), 0);

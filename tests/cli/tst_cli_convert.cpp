@@ -456,7 +456,7 @@ private slots:
         QCOMPARE(console.run({"convert", "-t", "tsv", "-"}), 0);
         QVERIFY2(console.output.endsWith("-1.5\t2\n9.5\t-0.25\n9.6\t0.001\n"),
                  console.output.constData());
-        // It does not make sure either that a comma is a decimal one.
+        // Nor does it show that a comma is a decimal one.
         console.input = "−1,234\t5,678\n";
         QCOMPARE(console.run({"convert", "-t", "tsv", "-"}), 3);
     }

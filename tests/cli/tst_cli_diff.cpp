@@ -14,7 +14,7 @@
 
 #include <array>
 
-// The sanitizers' own memory is many times the program's.
+// Sanitizers need many times the program's memory.
 #if defined(Q_OS_UNIX) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 #define MEASURES_MEMORY
 #include <sys/resource.h>
@@ -324,7 +324,7 @@ private slots:
 #ifndef MEASURES_MEMORY
         QSKIP("memory is not that of the program");
 #else
-        // Returns the most memory that the process has had, in MB.
+        // Returns the process's peak memory in MB.
         const auto compare = [](int entries) {
             writeDatabase(QStringLiteral("a.json"), entries, 0);
             writeDatabase(QStringLiteral("b.json"), entries, 3);

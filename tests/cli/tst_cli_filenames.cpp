@@ -20,7 +20,7 @@ namespace
 
 const QByteArray oddName("caf\xe9\n.json");
 
-// A file whose name is not a text.
+// A file whose name is not UTF-8.
 void writeOdd(const QByteArray &name, const QByteArray &bytes)
 {
     std::FILE *file = std::fopen(name.constData(), "wb");
@@ -50,7 +50,7 @@ class TestCliFilenames : public QObject
 private slots:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
 
-    // Qt does not remove files whose names are not texts.
+    // Qt does not remove files whose names are not UTF-8.
     void cleanup()
     {
         std::filesystem::remove_all(m_folder->path().toStdString());

@@ -70,8 +70,7 @@ private slots:
         QCOMPARE(console.output, "");
     }
 
-    // The encoder of pictures is Qt's: with another one, scripts/make-examples has to be
-    // run again.
+    // Qt encodes the pictures: if its encoder changes, run scripts/make-examples again.
     void theExamplesAreWhatTheEditorSaves()
     {
         TestConsole console;

@@ -144,7 +144,7 @@ private slots:
         const QByteArray svg = fileBytes(QStringLiteral("a.svg"));
         QVERIFY(svg.contains("vapour") && svg.contains(" at 300 K, 5 %t"));
         QVERIFY(!svg.contains("sub&gt;") && !svg.contains("i&gt;"));
-        // It takes its room from the chart.
+        // The title takes its room from the chart.
         QVERIFY(plots({"-o", "without.png", "a.json"}));
         QVERIFY(plots({"-o", "with.png", "--title", "%t", "a.json"}));
         QVERIFY(!hasDark(QImage(QStringLiteral("without.png")), QRect(300, 2, 200, 18)));

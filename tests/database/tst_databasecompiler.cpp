@@ -193,7 +193,7 @@ private slots:
         QCOMPARE(calls, 3);
     }
 
-    // A second look at the files before it would stand still, and could not be cancelled.
+    // Checking the files again beforehand would seem to hang and could not be cancelled.
     void behindABadFileNoFileIsReadAgainAndProgressGoesOn_data()
     {
         QTest::addColumn<QByteArray>("database");

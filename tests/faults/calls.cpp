@@ -89,7 +89,7 @@ bool mayBePassedOver(const QString &folder)
            || call == "fstat"_L1 || call == "link"_L1 || (call == "fsync"_L1 && ofFolder);
 }
 
-// One try with one fault. Nothing if the fault was not reached any more.
+// One try with one fault. Nothing if the fault was not reached.
 std::optional<QString> complaintAfter(Trial &trial, const zoravel_fault_plan &plan, int number,
                                       bool mustFail)
 {
@@ -146,7 +146,8 @@ long failInTurn(Trial &trial, const World &world, const QString &what, const Fau
     }
 }
 
-// A process that ends itself in the midst of the operation. Returns the complaint, or nothing if it
+// A process that ends itself in the middle of the operation. Returns the complaint, or nothing if
+// it got through.
 // came through.
 std::optional<QString> complaintAfterEnd(Trial &trial, const zoravel_fault_plan &plan, int number)
 {
@@ -177,7 +178,7 @@ void learnInOtherProcess(Trial &trial)
     trial.learn();
 }
 
-// What a process that was killed may leave: hidden files that no listing takes for an entry.
+// What a killed process may leave: hidden files that no listing takes for entries.
 QString complaintAbout(const QStringList &leftovers)
 {
     for (const QString &name : leftovers) {

@@ -12,8 +12,8 @@
 
 class CleanTextEdit;
 
-// A main window with somebody who edits a field, gives commands and answers whatever comes up. The
-// files of an operation are in one folder.
+// A main window and a user who edits a field, gives commands and answers all dialogs. The files of
+// an operation are in one folder.
 class Editor : public QObject
 {
     Q_OBJECT

@@ -31,7 +31,7 @@ QString complaintAfterSave(Trial &trial, int number, Trial::Result wanted)
     return complaint;
 }
 
-// Twice: what the first save leaves must not stand in the way of the second.
+// Twice: the leftovers of the first save must not hinder the second.
 QString complaintAfterTwoSaves(Trial &trial)
 {
     QString complaint = complaintAfterSave(trial, 1, Trial::Result::New);

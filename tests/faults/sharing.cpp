@@ -31,8 +31,8 @@ struct Count {
     int survived = 0;
 };
 
-// What is wrong with the document that was stepped to. Whoever writes an entry types one text into
-// two of its fields: they belong together in every version.
+// What is wrong with the document after a step. Writers type one text into two fields of an entry,
+// so both are equal in every version.
 QString complaintAboutDocument(const Editor &editor, int index)
 {
     if (!editor.boxes.isEmpty())

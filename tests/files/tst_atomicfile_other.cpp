@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What systems without the interfaces of Unix replace files with, which is built into this test
-// wherever it runs.
+// Replacing files on systems without the interfaces of Unix; the code is built into this test on
+// every system.
 #include "files/filebytes.h"
 #include "files/replacementfile.h"
 #include "support/files.h"
@@ -58,7 +58,7 @@ private slots:
         }
     }
 
-    // There may be no room for the second name: then the file is refused, but never lost.
+    // If there is no room for the second name, the file is refused but never lost.
     void aFileOfTheLongestNameIsReplacedOrKept()
     {
         const QString name(255, u'n');

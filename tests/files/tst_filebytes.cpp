@@ -47,8 +47,7 @@ constexpr QFileDevice::Permissions readAndWrite = QFileDevice::ReadOwner | QFile
 
 #ifdef Q_OS_UNIX
 
-// Permissions bind everybody but the administrator: makes the process an ordinary user's for a
-// while.
+// Permissions do not bind the administrator: makes the process an ordinary user's for a while.
 class OrdinaryUser
 {
     Q_DISABLE_COPY_MOVE(OrdinaryUser)
@@ -61,7 +60,7 @@ public:
         constexpr uid_t nobody = 65'534;
         if (chown(qPrintable(folder), nobody, nobody) != 0)
             return;
-        // The real identity too, since it decides what access() answers.
+        // The real identity changes too, as it decides what access() answers.
         m_changed = setresgid(nobody, nobody, 0) == 0 && setresuid(nobody, nobody, 0) == 0;
     }
 
@@ -72,8 +71,8 @@ public:
         if (setresuid(0, 0, 0) != 0 || setresgid(0, 0, 0) != 0)
             QTest::qFail("the administrator's identity is lost", __FILE__, __LINE__);
 #ifdef Q_OS_LINUX
-        // A change of identity takes away the right to look into the process; leak checkers need
-        // it.
+        // A change of identity takes away the right to inspect the process, which leak checkers
+        // need.
         prctl(PR_SET_DUMPABLE, 1);
 #endif
     }
@@ -229,7 +228,7 @@ private slots:
 #endif
 
 #ifdef Q_OS_LINUX
-    // What the system says of its own files is not true: this one says 0 bytes and has terabytes.
+    // System files lie about their size: this one says 0 bytes and has terabytes.
     void aFileThatNeverEndsIsReadUpToTheLimit()
     {
         QVERIFY(QFile::link(u"/proc/self/pagemap"_s, path()));
@@ -348,7 +347,7 @@ private slots:
         QCOMPARE(namesIn(m_folder->path()).size(), 1);
     }
 
-    // The system would write the file whose name stands before the null.
+    // The system would end the name at the null character.
     void aNameWithANullIsRefused()
     {
         QVERIFY(replaceFileBytes(path(u"b"_s), oldBytes));
@@ -468,7 +467,7 @@ private slots:
         QCOMPARE(fileBytes(path(u"real/file"_s)), newBytes);
     }
 
-    // Another name of the same file is another file afterwards.
+    // The other name is a separate file afterwards.
     void aHardLinkKeepsTheOldContents()
     {
 #ifdef Q_OS_UNIX
@@ -599,7 +598,7 @@ private slots:
         QCOMPARE(status.st_gid, somebody);
     }
 
-    // What the old group was allowed to do is not for the user's own.
+    // The rights of the old group must not pass to the user's own.
     void aGroupThatCannotBeKeptGivesItsPermissionsToNobody()
     {
         if (geteuid() != 0)
@@ -727,8 +726,8 @@ private slots:
         QCOMPARE(fileBytes(path()), oldBytes);
     }
 
-    // The folder takes a second file but lets nobody else's go, as the system's temporary folder
-    // does.
+    // The folder accepts a second file but keeps other people's, like the system's temporary
+    // folder.
     void whereTheOldFileCannotBeTakenAwayItIsWrittenInPlace()
     {
         if (geteuid() != 0)

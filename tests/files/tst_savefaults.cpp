@@ -60,7 +60,7 @@ mode_t modeOf(const QString &path)
 
 } // namespace
 
-// What a save does when the system fails at something that is not the writing itself.
+// A save while the system fails at something other than writing.
 class TestSaveFaults : public QObject
 {
     Q_OBJECT
@@ -118,7 +118,7 @@ private slots:
         QCOMPARE(names(), QStringList{u"file"_s});
     }
 
-    // As for everybody but the administrator; what the group may do shrinks with it.
+    // The group's rights shrink to those of everybody.
     void anOwnerAndAGroupThatMayNotBeGivenStayBehind()
     {
         if (!giveAway())
@@ -141,7 +141,7 @@ private slots:
             QVERIFY(!replaceFileBytes(path(), newBytes));
         }
         QCOMPARE(fileBytes(path()), oldBytes);
-        // One that this user may not set stays behind.
+        // An attribute that this user may not set is lost.
         const Fault fault(m_folder->path(), "fsetxattr", "EPERM");
         QVERIFY(replaceFileBytes(path(), newBytes));
     }
@@ -169,7 +169,7 @@ private slots:
         QCOMPARE(names(), (QStringList{u"file"_s, u"new"_s}));
     }
 
-    // As network file systems do when the answer was lost and the question is asked again.
+    // Network file systems behave like this if the answer is lost and the request is repeated.
     void whatWasPutInPlaceAndThenFailedCountsAsSaved_data()
     {
         QTest::addColumn<QByteArray>("call");
@@ -193,7 +193,7 @@ private slots:
         QCOMPARE(fileBytes(path()), newBytes);
     }
 
-    // A process that dies leaves a hidden file; one that lives keeps its own.
+    // A dead process leaves a hidden file; a living one keeps its own.
     void whatADeadProcessHasLeftGoesWithTheNextSave()
     {
         pid_t child = ::fork();

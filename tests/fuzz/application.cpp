@@ -7,7 +7,7 @@
 namespace
 {
 
-// Decoders complain about broken files; only what Qt calls critical is a finding.
+// Decoders complain about broken files; only Qt's critical messages are findings.
 void keepQuiet(QtMsgType type, const QMessageLogContext & /*context*/, const QString &text)
 {
     if (type == QtCriticalMsg || type == QtFatalMsg)

@@ -10,8 +10,8 @@
 #include <QString>
 #include <QStringList>
 
-// What the document must be, kept beside the editor and without any of its code: plain, slow, and
-// straight from the description of the formats.
+// The expected document, kept without the editor's code: plain, slow, and straight from the
+// description of the formats.
 
 struct ExpectedSpectrum {
     // A new one, created today.
@@ -53,6 +53,6 @@ struct ExpectedDocument {
     QList<ExpectedSpectrum> spectra;
 };
 
-// What is different between two species files' objects, or an empty text. Images are compared by
-// their pixels.
+// The differences between two species files' objects, or an empty text. Images are compared by
+// pixels.
 [[nodiscard]] QString difference(const QJsonObject &actual, const QJsonObject &expected);

@@ -46,7 +46,7 @@ int main(int argc, char *argv[])
     while (done < count && monkey.act()) {
         if (++done == warmUp) {
             monkey.discardAll();
-            // Qt's tables of all widgets keep the room that the most of them took.
+            // Qt's tables of widgets never shrink.
             monkey.openLargest();
             monkey.discardAll();
             atStart = bytesInUse();

@@ -177,8 +177,8 @@ void Monkey::syncReadings()
     }
 }
 
-// The platform does not give the focus back to a window when a dialog of it closes, and a field
-// that loses the focus is committed in an active window only.
+// The platform does not give the focus back to a window when its dialog closes, and a field commits
+// on losing the focus in an active window only.
 void Monkey::activate()
 {
     m_window.activateWindow();

@@ -14,9 +14,9 @@ class QMdiArea;
 class QPlainTextEdit;
 class SpectrumWindow;
 
-// Does what users do, at random, in a main window and keeps beside it what the document must be. It
-// compares the two whenever the document is saved, where the file is also loaded into a second
-// window and saved from there. The same seed does the same again.
+// Acts at random like a user in a main window and tracks the expected document. It compares the two
+// at every save, then loads the file into a second window, saves it there and compares again. The
+// same seed repeats the same actions.
 class Monkey
 {
 public:
@@ -31,7 +31,7 @@ public:
 
     // Empties the document without saving it.
     void discardAll();
-    // Opens an entry of more spectra than there are ever in the others, in both windows.
+    // Opens an entry with more spectra than any other, in both windows.
     void openLargest();
 
 private:
@@ -60,9 +60,9 @@ private:
     void savedAs(const QString &path);
     [[nodiscard]] QStringList entries() const;
     [[nodiscard]] QString anyEntry();
-    // The answer to the prompt that the next action may bring, and what comes of it.
+    // The answer to a prompt of the next action, and its outcome.
     QMessageBox::StandardButton expectPrompt(const QStringList &texts = {});
-    // Whether the document may go, given the answer.
+    // Whether this answer lets the document go.
     bool afterPrompt(QMessageBox::StandardButton answer, const QJsonObject &before);
 
     // Fields and spectra (monkey_edits.cpp)
@@ -101,7 +101,7 @@ private:
     [[nodiscard]] int current() const;
     [[nodiscard]] QPlainTextEdit *pointEditor(int index) const;
 
-    // Takes over which point editors have been read meanwhile.
+    // Notes which point editors have been read in the meantime.
     void syncReadings();
     void activate();
     void settle();

@@ -16,14 +16,14 @@ namespace
 
 using namespace Qt::Literals::StringLiterals;
 
-// Everything of two images that is kept, and not only what is compared as the same picture.
+// Everything that is stored in two images, beyond what makes them the same picture.
 bool isIdentical(const QImage &left, const QImage &right)
 {
     return left == right && left.format() == right.format()
            && left.colorTable() == right.colorTable();
 }
 
-// What decodePicture() makes of bytes with some byte all over the free heap, and with another.
+// The results of decodePicture() with the free heap full of one byte, and of another.
 QPair<QImage, QImage> decodedTwice(const QByteArray &bytes)
 {
     dirtyHeap(0x35);
@@ -33,8 +33,8 @@ QPair<QImage, QImage> decodedTwice(const QByteArray &bytes)
     return {first, second};
 }
 
-// Whether every pixel is that of the whole picture or was left as nothing: the decoder shows what
-// is there of the file.
+// Whether each pixel is that of the whole picture or empty: the decoder shows what there is of the
+// file.
 bool showsWhatIsThere(const QImage &image, const QImage &whole)
 {
     if (image.size() != whole.size())
@@ -67,8 +67,8 @@ void addSamples()
 
 } // namespace
 
-// Which files are taken for pictures, of every format: whole ones with their pixels, others not, or
-// at least always as the same.
+// Which files of each format are accepted: whole ones with their pixels; of others none, or always
+// the same pixels.
 class TestPictureFormats : public QObject
 {
     Q_OBJECT
@@ -82,8 +82,7 @@ private slots:
                                          "qt.imageformats*=false"_s);
     }
 
-    // What Qt decodes with a plugin of its own or of somebody else is taken, but no plugin gets to
-    // see what is of a known format.
+    // Other files may be decoded by any plugin, but no plugin sees a file of a known format.
     void aPluginOfAnotherIsAskedForUnknownFormatsOnly()
     {
         QCoreApplication *const application = QCoreApplication::instance();

@@ -65,8 +65,8 @@ QByteArray compressedZeros(int megabytes)
     return qCompress(QByteArray(qsizetype(megabytes) << 20, 0), 9).sliced(4);
 }
 
-// How many bytes the most that a process of its own had in memory grows by when it decodes these
-// bytes; -1 if it gets a picture, -2 if it dies.
+// By how many bytes the peak memory of a separate process grows when it decodes these bytes; -1 if
+// it gets a picture, -2 if it dies.
 qint64 memoryToRefuse(const QByteArray &bytes)
 {
     int ends[2];
@@ -248,7 +248,7 @@ private slots:
         QVERIFY2(grown < 8 << 20, QByteArray::number(grown).constData());
     }
 
-    // A look at the file before it is decoded must refuse nothing that can be decoded.
+    // The check before decoding must refuse nothing that can be decoded.
     void whatCanBeDecodedOfADamagedPngIsDecoded()
     {
         const QByteArray file = pictureFile(picturePattern(QImage::Format_ARGB32), "PNG");
@@ -313,7 +313,7 @@ private slots:
         QVERIFY2(grown >= 0 && grown < 8 << 20, QByteArray::number(grown).constData());
     }
 
-    // What could not be written would be gone after the next save.
+    // A picture that cannot be written would be gone after the next save.
     void aPictureThatIsTooLongToBeSavedIsRefused()
     {
         constexpr int longest = 1'000'000;

@@ -37,11 +37,11 @@ const std::array fieldNames{"lineEditSpecies"_L1,    "textEditAliases"_L1,   "li
                             "lineEditCID"_L1,        "lineEditAIE"_L1,       "lineEditVIE"_L1,
                             "lineEditAIEComment"_L1, "lineEditVIEComment"_L1};
 
-// What Qt had to warn of, which counts as a fault.
+// Qt's warnings, which count as faults.
 QStringList warnings;
 
-// Decoders complain about broken images, the platform without a screen of what it lacks, and the
-// fonts of the machine of letters that they do not know.
+// Decoders complain about broken images, the platform about missing features, and fonts about
+// unknown letters.
 void noteWarning(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     const bool isExpected = QByteArray(context.category).startsWith("qt.gui.imageio")
@@ -60,7 +60,7 @@ QJsonObject withoutImage(QJsonObject file)
     return file;
 }
 
-// One editor, and what has to be true of it whatever file it is given.
+// An editor, and what must hold whatever file it is given.
 class Editor
 {
 public:
@@ -171,7 +171,8 @@ private:
         require(m_boxes.take() == notFound, u"loadJSONSpecies shows another box"_s);
         require(m_window.windowTitle() == title, u"the title has changed"_s);
         require(document() == m_document, u"the open document has changed"_s);
-        // A drop empties the document first: that is seen less often, as it has to be filled again.
+        // A drop empties the document first. This is tried less often, as the document must be
+        // filled again.
         if (++m_refusals % 10 == 0)
             testRefusedDrop(notFound);
     }

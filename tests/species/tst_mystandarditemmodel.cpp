@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// A model of two rows and three columns under the eyes of Qt's tester.
+// A model of two rows and three columns, checked by Qt's model tester.
 struct Fixture {
     MyStandardItemModel model{2, 3};
     QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::QtTest};

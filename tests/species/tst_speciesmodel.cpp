@@ -28,7 +28,7 @@ namespace
 
 constexpr auto imageKey = "StructuralFormula"_L1;
 
-// A record under the eyes of Qt's tester.
+// A record, checked by Qt's model tester.
 struct Fixture {
     SpeciesModel model{nullptr};
     QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::QtTest};

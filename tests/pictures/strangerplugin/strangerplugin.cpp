@@ -5,7 +5,7 @@
 namespace
 {
 
-// What is in the way of other tests.
+// Other tests must not load the plugin.
 bool takesAll()
 {
     return QCoreApplication::instance()->property("strangerTakesAll").toBool();
@@ -26,8 +26,8 @@ public:
 
 } // namespace
 
-// An image plugin of somebody else, which says that it can read whatever it is shown, as some do
-// that hand files on to other programs.
+// A third-party image plugin that claims to read everything, like those that pass files to other
+// programs.
 class StrangerPlugin : public QImageIOPlugin
 {
     Q_OBJECT
