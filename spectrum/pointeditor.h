@@ -4,8 +4,9 @@
 #include <QPlainTextEdit>
 
 // The editor of a spectrum's points: text of up to millions of lines. Shows the wait cursor while
-// it pastes, undoes, or removes much at once, by key or by menu. It refuses a paste with a line too
-// long to lay out, and a tool tip says so. Code that asks for its class sees a QPlainTextEdit.
+// it pastes, undoes, or removes much at once, by key or by menu, whose entries Qt connects past
+// this class. It refuses a paste with a line too long to lay out, and a tool tip says so. Code that
+// asks for its class sees a QPlainTextEdit.
 class PointEditor : public QPlainTextEdit
 {
 public:
