@@ -22,7 +22,8 @@ QString sourceAt(const QByteArray &bytes, qsizetype offset)
         if (!c.isPrint())
             c = QLatin1Char(' ');
     }
-    // The caret counts code points, like columns; characters of double width are rare here.
+    // The caret counts code points, as columns do; UTF-16 units differ from them beyond the first
+    // plane only, which is rare here.
     const qsizetype start = text.size() > longest ? qMax<qsizetype>(column - before, 0) : 0;
     return text.sliced(qMin(start, text.size())).left(longest) + QLatin1Char('\n')
            + QString(column - start, QLatin1Char(' ')) + QLatin1Char('^');

@@ -95,7 +95,8 @@ int openNameless([[maybe_unused]] const fs::path &folder, [[maybe_unused]] mode_
     return -1;
 }
 
-// Whether only a file's owner, the folder's owner and the administrator may replace the file.
+// Whether a sticky folder keeps this user from replacing the file. The owners of the file and of
+// the folder may replace it, and so may the administrator.
 bool keepsForOwner(const fs::path &folder, const struct stat &file)
 {
     struct stat status = {};
