@@ -6,6 +6,7 @@
 
 #include <QApplication>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string_view>
@@ -71,9 +72,9 @@ void dropRemarks(QtMsgType type, const QMessageLogContext &, const QString &text
 ssize_t writeButForDecoder(void *, const char *bytes, std::size_t size)
 {
     constexpr std::string_view remark = "libpng ";
-    if (!std::string_view(bytes, size).starts_with(remark))
-        static_cast<void>(write(STDERR_FILENO, bytes, size));
-    return static_cast<ssize_t>(size);
+    return std::string_view(bytes, size).starts_with(remark)
+               ? static_cast<ssize_t>(size)
+               : std::max<ssize_t>(0, write(STDERR_FILENO, bytes, size));
 }
 
 void dropDecoderRemarks()
