@@ -95,6 +95,7 @@ private:
             checkEntry(member, findings);
         else
             reportUnknownKey(member, findings);
+        checkNumbers(text->root(), findings);
         return true;
     }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "check/documentcheck.h"
 
+#include "check/numbertext.h"
 #include "check/recordcheck.h"
 #include "check/spectrumcheck.h"
 #include "check/textcheck.h"
@@ -47,7 +48,34 @@ void noteIdentities(const JsonValue &species, FindingList &findings, std::vector
     }
 }
 
+// The first number, of any object or list, that a double cannot hold.
+JsonValue numberOutOfRange(const JsonValue &value)
+{
+    constexpr qsizetype always = 300; // digits and more that a double holds
+    if (value.isNumber()) {
+        const QByteArrayView raw = value.raw();
+        const bool isUsual = raw.size() < always && !raw.contains('e') && !raw.contains('E');
+        return isUsual || valueOf(raw) ? JsonValue() : value;
+    }
+    for (JsonValue child = value.firstChild(); child; child = child.nextSibling()) {
+        if (const JsonValue found = numberOutOfRange(child))
+            return found;
+    }
+    return {};
+}
+
 } // namespace
+
+void checkNumbers(const JsonValue &root, FindingList &findings)
+{
+    if (findings.has(Check::NumberRange)) // of the points
+        return;
+    if (const JsonValue number = numberOutOfRange(root))
+        findings.add(
+            Check::NumberRange, number,
+            QStringLiteral("%1 cannot be held by a double, and the editor cannot read the file")
+                .arg(QString::fromLatin1(number.raw())));
+}
 
 void reportUnreadable(const QString &message, const Place &place, FindingList &findings)
 {

@@ -30,6 +30,9 @@ struct FileCheckOptions {
     QDate today = QDate::currentDate();
 };
 
+// Reports a number outside of the points for which the editor would not read the file.
+void checkNumbers(const JsonValue &root, FindingList &findings);
+
 // Reports that the file or an entry of it cannot be read.
 void reportUnreadable(const QString &message, const Place &place, FindingList &findings);
 

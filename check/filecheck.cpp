@@ -72,11 +72,13 @@ FileFacts::Kind checkDocument(const JsonText &text, QDate today, FindingList &fi
     checkDuplicateKeys(root, findings);
     if (name == speciesFileType) {
         checkSpeciesObject(root, Envelope::File, today, findings, facts);
+        checkNumbers(root, findings);
         checkSaving(text, findings);
         return FileFacts::Species;
     }
     if (name == spectrumFileType) {
         checkDataset(root, true, {}, today, findings, facts);
+        checkNumbers(root, findings);
         checkSaving(text, findings);
         return FileFacts::Spectrum;
     }

@@ -114,6 +114,34 @@ private slots:
         QVERIFY(other > 100);
     }
 
+    // A number that is too small for a double, outside of the points.
+    void whatTheEditorCannotReadDoesNotPass_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        const auto row = [](const char *name, const QByteArray &text) {
+            QTest::newRow(name) << text;
+        };
+        row("mass", R"({"Type": "Species v1", "Species": {"Mass": 1e-400}})");
+        row("digits",
+            R"({"Type": "Species v1", "Species": {"Mass": 0.)" + QByteArray(400, '0') + "1}}");
+        row("type of a spectrum", R"({"Type": "Spectrum v1", "SpectType": -2E-324})");
+        row("unknown key", R"({"Type": "Species v1", "Note": [{"a": [1, 1e-400]}]})");
+        row("database", R"({"Type": "Database v1", "Entry1": {"Species": {"Mass": 1e-400}}})");
+    }
+
+    void whatTheEditorCannotReadDoesNotPass()
+    {
+        QFETCH(QByteArray, text);
+        QVERIFY(QJsonDocument::fromJson(text).isNull());
+        const QList<Finding> findings = checkBytes(u"a.json"_s, text, {}).findings;
+        const auto count = [&](Check check) {
+            return std::count_if(findings.begin(), findings.end(),
+                                 [&](const Finding &finding) { return finding.check == check; });
+        };
+        QCOMPARE(count(Check::NumberRange), 1);
+        QCOMPARE(count(Check::WouldChange), 0);
+    }
+
     void thePlaceThatSavingChangesIsNamed_data()
     {
         QTest::addColumn<QByteArray>("before");
