@@ -25,15 +25,16 @@ QByteArray heading(const QByteArray &before, const QByteArray &after, const QByt
     QByteArray names = before.isEmpty() ? after : before;
     if (!before.isEmpty() && !after.isEmpty() && before != after)
         names += " -> " + after;
-    return name.isEmpty() ? names : QByteArray(names + " (" + name + ')');
+    return name.isEmpty() ? names : QByteArray(names + " (" + shownName(name) + ')');
 }
 
 QByteArrayList fieldLines(const QList<FieldDifference> &fields)
 {
     QByteArrayList lines;
     for (const FieldDifference &field : fields)
-        lines.append("  " + field.key.toUtf8() + ": " + shown(field.before, field.isDescribed)
-                     + " -> " + shown(field.after, field.isDescribed));
+        lines.append("  " + shownName(field.key.toUtf8()) + ": "
+                     + shown(field.before, field.isDescribed) + " -> "
+                     + shown(field.after, field.isDescribed));
     return lines;
 }
 

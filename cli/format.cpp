@@ -76,7 +76,7 @@ int formatFile(const InputFile &input, const Arguments &arguments, Console &cons
     }
     const QByteArrayList losses = lossesInReading(*before) + lossesBetween(*object, *saved);
     for (const QByteArray &loss : losses)
-        console.error(shownName(input.name) + ": not kept: " + loss);
+        console.error(shownName(input.name) + ": not kept: " + shownName(loss));
     const QByteArray after = QJsonDocument(*saved).toJson(QJsonDocument::Indented);
     const bool changes = *before != after;
     if (arguments.has("check")) {

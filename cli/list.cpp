@@ -80,7 +80,7 @@ QByteArrayList cellsOf(const Row &row)
 {
     QByteArrayList cells{shownName(row.file)};
     for (const QString &text : row.profile)
-        cells.append(text.toUtf8());
+        cells.append(shownName(text.toUtf8()));
     cells.append(QByteArray::number(row.spectra));
     QByteArrayList types;
     for (const auto &[name, count] : row.types) {

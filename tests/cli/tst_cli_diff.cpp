@@ -165,6 +165,17 @@ private slots:
         QTEST(console.output, "output");
     }
 
+    void controlCharactersOfKeysAndTitlesDoNotReachTheTerminal()
+    {
+        writeFile(QStringLiteral("a.json"), "{\"Type\": \"Species v1\", \"k\\n\": 1,"
+                                            "\"Dataset1\": {\"Title\": \"\\u001b[31m\"}}");
+        writeFile(QStringLiteral("b.json"), R"({"Type": "Species v1", "k\n": 2})");
+        TestConsole console;
+        QCOMPARE(console.run({"diff", "a.json", "b.json"}), 1);
+        QCOMPARE(console.output, "File\n  k\\n: 1 -> 2\n"
+                                 "Dataset1 (\\x1b[31m)\n  removed, with 0 points\n");
+    }
+
     void spectrumFilesAreCompared()
     {
         writeFile(QStringLiteral("a.json"), R"({"Type": "Spectrum v1", "E": [1], "I": [2]})");

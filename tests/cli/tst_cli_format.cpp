@@ -192,6 +192,14 @@ private slots:
         QCOMPARE(fileBytes(QStringLiteral("a.json")), saved(loose));
     }
 
+    void controlCharactersOfKeysDoNotReachTheTerminal()
+    {
+        writeFile(QStringLiteral("a.json"), "{\"Type\": \"Species v1\", \"\\u001b[31m\": 1}");
+        TestConsole console;
+        QCOMPARE(console.run({"format", "--check", "a.json"}), 1);
+        QCOMPARE(console.errors, "zoravel: a.json: not kept: /\\x1b[31m: 1\n");
+    }
+
     void whatGetsLostIsSaid_data()
     {
         QTest::addColumn<QByteArray>("members");

@@ -60,6 +60,18 @@ private slots:
         QCOMPARE(row[QLatin1String("types")].toObject()[QLatin1String("ms-TPES")].toInt(), 2);
     }
 
+    void controlCharactersOfTextsDoNotReachTheTerminal()
+    {
+        writeFile(QStringLiteral("w.json"),
+                  "{\"Type\": \"Species v1\", \"Species\": {\"Name\": \"a\\u001b[31m\"}}");
+        TestConsole console;
+        for (const char *form : {"text", "tsv"}) {
+            QCOMPARE(console.run({"list", "-f", form, "w.json"}), 0);
+            QVERIFY(console.output.contains("a\\x1b[31m"));
+            QVERIFY(!console.output.contains('\x1b'));
+        }
+    }
+
     void aFolderWithoutSpeciesIsSaid()
     {
         QDir().mkpath(path(QStringLiteral("none")));
