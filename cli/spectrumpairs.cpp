@@ -2,8 +2,10 @@
 #include "cli/spectrumpairs.h"
 
 #include "cli/readfile.h"
+#include "files/jsonfile.h"
 #include "spectrum/spectrumobject.h"
 
+#include <QHash>
 #include <QPointF>
 
 #include <algorithm>
@@ -21,6 +23,12 @@ struct Candidate {
     qsizetype after;
     qsizetype commonPoints;
     bool hasSameKey;
+};
+
+// Indices of spectra that may belong together, in the order of their files.
+struct Group {
+    QList<qsizetype> before;
+    QList<qsizetype> after;
 };
 
 Points sortedPoints(const QJsonObject &spectrum)
@@ -60,41 +68,39 @@ public:
     {
     }
 
-    // Pairs each spectrum with its first match.
-    template <typename Match>
-    void pairFirst(Match &&match)
+    // Pairs each spectrum with its first match of the same identity.
+    template <typename Identity, typename Match>
+    void pairFirst(Identity &&identity, Match &&match)
     {
-        for (const qsizetype i : freeBefore()) {
-            for (qsizetype j = 0; j < m_after.size(); ++j) {
-                if (!isTaken(j) && match(m_before[i], m_after[j])) {
-                    pair(i, j);
-                    break;
-                }
+        for (Group &group : groupsBy(identity)) {
+            for (const qsizetype i : std::as_const(group.before)) {
+                const auto j = std::find_if(
+                    group.after.cbegin(), group.after.cend(),
+                    [&](qsizetype candidate) { return match(m_before[i], m_after[candidate]); });
+                if (j == group.after.cend())
+                    continue;
+                pair(i, *j);
+                group.after.erase(j);
             }
         }
     }
 
-    // Pairs the matches, most similar first.
-    template <typename Match>
-    void pairMostAlike(Match &&match)
+    // Pairs the spectra of the same identity, most similar first.
+    template <typename Identity>
+    void pairMostAlike(Identity &&identity)
     {
-        std::vector<Candidate> candidates;
-        for (const qsizetype i : freeBefore()) {
-            for (qsizetype j = 0; j < m_after.size(); ++j) {
-                if (!isTaken(j) && match(m_before[i], m_after[j]))
-                    candidates.push_back({i, j, 0, m_before[i].key == m_after[j].key});
-            }
+        const QList<Group> groups = groupsBy(identity);
+        if (!areSoonCompared(groups)) {
+            const auto any = [](const KeyedSpectrum &, const KeyedSpectrum &) { return true; };
+            const auto withKey = [&](const KeyedSpectrum &each) -> QByteArray {
+                return identity(each) + '\0' + each.key;
+            };
+            pairFirst(withKey, any);
+            pairFirst(identity, any);
+            return;
         }
-        countCommonPoints(candidates);
-        std::stable_sort(candidates.begin(), candidates.end(),
-                         [](const Candidate &left, const Candidate &right) {
-                             return std::tie(left.commonPoints, left.hasSameKey)
-                                    > std::tie(right.commonPoints, right.hasSameKey);
-                         });
-        for (const Candidate &candidate : candidates) {
-            if (!partner(candidate.before) && !isTaken(candidate.after))
-                pair(candidate.before, candidate.after);
-        }
+        for (const Group &group : groups)
+            pairMostAlike(group);
     }
 
     [[nodiscard]] SpectrumPairs result() const
@@ -123,14 +129,23 @@ private:
         return m_taken[static_cast<std::size_t>(after)];
     }
 
-    [[nodiscard]] QList<qsizetype> freeBefore() const
+    // Those that are still free.
+    template <typename Identity>
+    [[nodiscard]] QList<Group> groupsBy(Identity &&identity) const
     {
-        QList<qsizetype> free;
+        QHash<QByteArray, Group> groups;
         for (qsizetype i = 0; i < m_before.size(); ++i) {
             if (!partner(i))
-                free.append(i);
+                groups[identity(m_before[i])].before.append(i);
         }
-        return free;
+        for (qsizetype j = 0; j < m_after.size(); ++j) {
+            if (!isTaken(j))
+                groups[identity(m_after[j])].after.append(j);
+        }
+        groups.removeIf([](const QHash<QByteArray, Group>::iterator &each) {
+            return each->before.isEmpty() || each->after.isEmpty();
+        });
+        return groups.values();
     }
 
     void pair(qsizetype before, qsizetype after)
@@ -139,32 +154,46 @@ private:
         m_taken[static_cast<std::size_t>(after)] = true;
     }
 
-    // Comparing hundreds of long spectra would take minutes, so their keys decide then.
-    void countCommonPoints(std::vector<Candidate> &candidates) const
+    // Comparing hundreds of long spectra, or thousands of short ones, with each other would take
+    // minutes: then it is the keys that tell.
+    [[nodiscard]] bool areSoonCompared(const QList<Group> &groups) const
     {
-        constexpr std::size_t mostComparisons = 100'000'000;
-        std::vector<Points> before(m_partners.size());
-        std::vector<Points> after(m_taken.size());
-        for (const Candidate &candidate : candidates) {
-            load(before[static_cast<std::size_t>(candidate.before)], m_before[candidate.before]);
-            load(after[static_cast<std::size_t>(candidate.after)], m_after[candidate.after]);
+        constexpr qsizetype mostCandidates = 1'000'000;
+        constexpr qsizetype mostComparisons = 100'000'000;
+        qsizetype candidates = 0;
+        qsizetype comparisons = 0;
+        for (const Group &group : groups) {
+            candidates += group.before.size() * group.after.size();
+            for (const qsizetype i : group.before)
+                comparisons += storedPoints(m_before[i].object).size() * group.after.size();
+            for (const qsizetype j : group.after)
+                comparisons += storedPoints(m_after[j].object).size() * group.before.size();
         }
-        std::size_t comparisons = 0;
-        for (const Candidate &candidate : candidates)
-            comparisons += before[static_cast<std::size_t>(candidate.before)].size()
-                           + after[static_cast<std::size_t>(candidate.after)].size();
-        if (comparisons > mostComparisons)
-            return;
-        for (Candidate &candidate : candidates)
-            candidate.commonPoints =
-                commonPoints(before[static_cast<std::size_t>(candidate.before)],
-                             after[static_cast<std::size_t>(candidate.after)]);
+        return candidates <= mostCandidates && comparisons <= mostComparisons;
     }
 
-    static void load(Points &points, const KeyedSpectrum &spectrum)
+    void pairMostAlike(const Group &group)
     {
-        if (points.empty())
-            points = sortedPoints(spectrum.object);
+        std::vector<Points> after;
+        for (const qsizetype j : group.after)
+            after.push_back(sortedPoints(m_after[j].object));
+        std::vector<Candidate> candidates;
+        for (const qsizetype i : group.before) {
+            const Points before = sortedPoints(m_before[i].object);
+            auto points = after.cbegin();
+            for (const qsizetype j : group.after)
+                candidates.push_back(
+                    {i, j, commonPoints(before, *points++), m_before[i].key == m_after[j].key});
+        }
+        std::stable_sort(candidates.begin(), candidates.end(),
+                         [](const Candidate &left, const Candidate &right) {
+                             return std::tie(left.commonPoints, left.hasSameKey)
+                                    > std::tie(right.commonPoints, right.hasSameKey);
+                         });
+        for (const Candidate &candidate : candidates) {
+            if (!partner(candidate.before) && !isTaken(candidate.after))
+                pair(candidate.before, candidate.after);
+        }
     }
 
     const QList<KeyedSpectrum> &m_before;
@@ -184,16 +213,16 @@ KeyedSpectrum::KeyedSpectrum(const QByteArray &keyInFile, const QJsonObject &spe
 
 SpectrumPairs pairedSpectra(const QList<KeyedSpectrum> &before, const QList<KeyedSpectrum> &after)
 {
+    const auto isEqual = [](const KeyedSpectrum &left, const KeyedSpectrum &right) {
+        return left.object == right.object;
+    };
     Pairing pairing(before, after);
-    pairing.pairFirst([](const KeyedSpectrum &l, const KeyedSpectrum &r) {
-        return l.key == r.key && l.object == r.object;
-    });
+    pairing.pairFirst([](const KeyedSpectrum &each) { return each.key; }, isEqual);
     pairing.pairFirst(
-        [](const KeyedSpectrum &l, const KeyedSpectrum &r) { return l.object == r.object; });
-    pairing.pairMostAlike([](const KeyedSpectrum &l, const KeyedSpectrum &r) {
-        return l.title == r.title
-               && l.object.value(spectrumTypeKey) == r.object.value(spectrumTypeKey);
+        [](const KeyedSpectrum &each) { return QByteArray::number(qHash(each.object)); }, isEqual);
+    pairing.pairMostAlike([](const KeyedSpectrum &each) -> QByteArray {
+        return each.title + '\0' + jsonOnOneLine(each.object.value(spectrumTypeKey));
     });
-    pairing.pairMostAlike([](const KeyedSpectrum &, const KeyedSpectrum &) { return true; });
+    pairing.pairMostAlike([](const KeyedSpectrum &) { return QByteArray(); });
     return pairing.result();
 }

@@ -5,6 +5,7 @@
 #include "testfiles.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -163,6 +164,26 @@ private slots:
         TestConsole console;
         QCOMPARE(console.run({"diff", "a.json", "b.json"}), 1);
         QTEST(console.output, "output");
+    }
+
+    void thousandsOfSpectraThatAreAllAlikeArePairedByTheirKeys()
+    {
+        constexpr int count = 10'000;
+        const auto write = [](const char *name, const QByteArray &members) {
+            QByteArray text = R"({"Type": "Species v1")";
+            for (int i = 1; i <= count; ++i)
+                text += ", \"Dataset" + QByteArray::number(i) + "\": {" + members + '}';
+            writeFile(QString::fromLatin1(name), text + '}');
+        };
+        write("a.json", "");
+        write("b.json", R"("DOI": "x")");
+        TestConsole console;
+        QElapsedTimer clock;
+        clock.start();
+        QCOMPARE(console.run({"diff", "a.json", "b.json"}), 1);
+        QCOMPARE_LT(clock.elapsed(), 20'000);
+        QCOMPARE(console.output.count("\n  DOI: nothing -> \"x\"\n"), count);
+        QVERIFY(!console.output.contains(" -> Dataset"));
     }
 
     void controlCharactersOfKeysAndTitlesDoNotReachTheTerminal()
