@@ -7,7 +7,6 @@
 
 #include <QImage>
 #include <QMimeData>
-#include <QRegularExpression>
 #include <QSet>
 #include <QTextBlock>
 #include <QTextCharFormat>
@@ -90,14 +89,67 @@ bool isTooDeep(const QString &html)
     return false;
 }
 
-// The markup itself or, if it is nested too deeply, only its text and line breaks.
+QString withoutSlash(const QString &name)
+{
+    return name.startsWith(QLatin1Char('/')) ? name.sliced(1) : name;
+}
+
+// Whether tags other than own ones, or attributes, would take long: a font or a picture of its own
+// takes milliseconds, a cell that spans columns and a style sheet as long as they like.
+bool isTooForeign(const QString &html, const QSet<QString> &own)
+{
+    constexpr int most = 500;
+    constexpr int withAttributes = 25;
+    int cost = 0;
+    for (qsizetype at = html.indexOf(QLatin1Char('<')); at >= 0 && cost <= most;) {
+        const qsizetype end = html.indexOf(QLatin1Char('>'), at);
+        if (end < 0)
+            break;
+        const QStringView tag = QStringView(html).sliced(at, end - at);
+        const QString name = tagName(tag);
+        const bool spans = tag.contains(QLatin1String("colspan"), Qt::CaseInsensitive)
+                           || tag.contains(QLatin1String("rowspan"), Qt::CaseInsensitive);
+        if (spans || name == QLatin1String("style"))
+            cost += most + 1;
+        else if (tag.contains(QLatin1Char('=')))
+            cost += withAttributes;
+        else if (!own.contains(withoutSlash(name)))
+            ++cost;
+        at = html.indexOf(QLatin1Char('<'), end);
+    }
+    return cost > most;
+}
+
+// The markup without other tags than these, without attributes and without style sheets. By hand:
+// an expression does not match in a text with half a surrogate pair.
+QString withOnly(const QSet<QString> &own, const QString &html)
+{
+    QString result;
+    qsizetype kept = 0;
+    for (qsizetype at = html.indexOf(QLatin1Char('<')); at >= 0;) {
+        const qsizetype end = html.indexOf(QLatin1Char('>'), at);
+        if (end < 0)
+            break;
+        result += QStringView(html).sliced(kept, at - kept);
+        const QString name = tagName(QStringView(html).sliced(at, end - at));
+        if (own.contains(withoutSlash(name)))
+            result += QLatin1Char('<') + name + QLatin1Char('>');
+        at = html.indexOf(QLatin1Char('<'), end);
+        const qsizetype next = at < 0 ? html.size() : at;
+        kept = name == QLatin1String("style") ? next : end + 1;
+    }
+    return result + QStringView(html).sliced(kept);
+}
+
+// The markup itself; without foreign tags if they would take too long, and without any but line
+// breaks if they are nested too deeply.
 QString tamed(const QString &html)
 {
-    if (!isTooDeep(html))
-        return html;
-    static const QRegularExpression tags(QStringLiteral("<(?!br\\b)[^>]*>"));
-    const qsizetype end = html.lastIndexOf(QLatin1Char('>')) + 1;
-    return html.first(end).remove(tags) + html.sliced(end);
+    static const QSet<QString> own{QStringLiteral("sub"), QStringLiteral("sup"),
+                                   QStringLiteral("br")};
+    static const QSet<QString> lineBreak{QStringLiteral("br")};
+    const QString known = isTooForeign(html, own) ? withOnly(own, html) : html;
+    return isTooDeep(known) ? withOnly(lineBreak, known) : known;
 }
 
 } // namespace

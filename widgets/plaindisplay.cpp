@@ -75,7 +75,9 @@ private:
     {
         const char16_t code = c.unicode();
         const bool isControl = code < u' ' || (code >= u'\u007f' && code < u'\u00a0');
-        if (isControl || code == u'>' || code == u'\u00ad')
+        const bool isLineEnd = code == QChar::LineSeparator || code == QChar::ParagraphSeparator
+                               || code == u'\ufdd0' || code == u'\ufdd1'; // of a frame
+        if (isControl || isLineEnd || code == u'>' || code == u'\u00ad')
             return slowRun;
         const bool wasMark = m_isMark;
         m_isMark = code >= u'\u0300' && c.isMark();

@@ -82,6 +82,8 @@ void addSlowPieces()
     QTest::newRow("marks on marks") << u"\u0301"_s << 6'000;
     QTest::newRow("both directions") << u"אa"_s << 8'571;
     QTest::newRow("tabs") << u"\t"_s << 20'000;
+    QTest::newRow("separators of lines") << u"\u2028"_s << 20'000;
+    QTest::newRow("ends of frames") << u"\ufdd1"_s << 20'000;
 }
 
 // What the tool tip of an editor says.
@@ -521,6 +523,45 @@ private slots:
         QCOMPARE(f.edit->cleanedHtml().size(), cleanedSize);
         QVERIFY(!f.edit->grab().isNull());
         QCOMPARE_LT(clock.elapsed(), 30'000);
+    }
+
+    void foreignTagsThatTakeLongAreLeftOut_data()
+    {
+        QTest::addColumn<QString>("html");
+        QTest::addColumn<QString>("cleaned");
+        const QString formula = u"H<sub style='font-size: 7pt'>2</sub>O<br />"_s;
+        QString fonts;
+        for (int i = 1; i <= 9'000; ++i)
+            fonts += u"<span style='font-size: %1pt'>x</span>"_s.arg(i);
+        QTest::newRow("fonts") << formula + fonts << u"H<sub>2</sub>O<br>"_s + QString(9'000, u'x');
+        QTest::newRow("pictures") << formula + u"x<img src=a>"_s.repeated(18'000)
+                                  << u"H<sub>2</sub>O<br>"_s + QString(18'000, u'x');
+        QTest::newRow("columns") << formula
+                                        + u"<table><tr><td ColSpan = 20000>x</table>"_s.repeated(
+                                            100)
+                                 << u"H<sub>2</sub>O<br>"_s + QString(100, u'x');
+        QTest::newRow("lists") << formula + u"<ul>"_s.repeated(100) + u"<li>x"_s.repeated(10'000)
+                               << u"H<sub>2</sub>O<br>"_s + QString(10'000, u'x');
+        QTest::newRow("style sheet") << formula + u"<STYLE>"_s + u"*{color: red}"_s.repeated(5'000)
+                                            + u"</STYLE>"_s + u"<b>x"_s.repeated(150)
+                                     << u"H<sub>2</sub>O<br>"_s + QString(150, u'x');
+        QTest::newRow("nested beside half a pair of surrogates")
+            << u"<table><tr><td>"_s.repeated(30) + u"a"_s + QChar(0xd800) << u"a"_s + QChar(0xd800);
+        QTest::newRow("nested, too")
+            << u"<sup>"_s.repeated(300) + u"a<br>"_s + u"<b>x"_s.repeated(600)
+            << u"a<br>"_s + QString(600, u'x');
+    }
+    void foreignTagsThatTakeLongAreLeftOut()
+    {
+        QFETCH(QString, html);
+        QFETCH(QString, cleaned);
+        CleanTextEdit edit;
+        QElapsedTimer clock;
+        clock.start();
+        edit.setCleanedHtml(html);
+        QVERIFY(edit.cleanedHtml() == cleaned);
+        QVERIFY(!edit.grab().isNull());
+        QCOMPARE_LT(clock.elapsed(), 5'000);
     }
 
     // Texts whose layout would take too long.
