@@ -383,9 +383,9 @@ private:
     static QStringList textsOf(const QJsonObject &entry)
     {
         QStringList texts;
-        for (const QJsonValue part : entry) {
+        for (const auto &part : entry) {
             const QJsonObject members = part.toObject();
-            for (const QJsonValue value : members) {
+            for (const auto &value : members) {
                 if (value.toString().size() > 1'000)
                     texts.append(value.toString());
             }

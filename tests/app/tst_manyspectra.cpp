@@ -148,7 +148,7 @@ private slots:
     void ofAFewSpectraAllFormsAreMadeAtOnce()
     {
         MainWindowFixture fixture;
-        load(fixture, manySpectra().first(10));
+        load(fixture, manySpectra().mid(0, 10));
         for (const SpectrumWindow *spectrum : fixture.spectra())
             QVERIFY(fixture.field(spectrum, u"lineEditTitle"_s)->isVisible());
     }
@@ -233,7 +233,7 @@ private slots:
             numbers.append(i % 10);
         MainWindowFixture fixture;
         load(fixture, {{{u"E"_s, numbers}, {u"I"_s, numbers}}, richSpectrum(0)});
-        const auto *many = MainWindowFixture::points(fixture.spectra().first());
+        const auto *many = MainWindowFixture::points(fixture.spectra().constFirst());
         QCOMPARE(many->lineWrapMode(), QPlainTextEdit::NoWrap);
         QCOMPARE(many->blockCount(), count);
         QCOMPARE(many->toPlainText().left(10), u"0; 0\n1; 1\n"_s);
